@@ -1,0 +1,58 @@
+# Entry points for people and CI. Every target first makes sure the Debian
+# packages the project needs are installed (quietly, only what is missing).
+#   make            build the dev preset
+#   make test       build and run every test (dev preset)
+#   make asan-test  the test suite under AddressSanitizer + UBSan
+#   make tsan-test  the test suite under ThreadSanitizer
+#   make demo       the daemon on the virtual board, seen from the host
+#   make bench      build and run the benchmarks (release preset)
+
+DEBS := build-essential cmake ninja-build pkg-config g++ clang \
+        libgtest-dev libgmock-dev googletest libbenchmark-dev liblog4cpp5-dev \
+        libavformat-dev libavcodec-dev libavutil-dev ffmpeg
+JOBS ?= 2
+
+.PHONY: all deps build test asan-test tsan-test demo bench clean upgrade
+
+all: build
+
+deps:
+	@missing=""; for p in $(DEBS); do \
+	  dpkg-query -W -f='$${Status}' $$p 2>/dev/null | grep -q "install ok installed" || missing="$$missing $$p"; \
+	done; \
+	if [ -n "$$missing" ]; then \
+	  echo "Installing:$$missing"; \
+	  SUDO=; [ "$$(id -u)" = 0 ] || SUDO=sudo; \
+	  $$SUDO apt-get update -qq && DEBIAN_FRONTEND=noninteractive $$SUDO apt-get install -y -qq $$missing >/dev/null; \
+	fi
+
+build/%/build.ninja: | deps
+	@cmake --preset $* >/dev/null
+
+build: deps build/dev/build.ninja
+	@cmake --build --preset dev -j $(JOBS)
+
+test: build
+	@ctest --preset dev
+
+asan-test: deps build/asan/build.ninja
+	@cmake --build --preset asan -j $(JOBS)
+	@ctest --preset asan
+
+tsan-test: deps build/tsan/build.ninja
+	@cmake --build --preset tsan -j $(JOBS)
+	@ctest --preset tsan
+
+bench: deps build/release/build.ninja
+	@cmake --build --preset release -j $(JOBS)
+	@for b in build/release/bench/bench_*; do [ -x "$$b" ] && "$$b"; done; true
+
+# Until the daemon entry exists, the main job is the upgrade hand-off entry on the virtual board.
+upgrade: build
+	@mkdir -p build/demo-root
+	@STBSIM_JOURNAL=1 ./build/dev/control/hisiav-upgrade
+
+demo: upgrade
+
+clean:
+	rm -rf build

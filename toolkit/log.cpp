@@ -1,0 +1,48 @@
+// Printf-style front end of log4cpp categories. Any thread.
+#include "toolkit/log.h"
+
+#include <cstdarg>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+namespace hisiav {
+namespace {
+
+std::string Format(const char* fmt, va_list args) {
+    va_list copy;
+    va_copy(copy, args);
+    int n = std::vsnprintf(nullptr, 0, fmt, copy);
+    va_end(copy);
+    if (n <= 0) return std::string();
+    std::vector<char> buf(static_cast<size_t>(n) + 1);
+    std::vsnprintf(buf.data(), buf.size(), fmt, args);
+    return std::string(buf.data(), static_cast<size_t>(n));
+}
+
+void Emit(log4cpp::Category& cat, log4cpp::Priority::Value prio, const char* fmt, va_list args) {
+    if (!cat.isPriorityEnabled(prio)) return;
+    cat.log(prio, Format(fmt, args));
+}
+
+}  // namespace
+
+log4cpp::Category& Logger(const char* name) { return log4cpp::Category::getInstance(name); }
+
+#define HISIAV_LOG_FN(fn, prio)                               \
+    void fn(log4cpp::Category& cat, const char* fmt, ...) {   \
+        va_list args;                                         \
+        va_start(args, fmt);                                  \
+        Emit(cat, log4cpp::Priority::prio, fmt, args);        \
+        va_end(args);                                         \
+    }
+
+HISIAV_LOG_FN(LogError, ERROR)
+HISIAV_LOG_FN(LogWarn, WARN)
+HISIAV_LOG_FN(LogNotice, NOTICE)
+HISIAV_LOG_FN(LogInfo, INFO)
+HISIAV_LOG_FN(LogDebug, DEBUG)
+
+#undef HISIAV_LOG_FN
+
+}  // namespace hisiav
