@@ -1,0 +1,22 @@
+// The fifteen tables of the operation dictionary, grouped by subject. Each is a
+// global null-terminated array of entries created once by static initialisation
+// and never freed; load them into a COpSsDataMap with FillMap. Read-only.
+#pragma once
+
+#include "protocol/c_op_ss_data.h"
+
+extern COpSsData* analogAudioSsData[];
+extern COpSsData* audioPidLockSsData[];
+extern COpSsData* audioSrvSsData[];
+extern COpSsData* avSsConfigSsData[];
+extern COpSsData* compositeSsData[];
+extern COpSsData* hisiAvSubsystemSsData[];
+extern COpSsData* overlaySsData[];
+extern COpSsData* pidLockSsData[];
+extern COpSsData* selectedAudioSsData[];
+extern COpSsData* selectedOtherSsData[];
+extern COpSsData* selectedServiceSsData[];
+extern COpSsData* serviceLockSsData[];
+extern COpSsData* serviceSelectionSsData[];
+extern COpSsData* videoOutputSsData[];
+extern COpSsData* videoSsData[];
