@@ -1,0 +1,80 @@
+// CIndex: field sizes, encoding and decoding of index streams.
+#include "protocol/c_index.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+using Bytes = std::vector<unsigned char>;
+
+TEST(CIndex, SixteenBitFieldRoundTrip) {
+    CIndex index(1, VT_UINT16);
+    ASSERT_TRUE(index.SetIndex(0, 0x1234));
+    EXPECT_TRUE(index.Serialize());
+    EXPECT_EQ(index.GetIndexStream(), (Bytes{0x12, 0x34}));
+
+    CIndex received(Bytes{0xAB, 0xCD}, {VT_UINT16});
+    ASSERT_TRUE(received.Deserialize());
+    unsigned int value = 0;
+    ASSERT_TRUE(received.GetIndex(0, value));
+    EXPECT_EQ(value, 0xABCDu);
+}
+
+TEST(CIndex, StreamLengthMustMatchTheTypeList) {
+    CIndex index(Bytes{1, 2, 3}, {VT_UINT16});
+    EXPECT_FALSE(index.VerifyTypeListIsFullyLoaded());
+    EXPECT_FALSE(index.Deserialize());
+    EXPECT_EQ(index.GetIndexCount(), 0u);
+}
+
+TEST(CIndex, MixedFieldsDecodeInOrder) {
+    // A type without bytes repeats the value before it (0 when it comes first).
+    CIndex index(Bytes{0x01, 0x02, 0x03, 0x04, 0x05, 0x06, 0x07}, {VT_BOOL, VT_UINT32, VT_UINT8, VT_STRING, VT_UINT16});
+    EXPECT_EQ(index.GetIndexSizeFromTypeList(), 7u);
+    ASSERT_TRUE(index.Deserialize());
+    std::vector<unsigned int> values;
+    unsigned int v = 0;
+    for (unsigned i = 0; index.GetIndex(i, v); ++i) values.push_back(v);
+    EXPECT_EQ(values, (std::vector<unsigned int>{0, 0x01020304, 0x05, 0x05, 0x0607}));
+}
+
+TEST(CIndex, SerializeWritesEachFieldInItsSize) {
+    CIndex index;
+    index.AddIndex(0x11223344u);
+    index.AddIndex(static_cast<unsigned short>(0xAABBCCDD & 0xFFFF));
+    index.AddIndex(static_cast<unsigned char>(0x7F));
+    index.PushIndexType(VT_INT8);  // a type without value adds nothing
+    ASSERT_TRUE(index.Serialize());
+    EXPECT_EQ(index.GetIndexStream(), (Bytes{0x11, 0x22, 0x33, 0x44, 0xCC, 0xDD, 0x7F}));
+
+    DataVarType_e types[] = {VT_UINT8, VT_UINT8};
+    CIndex pair(types, 2);
+    unsigned int values[] = {0x1FF, 2};
+    EXPECT_FALSE(pair.FillIndexes(values, 1));
+    ASSERT_TRUE(pair.FillIndexes(values, 2));
+    pair.Serialize();
+    EXPECT_EQ(pair.GetIndexStream(), (Bytes{0xFF, 0x02}));
+}
+
+TEST(CIndex, EmptyValuesLeaveTheStream) {
+    CIndex index(Bytes{9, 9}, {VT_UINT16});
+    EXPECT_TRUE(index.Serialize());
+    EXPECT_EQ(index.GetIndexStream(), (Bytes{9, 9}));
+
+    CIndex none;
+    unsigned char* ptr = nullptr;
+    unsigned int len = 0;
+    EXPECT_FALSE(none.GetIndexStream(ptr, len));
+    EXPECT_FALSE(none.SetIndex(0, 1));
+    unsigned int v = 5;
+    EXPECT_FALSE(none.GetIndex(0, v));
+    EXPECT_EQ(v, 5u);
+}
+
+TEST(CIndex, FieldSizes) {
+    EXPECT_EQ(CIndex::GetIndexSize(VT_UINT32), 4u);
+    EXPECT_EQ(CIndex::GetIndexSize(VT_UINT16), 2u);
+    EXPECT_EQ(CIndex::GetIndexSize(VT_UINT8), 1u);
+    for (DataVarType_e t : {VT_INT32, VT_INT8, VT_INT16, VT_BOOL, VT_MAC, VT_IP, VT_STRING, VT_INT64, VT_UINT64})
+        EXPECT_EQ(CIndex::GetIndexSize(t), 0u) << t;
+}

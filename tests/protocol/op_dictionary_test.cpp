@@ -1,0 +1,112 @@
+// The operation dictionary: table contents and the opId map.
+#include "protocol/c_op_ss_data_map.h"
+#include "protocol/op_ss_data_tables.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+#include <string>
+
+namespace {
+
+struct Table {
+    const char* name;
+    COpSsData** entries;
+    unsigned expectedCount;
+};
+
+const Table kTables[] = {
+    {"analogAudioSsData", analogAudioSsData, 3},       {"audioPidLockSsData", audioPidLockSsData, 5},
+    {"audioSrvSsData", audioSrvSsData, 12},            {"avSsConfigSsData", avSsConfigSsData, 9},
+    {"compositeSsData", compositeSsData, 5},           {"hisiAvSubsystemSsData", hisiAvSubsystemSsData, 10},
+    {"overlaySsData", overlaySsData, 11},              {"pidLockSsData", pidLockSsData, 7},
+    {"selectedAudioSsData", selectedAudioSsData, 4},   {"selectedOtherSsData", selectedOtherSsData, 1},
+    {"selectedServiceSsData", selectedServiceSsData, 11}, {"serviceLockSsData", serviceLockSsData, 6},
+    {"serviceSelectionSsData", serviceSelectionSsData, 13}, {"videoOutputSsData", videoOutputSsData, 12},
+    {"videoSsData", videoSsData, 13},
+};
+
+unsigned Count(COpSsData** table) {
+    unsigned n = 0;
+    while (table[n] != nullptr) ++n;
+    return n;
+}
+
+// The order the daemon loads the tables in, with one table loaded twice.
+void FillAsTheDaemonDoes(COpSsDataMap& map) {
+    COpSsData** order[] = {audioPidLockSsData,  audioSrvSsData,        hisiAvSubsystemSsData, pidLockSsData,
+                           selectedAudioSsData, selectedServiceSsData, selectedOtherSsData,   serviceSelectionSsData,
+                           videoOutputSsData,   selectedAudioSsData,   videoSsData,           serviceLockSsData,
+                           analogAudioSsData,   compositeSsData,       avSsConfigSsData,      overlaySsData};
+    for (COpSsData** t : order) map.FillMap(t);
+}
+
+}  // namespace
+
+TEST(OpDictionary, TablesHoldTheirEntries) {
+    unsigned total = 0;
+    std::set<unsigned> ids;
+    for (const Table& t : kTables) {
+        EXPECT_EQ(Count(t.entries), t.expectedCount) << t.name;
+        for (COpSsData** e = t.entries; *e; ++e) ids.insert((*e)->GetOpId());
+        total += Count(t.entries);
+    }
+    EXPECT_EQ(total, 122u);
+    EXPECT_EQ(ids.size(), total) << "opIds must be unique across tables";
+}
+
+TEST(OpDictionary, OnlyTheSoftwareVersionHasAFourByteIndex) {
+    for (const Table& t : kTables) {
+        for (COpSsData** e = t.entries; *e; ++e) {
+            std::vector<DataVarType_e> types = (*e)->GetIndex().GetIndexTypeList();
+            ASSERT_EQ(types.size(), 1u) << (*e)->GetName();
+            EXPECT_EQ(types[0], (*e)->GetOpId() == 2 ? VT_UINT32 : VT_UINT8) << (*e)->GetName();
+        }
+    }
+}
+
+TEST(OpDictionary, LooksEntriesUpByOpId) {
+    COpSsDataMap map;
+    FillAsTheDaemonDoes(map);
+    EXPECT_EQ(map.Get().size(), 122u);
+
+    struct Case {
+        unsigned opId;
+        const char* name;
+        DataVarType_e type;
+    };
+    const Case cases[] = {
+        {271, "videoWidth", VT_UINT16},
+        {2, "hisisystemSoftwareVersion", VT_UINT32},
+        {0, "hisisystemReset", VT_INT8},
+        {62, "videooutputAfdCode", VT_UINT8},
+        {112, "avssHeartBeat", VT_UINT32},
+        {254, "compositeLine21Cc", VT_UINT8},
+        {220, "selectedserviceVideoPid", VT_INT16},
+        {245, "serviceselectionPcr", VT_UINT16},
+        {226, "selectedserviceServiceName", VT_STRING},
+        {104, "avssconfigGenlockAvail", VT_BOOL},
+        {283, "videoChromaBitDepth", VT_UINT8},
+    };
+    for (const Case& c : cases) {
+        COpSsData* e = map.GetByOpId(c.opId);
+        ASSERT_NE(e, nullptr) << c.opId;
+        EXPECT_EQ(e->GetName(), c.name);
+        EXPECT_EQ(e->GetDataType(), c.type) << c.name;
+    }
+    EXPECT_EQ(map.GetByOpId(400), nullptr);
+    EXPECT_EQ(map.GetByOpId(10), nullptr);
+}
+
+TEST(OpDictionary, FillingAgainChangesNothing) {
+    COpSsDataMap once;
+    FillAsTheDaemonDoes(once);
+    COpSsDataMap twice;
+    FillAsTheDaemonDoes(twice);
+    FillAsTheDaemonDoes(twice);
+    EXPECT_EQ(once.Get(), twice.Get());
+
+    COpSsData* onlyTerminator[] = {nullptr};
+    twice.FillMap(onlyTerminator);
+    EXPECT_EQ(once.Get(), twice.Get());
+}

@@ -1,0 +1,340 @@
+// SsOp: value setters and getters, the op image with chunking, and parsing.
+#include "protocol/ss_op.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+#include <vector>
+
+#include "tests/protocol/print_capture.h"
+#include "toolkit/kt_address.h"
+
+using Bytes = std::vector<unsigned char>;
+
+namespace {
+
+Bytes Image(SsOp& op) {
+    Bytes out;
+    op.GetSerializedOp(out);
+    return out;
+}
+
+}  // namespace
+
+TEST(SsOpImage, StatusOpHasHeaderIndexAndValue) {
+    SsOp op(OP_TYPE_DATA, 0x0105);
+    op.SetIndexList({1});
+    op.SetDataU8(3);
+    EXPECT_EQ(Image(op), (Bytes{0x00, 0x05, 0x01, 0x01, 0x01, 0x01, 0x03}));
+}
+
+TEST(SsOpImage, CacheIsKeptUntilRebuilt) {
+    SsOp op(OP_TYPE_DATA, 7);
+    op.SetDataU8(1);
+    Bytes first = Image(op);
+    op.SetDataU8(2);  // setters do not refresh the cached image
+    EXPECT_EQ(Image(op), first);
+    EXPECT_EQ(op.SerializeOp(), 6u);
+    EXPECT_EQ(Image(op).back(), 2);
+}
+
+TEST(SsOpImage, LongValueIsSentInChunksOf240) {
+    std::string text(300, 'x');
+    for (size_t i = 0; i < text.size(); ++i) text[i] = static_cast<char>('a' + i % 26);
+    SsOp op(OP_TYPE_DATA, 226);
+    op.SetIndexList({1});
+    op.SetDataU8(text);
+
+    unsigned char* ptr = nullptr;
+    unsigned int len = 0;
+    unsigned int offset = 0;
+    ASSERT_EQ(op.GetSerializedOp(ptr, len, offset), 5u + 1 + 240);
+    EXPECT_EQ(ptr[5], 240);
+    EXPECT_EQ(std::string(ptr + 6, ptr + len), text.substr(0, 240));
+    EXPECT_EQ(offset, 240u);
+
+    ASSERT_EQ(op.GetSerializedOp(ptr, len, offset), 5u + 1 + 60);
+    EXPECT_EQ(ptr[5], 60);
+    EXPECT_EQ(std::string(ptr + 6, ptr + len), text.substr(240));
+    EXPECT_EQ(offset, 300u);
+
+    ASSERT_EQ(op.GetSerializedOp(ptr, len, offset), 6u);  // offset == length: an empty chunk
+    EXPECT_EQ(ptr[5], 0);
+    EXPECT_EQ(offset, 300u);
+
+    offset = 301;
+    EXPECT_EQ(op.SerializeOp(offset), 0u);
+    EXPECT_EQ(offset, 301u);
+}
+
+TEST(SsOpSetters, WriteBigEndianBytes) {
+    struct Case {
+        const char* name;
+        void (*set)(SsOp&);
+        Bytes expected;
+    };
+    const Case cases[] = {
+        {"U8", [](SsOp& o) { o.SetDataU8(0xAB); }, {0xAB}},
+        {"U16", [](SsOp& o) { o.SetDataU16(0x1234); }, {0x12, 0x34}},
+        {"16 negative", [](SsOp& o) { o.SetData16(-2); }, {0xFF, 0xFE}},
+        {"U32", [](SsOp& o) { o.SetDataU32(0x01020304); }, {1, 2, 3, 4}},
+        {"32 negative", [](SsOp& o) { o.SetData32(-1); }, {0xFF, 0xFF, 0xFF, 0xFF}},
+        {"size above 4", [](SsOp& o) { o.SetData(0x01020304, 6); }, {0, 0, 1, 2, 3, 4}},
+        {"size 3", [](SsOp& o) { o.SetData(0x01020304, 3); }, {2, 3, 4}},
+        {"U64", [](SsOp& o) { o.SetDataU64(0x0102030405060708ULL); }, {1, 2, 3, 4, 5, 6, 7, 8}},
+        {"64 negative", [](SsOp& o) { o.SetData64(-2); }, {0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFE}},
+        {"text", [](SsOp& o) { o.SetDataU8(std::string("ab")); }, {'a', 'b'}},
+        {"raw", [](SsOp& o) { const unsigned char b[] = {9, 0, 8}; o.SetDataU8(b, 3); }, {9, 0, 8}},
+    };
+    for (const Case& c : cases) {
+        SsOp op;
+        op.SetDataU8(std::string("old value"));
+        c.set(op);
+        EXPECT_EQ(op.GetRawData(), c.expected) << c.name;
+    }
+}
+
+TEST(SsOpGetters, SizeAndBoundsFailuresPrintAndReturnZero) {
+    PrintCapture prints;
+    SsOp op;
+    op.SetDataU8(0x80);
+    EXPECT_EQ(op.GetData(2), 0u);
+    EXPECT_EQ(op.GetData8(0), -128);
+    EXPECT_EQ(op.GetDataU8(3), 0);
+    EXPECT_EQ(op.GetData8(1), 0);
+    EXPECT_EQ(op.GetData64(), 0);
+    EXPECT_EQ(op.GetDataU64(), 0u);
+    EXPECT_EQ(prints.Lines(), (std::vector<std::string>{
+                                  "GetData wrong size (2 != 1)",
+                                  "GetDataU8 out of bounds (3 >= 1)",
+                                  "GetData8 out of bounds (1 >= 1)",
+                                  "GetData64 wrong size (1 < 8)",
+                                  "GetDataU64 wrong size (1 < 8)",
+                              }));
+}
+
+TEST(SsOpGetters, SixtyFourBitsKeepTheLastEightBytes) {
+    SsOp op;
+    const unsigned char nine[] = {0xAA, 1, 2, 3, 4, 5, 6, 7, 0x88};
+    op.SetDataU8(nine, 9);
+    EXPECT_EQ(op.GetDataU64(), 0x0102030405060788ULL);
+    EXPECT_EQ(op.GetData64(), 0x0102030405060788LL);
+    op.SetData16(-300);
+    EXPECT_EQ(op.GetData16(), -300);
+    EXPECT_EQ(op.GetDataU16(), 0x10000 - 300);
+}
+
+TEST(SsOpGetters, LastIndexIsOneWithoutIndex) {
+    SsOp op;
+    EXPECT_EQ(op.GetLastIndex(), 1u);
+    EXPECT_EQ(op.GetIndexCount(), 0u);
+    op.SetIndexList({0, 0, 0, 7});
+    EXPECT_EQ(op.GetLastIndex(), 7u);
+    EXPECT_EQ(op.GetIndexCount(), 4u);
+}
+
+// Every typed getter refuses all codes but its own, prints the expected name and
+// leaves its output untouched.
+TEST(SsOpTypedGetters, RefuseOtherTypesWithTheirMessage) {
+    PrintCapture prints;
+    SsOp op;
+    op.SetDataU8(5);
+    const DataVarType_e wrong = VT_STRING;
+    unsigned char u8 = 9; char i8 = 9; unsigned short u16 = 9; short i16 = 9; unsigned int u32 = 9; int i32 = 9;
+    bool b = false; long long i64 = 9; unsigned long long u64 = 9;
+    KT::CIpAddress ip; KT::CMacAddress mac;
+    EXPECT_FALSE(op.GetData(wrong, u8));
+    EXPECT_FALSE(op.GetData(wrong, i8));
+    EXPECT_FALSE(op.GetData(wrong, u16));
+    EXPECT_FALSE(op.GetData(wrong, i16));
+    EXPECT_FALSE(op.GetData(wrong, u32));
+    EXPECT_FALSE(op.GetData(wrong, i32));
+    EXPECT_FALSE(op.GetData(wrong, b));
+    EXPECT_FALSE(op.GetData(wrong, i64));
+    EXPECT_FALSE(op.GetData(wrong, u64));
+    EXPECT_FALSE(op.GetData(wrong, ip));
+    EXPECT_FALSE(op.GetData(wrong, mac));
+    EXPECT_EQ(u8 + i8 + u16 + i16 + u32 + i32 + i64 + u64, 8u * 9);
+    EXPECT_FALSE(b);
+    EXPECT_EQ(prints.Lines(), (std::vector<std::string>{
+                                  "Expected type VT_UINT8 got type: 12", "Expected type VT_INT8 got type: 12",
+                                  "Expected type VT_UINT16 got type: 12", "Expected type VT_INT16 got type: 12",
+                                  "Expected type VT_UINT32 got type: 12", "Expected type VT_INT32 got type: 12",
+                                  "Expected type VT_BOOL got type: 12", "Expected type VT_INT64 got type: 12",
+                                  "Expected type VT_UINT64 got type: 12", "Expected type VT_IP got type: 12",
+                                  "Expected type VT_MAC got type: 12"}));
+
+    prints.Clear();
+    EXPECT_FALSE(op.GetData(VT_UINT8, u32));
+    EXPECT_EQ(prints.Lines(), std::vector<std::string>{"Expected type VT_UINT32 got type: 3"});
+}
+
+TEST(SsOpTypedGetters, ReadTheirOwnType) {
+    SsOp op;
+    op.SetDataU8(0xFE);
+    unsigned char u8 = 0; char i8 = 0; bool b = false;
+    EXPECT_TRUE(op.GetData(VT_UINT8, u8));
+    EXPECT_TRUE(op.GetData(VT_INT8, i8));
+    EXPECT_TRUE(op.GetData(VT_BOOL, b));
+    EXPECT_EQ(u8, 0xFE);
+    EXPECT_EQ(i8, -2);
+    EXPECT_TRUE(b);
+
+    op.SetData16(-1000);
+    short i16 = 0; unsigned short u16 = 0;
+    EXPECT_TRUE(op.GetData(VT_INT16, i16));
+    EXPECT_TRUE(op.GetData(VT_UINT16, u16));
+    EXPECT_EQ(i16, -1000);
+    EXPECT_EQ(u16, 64536);
+
+    op.SetDataU32(0xC0A80102);
+    unsigned int u32 = 0; int i32 = 0; KT::CIpAddress ip;
+    EXPECT_TRUE(op.GetData(VT_UINT32, u32));
+    EXPECT_TRUE(op.GetData(VT_INT32, i32));
+    EXPECT_TRUE(op.GetData(VT_IP, ip));
+    EXPECT_EQ(u32, 0xC0A80102u);
+    EXPECT_EQ(i32, static_cast<int>(0xC0A80102u));
+    EXPECT_EQ(ip.GetIpInt(), 0xC0A80102u);
+
+    op.SetData64(-5);
+    long long i64 = 0; unsigned long long u64 = 0;
+    EXPECT_TRUE(op.GetData(VT_INT64, i64));
+    EXPECT_TRUE(op.GetData(VT_UINT64, u64));
+    EXPECT_EQ(i64, -5);
+    EXPECT_EQ(u64, 0xFFFFFFFFFFFFFFFBULL);
+}
+
+enum class TestLevel_e : unsigned char { Low = 1, High = 200 };
+
+TEST(SsOpSetSsOpData, StoresNumbersUnderTheWireType) {
+    struct Case {
+        DataVarType_e type;
+        Bytes expected;
+    };
+    const Case cases[] = {
+        {VT_INT32, {0xFF, 0xFF, 0xFF, 0xFF}}, {VT_UINT32, {0xFF, 0xFF, 0xFF, 0xFF}}, {VT_INT8, {0xFF}},
+        {VT_UINT8, {0xFF}}, {VT_BOOL, {0xFF}}, {VT_INT16, {0xFF, 0xFF}}, {VT_UINT16, {0xFF, 0xFF}},
+        {VT_INT64, Bytes(8, 0xFF)}, {VT_UINT64, {0, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF}},
+    };
+    for (const Case& c : cases) {
+        SsOp op;
+        // The value's own signedness decides the widening: int -1 stays all ones,
+        // unsigned 0xFFFFFFFF gains zero bytes in 64 bits.
+        if (c.type == VT_UINT64) {
+            EXPECT_TRUE(op.SetSsOpData(0xFFFFFFFFu, c.type));
+        } else {
+            EXPECT_TRUE(op.SetSsOpData(static_cast<signed char>(-1), c.type));
+        }
+        EXPECT_EQ(op.GetRawData(), c.expected) << "type " << c.type;
+    }
+    SsOp op;
+    EXPECT_TRUE(op.SetSsOpData(TestLevel_e::High, VT_UINT8));
+    EXPECT_EQ(op.GetRawData(), Bytes{200});
+    EXPECT_TRUE(op.SetSsOpData(static_cast<unsigned short>(0x1234), VT_UINT32));
+    EXPECT_EQ(op.GetRawData(), (Bytes{0, 0, 0x12, 0x34}));
+}
+
+TEST(SsOpSetSsOpData, RefusesTypesThatCarryNoNumber) {
+    const int refused[] = {6, 7, 9, 10, 11, 12, 13, 14, 15, 18, 100};
+    for (int code : refused) {
+        PrintCapture prints;
+        SsOp op;
+        op.SetDataU8(7);
+        EXPECT_FALSE(op.SetSsOpData(1u, static_cast<DataVarType_e>(code)));
+        EXPECT_EQ(op.GetRawData(), Bytes{7});
+        EXPECT_EQ(prints.Lines(), std::vector<std::string>{"Unexpected datatype received: " + std::to_string(code)});
+    }
+}
+
+TEST(SsOpSetSsOpData, TextOnlyAsStringType) {
+    PrintCapture prints;
+    SsOp op;
+    EXPECT_TRUE(op.SetSsOpData(std::string("v1.2"), VT_STRING));
+    EXPECT_EQ(op.GetDataString(), "v1.2");
+    EXPECT_FALSE(op.SetSsOpData(std::string("x"), VT_UINT8));
+    EXPECT_EQ(op.GetDataString(), "v1.2");
+    EXPECT_EQ(prints.Lines(), (std::vector<std::string>{"SetSsOpData string", "SetSsOpData string",
+                                                        "Unexpected datatype received: 3"}));
+}
+
+TEST(SsOpDeserialize, CornerCases) {
+    struct Case {
+        const char* name;
+        Bytes buf;     // what is readable
+        unsigned len;  // what the caller says
+        unsigned consumed;
+        Bytes index, data;
+        std::vector<std::string> prints;
+    };
+    const Case cases[] = {
+        {"empty index and data", {0x00, 0x10, 0x00, 0x00, 0x00}, 5, 5, {}, {}, {}},
+        {"trailing bytes ignored", {0x06, 0x01, 0x01, 0x01, 0x09, 0x02, 0xAA, 0xBB, 0x00, 0x55}, 10, 8, {9},
+         {0xAA, 0xBB}, {}},
+        {"index length past the end", {0x00, 0x01, 0x00, 0x05, 0x01}, 5, 0, {}, {},
+         {"DeserializeArray failed! offset=3, dataLength=5; arrayLength=5"}},
+        {"data length byte missing", {0x00, 0x01, 0x00, 0x01, 0x07}, 5, 0, {}, {},
+         {"DeserializeArray failed! offset=5, dataLength=5"}},
+        {"data length past the end", {0x00, 0x01, 0x00, 0x00, 0x03, 0x01, 0x02}, 7, 0, {}, {},
+         {"DeserializeArray failed! offset=4, dataLength=7; arrayLength=3"}},
+        {"header only", {0x00, 0x01, 0x00, 0x00}, 2, 0, {}, {},
+         {"DeserializeArray failed! offset=3, dataLength=2"}},
+        {"too short", {0x00, 0x01}, 1, 0, {}, {}, {}},
+    };
+    for (const Case& c : cases) {
+        PrintCapture prints;
+        SsOp op;
+        op.SetIndexList({1, 2});
+        op.SetDataU8(std::string("stale"));
+        EXPECT_EQ(op.DeserializeOp(c.buf.data(), c.len), c.consumed) << c.name;
+        EXPECT_EQ(op.GetIndexList(), c.index) << c.name;
+        EXPECT_EQ(op.GetRawData(), c.data) << c.name;
+        EXPECT_EQ(prints.Lines(), c.prints) << c.name;
+    }
+    SsOp op;
+    EXPECT_EQ(op.DeserializeOp(nullptr, 10), 0u);
+}
+
+TEST(SsOpDeserialize, RebuildsTheImageItConsumed) {
+    const Bytes image{0x00, 0x0F, 0x01, 0x01, 0x02, 0x02, 0x07, 0x80};
+    SsOp op;
+    ASSERT_EQ(op.DeserializeOp(image), image.size());
+    EXPECT_EQ(op.GetOpType(), OP_TYPE_DATA);
+    EXPECT_EQ(op.GetOpId(), 0x010Fu);
+    EXPECT_EQ(op.GetDataU16(), 0x0780);
+    EXPECT_EQ(Image(op), image);
+}
+
+// Random operations of every size survive image -> parse, chunk by chunk.
+TEST(SsOpRoundTrip, SeededRandomOperations) {
+    std::mt19937 rng(20240611);
+    auto byte = [&] { return static_cast<unsigned char>(rng() & 0xFF); };
+    for (int iter = 0; iter < 5000; ++iter) {
+        SsOp op(static_cast<OpType_e>(byte()), rng() & 0xFFFF);
+        Bytes index(rng() % 9);
+        for (auto& b : index) b = byte();
+        Bytes data(iter % 10 == 0 ? rng() % 700 : rng() % 241);
+        for (auto& b : data) b = byte();
+        op.SetIndexList(index);
+        op.SetDataU8(data.data(), static_cast<unsigned>(data.size()));
+
+        Bytes reassembled;
+        unsigned int offset = 0;
+        do {
+            unsigned char* ptr = nullptr;
+            unsigned int len = 0;
+            op.GetSerializedOp(ptr, len, offset);
+            Bytes image(ptr, ptr + len);
+            image.push_back(0);  // the receiver's spare byte
+            SsOp back;
+            ASSERT_EQ(back.DeserializeOp(image.data(), len), len) << iter;
+            ASSERT_EQ(back.GetOpType(), op.GetOpType());
+            ASSERT_EQ(back.GetOpId(), op.GetOpId());
+            ASSERT_EQ(back.GetIndexList(), index);
+            Bytes chunk = back.GetRawData();
+            ASSERT_LE(chunk.size(), SsOp::kMaxChunk);
+            reassembled.insert(reassembled.end(), chunk.begin(), chunk.end());
+        } while (offset < data.size());
+        ASSERT_EQ(reassembled, data) << iter;
+    }
+}
