@@ -1,0 +1,58 @@
+// CallLog: the one ordered record of every call made into the recording doubles
+// of the decoder interfaces, shared by all fakes of a FakeDecoderSet so that a
+// test can assert the order across interfaces. Any thread may record or read.
+// Calls render as "IVideoOutput::SetFormat(1920,1080,2,6,1,2,1)": integers and
+// enumerations as decimal numbers, bools as true/false, strings in quotes.
+#pragma once
+
+#include <cstddef>
+#include <mutex>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+namespace hisiav_test {
+
+class CallLog {
+public:
+    void Record(std::string call);
+
+    // Every call so far, oldest first.
+    std::vector<std::string> Calls() const;
+    // The calls that start with prefix, e.g. "IVideoOutput::" or "IAudioOutput::SetMute".
+    std::vector<std::string> CallsWithPrefix(const std::string& prefix) const;
+    // Number of calls that start with prefix.
+    size_t Count(const std::string& prefix) const;
+    size_t Size() const;
+    void Clear();
+
+private:
+    mutable std::mutex m_Mutex;
+    std::vector<std::string> m_Calls;  // guarded by m_Mutex
+};
+
+// Argument rendering used by the fakes.
+inline std::string RenderArg(bool v) { return v ? "true" : "false"; }
+inline std::string RenderArg(const std::string& v) { return "\"" + v + "\""; }
+inline std::string RenderArg(const char* v) { return RenderArg(std::string(v)); }
+template <typename T>
+std::enable_if_t<std::is_integral_v<T> || std::is_enum_v<T>, std::string> RenderArg(T v) {
+    if constexpr (std::is_enum_v<T>) {
+        return RenderArg(static_cast<std::underlying_type_t<T>>(v));
+    } else if constexpr (std::is_signed_v<T>) {
+        return std::to_string(static_cast<long long>(v));
+    } else {
+        return std::to_string(static_cast<unsigned long long>(v));
+    }
+}
+
+// "Iface::Op(a,b,c)"
+template <typename... Args>
+std::string RenderCall(const std::string& iface, const char* op, const Args&... args) {
+    std::string s = iface + "::" + op + "(";
+    [[maybe_unused]] bool first = true;
+    ((s += (first ? "" : ","), s += RenderArg(args), first = false), ...);
+    return s + ")";
+}
+
+}  // namespace hisiav_test

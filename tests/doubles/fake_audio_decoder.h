@@ -1,0 +1,79 @@
+// FakeAudioDecoder: recording double of IAudioDecoder, IDecoderEventSource and
+// IDecoderControl. Reports the values held in its state; SetCodec stores the
+// codec it was given (GetCodec reports `reportedCodec`, which the test sets, as
+// the real decoder reports what the stream carries). Any thread.
+#pragma once
+
+#include <string>
+
+#include "platform/i_audio_decoder.h"
+#include "platform/i_decoder_control.h"
+#include "platform/i_decoder_event_source.h"
+#include "tests/doubles/fake_base.h"
+
+namespace hisiav_test {
+
+struct FakeAudioDecoderState {
+    AudioType_e codec = AUDIO_TYPE_NONE;  // last SetCodec
+    AudioTypeStatus_e reportedCodec = AUDIO_TYPE_STATUS_NONE;
+    AudioChannelCoding_e codingMode = AUDIO_CHANNEL_CODING_UNKNOWN;
+    uint32_t bitRate = 0;
+    uint32_t bitsPerSample = 0;
+    uint32_t samplingRate = 0;
+    int8_t dialNorm = 0;
+    uint32_t frameCount = 0;
+    int audioMode = 0;
+    uint64_t pts = 0;
+    uint32_t syncStatus = 0;
+    int subscriberCount = 0;
+    bool started = false;
+};
+
+class FakeAudioDecoder : public IAudioDecoder,
+                         public IDecoderEventSource,
+                         public IDecoderControl,
+                         public FakeBase<FakeAudioDecoderState> {
+public:
+    using State = FakeAudioDecoderState;
+
+    explicit FakeAudioDecoder(CallLog& log, std::string name = "IAudioDecoder") : FakeBase(log, std::move(name)) {}
+
+    bool SetCodec(AudioType_e codec) override {
+        std::lock_guard<std::mutex> lock(m_Mutex);
+        if (RecordLocked("SetCodec", codec) || codec == m_State.codec) return false;
+        m_State.codec = codec;
+        return true;
+    }
+    AudioTypeStatus_e GetCodec() override { return Report("GetCodec", &State::reportedCodec, AUDIO_TYPE_STATUS_NONE); }
+    AudioChannelCoding_e GetCodingMode() override {
+        return Report("GetCodingMode", &State::codingMode, AUDIO_CHANNEL_CODING_UNKNOWN);
+    }
+    uint32_t GetBitRate() override { return Report("GetBitRate", &State::bitRate, 0u); }
+    uint32_t GetBitsPerSample() override { return Report("GetBitsPerSample", &State::bitsPerSample, 0u); }
+    uint32_t GetSamplingRate() override { return Report("GetSamplingRate", &State::samplingRate, 0u); }
+    int8_t GetDialNorm() override { return Report("GetDialNorm", &State::dialNorm, int8_t{0}); }
+    uint32_t GetFrameCount() override { return Report("GetFrameCount", &State::frameCount, 0u); }
+    int SetAudioMode(int mode) override {
+        std::lock_guard<std::mutex> lock(m_Mutex);
+        if (RecordLocked("SetAudioMode", mode)) return -1;
+        m_State.audioMode = mode;
+        return 0;
+    }
+    uint64_t GetPts() override { return Report("GetPts", &State::pts, uint64_t{0}); }
+    uint32_t GetSyncStatus() override { return Report("GetSyncStatus", &State::syncStatus, 0u); }
+
+    bool Subscribe(const DecoderEventHandler&) override { return Subscribers("Subscribe", +1); }
+    bool Unsubscribe(const DecoderEventHandler&) override { return Subscribers("Unsubscribe", -1); }
+    bool Start() override { return SetFlag("Start", &State::started, true); }
+    bool Stop() override { return SetFlag("Stop", &State::started, false); }
+
+private:
+    bool Subscribers(const char* op, int delta) {
+        std::lock_guard<std::mutex> lock(m_Mutex);
+        if (RecordLocked(op)) return false;
+        m_State.subscriberCount += delta;
+        return true;
+    }
+};
+
+}  // namespace hisiav_test

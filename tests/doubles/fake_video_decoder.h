@@ -1,0 +1,101 @@
+// FakeVideoDecoder: recording double of IVideoDecoder and IDecoderControl. Reports
+// the stream attributes held in its state (settable with Configure or
+// SetReportedFormat); SetCodec stores the codec that GetCodec reports. A failing
+// GetFormat returns false with the outputs untouched. Any thread.
+#pragma once
+
+#include <map>
+#include <string>
+
+#include "platform/i_decoder_control.h"
+#include "platform/i_video_decoder.h"
+#include "tests/doubles/fake_base.h"
+
+namespace hisiav_test {
+
+struct FakeVideoDecoderState {
+    VideoType_e codec = VIDEO_TYPE_NONE;
+    uint32_t width = 0;
+    uint32_t height = 0;
+    VideoScanType_e scanType = VIDEO_SCAN_TYPE_UNKNOWN;
+    VideoFrameRate_e frameRate = VIDEO_FRAME_RATE_UNKNOWN;
+    VideoAspectRatio_e aspectRatio = VIDEO_ASPECT_RATIO_UNKNOWN;
+    VideoChromaFormat_e chromaFormat = VIDEO_CHROMA_FORMAT_UNKNOWN;
+    VideoProfile_e profile = VIDEO_PROFILE_UNKNOWN;
+    VideoLevel_e level = VIDEO_LEVEL_UNKNOWN;
+    ChromaBitDepth_e bitDepth = CHROMA_BIT_DEPTH_UNKNOWN;
+    std::map<uint16_t, std::string> serviceNames;  // programme number -> name
+    uint32_t bitrate = 0;
+    uint32_t frameCount = 0;
+    uint32_t decodeFailureReason = 0;
+    uint32_t syncStatus = 0;
+    bool started = false;
+};
+
+class FakeVideoDecoder : public IVideoDecoder, public IDecoderControl, public FakeBase<FakeVideoDecoderState> {
+public:
+    using State = FakeVideoDecoderState;
+
+    explicit FakeVideoDecoder(CallLog& log, std::string name = "IVideoDecoder") : FakeBase(log, std::move(name)) {}
+
+    // Test helper: the format GetFormat reports.
+    void SetReportedFormat(uint32_t width, uint32_t height, VideoScanType_e scan, VideoFrameRate_e rate,
+                           VideoAspectRatio_e aspect) {
+        Configure([=](FakeVideoDecoderState& s) {
+            s.width = width;
+            s.height = height;
+            s.scanType = scan;
+            s.frameRate = rate;
+            s.aspectRatio = aspect;
+        });
+    }
+
+    bool SetCodec(VideoType_e codec) override {
+        std::lock_guard<std::mutex> lock(m_Mutex);
+        if (RecordLocked("SetCodec", codec) || codec == m_State.codec) return false;
+        m_State.codec = codec;
+        return true;
+    }
+    VideoType_e GetCodec() override { return Report("GetCodec", &State::codec, VIDEO_TYPE_NONE); }
+    bool GetFormat(uint32_t& width, uint32_t& height, VideoScanType_e& scanType, VideoFrameRate_e& frameRate,
+                   VideoAspectRatio_e& aspectRatio) override {
+        std::lock_guard<std::mutex> lock(m_Mutex);
+        if (RecordLocked("GetFormat")) return false;
+        width = m_State.width;
+        height = m_State.height;
+        scanType = m_State.scanType;
+        frameRate = m_State.frameRate;
+        aspectRatio = m_State.aspectRatio;
+        return true;
+    }
+    VideoChromaFormat_e GetChromaFormat() override {
+        return Report("GetChromaFormat", &State::chromaFormat, VIDEO_CHROMA_FORMAT_UNKNOWN);
+    }
+    VideoScanType_e GetVideoScanType() override {
+        return Report("GetVideoScanType", &State::scanType, VIDEO_SCAN_TYPE_UNKNOWN);
+    }
+    VideoAspectRatio_e GetVideoAspectRatio() override {
+        return Report("GetVideoAspectRatio", &State::aspectRatio, VIDEO_ASPECT_RATIO_UNKNOWN);
+    }
+    VideoProfile_e GetProfile() override { return Report("GetProfile", &State::profile, VIDEO_PROFILE_UNKNOWN); }
+    VideoLevel_e GetLevel() override { return Report("GetLevel", &State::level, VIDEO_LEVEL_UNKNOWN); }
+    std::string GetServiceName(uint16_t programNumber) override {
+        std::lock_guard<std::mutex> lock(m_Mutex);
+        bool fail = RecordLocked("GetServiceName", programNumber);
+        auto it = m_State.serviceNames.find(programNumber);
+        return (fail || it == m_State.serviceNames.end()) ? std::string() : it->second;
+    }
+    ChromaBitDepth_e GetBitDepth() override { return Report("GetBitDepth", &State::bitDepth, CHROMA_BIT_DEPTH_UNKNOWN); }
+    uint32_t GetBitrate() override { return Report("GetBitrate", &State::bitrate, 0u); }
+    uint32_t GetFrameCount() override { return Report("GetFrameCount", &State::frameCount, 0u); }
+    uint32_t GetDecodeFailureReason() override {
+        return Report("GetDecodeFailureReason", &State::decodeFailureReason, 0u);
+    }
+    uint32_t GetVideoSyncStatus() override { return Report("GetVideoSyncStatus", &State::syncStatus, 0u); }
+
+    bool Start() override { return SetFlag("Start", &State::started, true); }
+    bool Stop() override { return SetFlag("Stop", &State::started, false); }
+
+};
+
+}  // namespace hisiav_test
