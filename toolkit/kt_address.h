@@ -15,7 +15,8 @@ public:
     uint32_t GetIpInt() const { return m_ip; }
     // "a.b.c.d"
     std::string ToString() const;
-    // Parses "a.b.c.d"; false (unchanged) on a malformed text.
+    // Parses "a.b.c.d" (each part 0 to 255, digits only); false (unchanged) on a
+    // malformed text.
     bool Set(const std::string& dotted);
 
 private:
@@ -29,6 +30,7 @@ public:
     // (unchanged) otherwise.
     bool Set(const std::string& value);
     const std::array<uint8_t, 6>& Bytes() const { return m_bytes; }
+    // "aa:bb:cc:dd:ee:ff", lower-case hex.
     std::string ToString() const;
 
 private:

@@ -3,25 +3,30 @@
 #pragma once
 
 #include <cstdint>
+#include <type_traits>
 
 namespace KT {
 namespace Endian {
 
 // Bytes of v as they must lie in memory for big-endian order, whatever the host.
+// The shifts work on the unsigned type of the same size, so signed values are fine.
 template <typename T>
 inline T HostToBig(T v) {
+    using U = typename std::make_unsigned<T>::type;
+    const U u = static_cast<U>(v);
     T out = 0;
     unsigned char* p = reinterpret_cast<unsigned char*>(&out);
-    for (unsigned i = 0; i < sizeof(T); ++i) p[i] = static_cast<unsigned char>(v >> (8 * (sizeof(T) - 1 - i)));
+    for (unsigned i = 0; i < sizeof(T); ++i) p[i] = static_cast<unsigned char>(u >> (8 * (sizeof(T) - 1 - i)));
     return out;
 }
 
 template <typename T>
 inline T BigToHost(T v) {
+    using U = typename std::make_unsigned<T>::type;
     const unsigned char* p = reinterpret_cast<const unsigned char*>(&v);
-    T out = 0;
-    for (unsigned i = 0; i < sizeof(T); ++i) out = static_cast<T>((out << 8) | p[i]);
-    return out;
+    U out = 0;
+    for (unsigned i = 0; i < sizeof(T); ++i) out = static_cast<U>((out << 8) | p[i]);
+    return static_cast<T>(out);
 }
 
 inline uint16_t LoadBig16(const unsigned char* p) { return static_cast<uint16_t>((p[0] << 8) | p[1]); }

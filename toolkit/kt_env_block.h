@@ -1,6 +1,7 @@
 // KT::CEnvBlock: reads a file of "name=value" lines (blank lines and lines
-// starting with '#' are skipped; blanks around name and value are trimmed).
-// Read once at construction; then read-only, so any thread.
+// starting with '#' are skipped; blanks around name and value are trimmed; a
+// line without '=' is ignored; the value is kept as written, quotes included;
+// a later line wins). Read once at construction; then read-only, so any thread.
 #pragma once
 
 #include <map>

@@ -54,15 +54,18 @@ public:
     ~CSchedule();
 
     // Adds an event due delayMs from now; a repeating one is re-armed delayMs after
-    // each run. Returns its handle.
+    // each run ends. Returns its handle. Any thread, including from an action.
     CEvent Add(const Action& action, unsigned delayMs, bool repeat);
-    // Cancels the event; false if it was not pending (already run, cancelled or invalid).
-    // The handle is reset.
+    // Cancels the event; true when this stopped a future run: it was pending, or it
+    // is the repeating event running right now (it is then not re-armed). False if
+    // it already ran, was cancelled or is invalid. The handle is reset. An action
+    // may cancel itself or any other event.
     bool Cancel(CEvent& event);
 
-    // Thread body: runs every due event, then sleeps until the next due time, until
-    // an event is added or cancelled, or until the calling CThread is cancelled.
-    // Always returns true.
+    // Thread body: runs every due event (without the schedule's lock, so actions
+    // may Add and Cancel), then sleeps until the next due time, until an event is
+    // added or cancelled, or until the calling CThread is cancelled. Always returns
+    // true. Only one thread may run the schedule.
     bool ProcessSchedule();
     // Runs every event that is due now, without waiting; returns how many ran.
     // For tests driving a fake clock.
@@ -75,23 +78,30 @@ public:
     void Wake();
 
 private:
+    using Key = std::pair<uint64_t, uint64_t>;  // (due ms, sequence): due order, then insertion order
     struct Entry {
         Action action;
         unsigned delayMs;
         bool repeat;
+        Key key;  // its place in m_queue while pending
     };
-    using Key = std::pair<uint64_t, uint64_t>;  // (due ms, sequence)
 
-    bool RunOne(uint64_t now);
+    // Runs the first event due at or before now that was queued before seqLimit
+    // (so a repeating event with delay 0 runs once per pass). False if none.
+    bool RunOne(uint64_t now, uint64_t seqLimit);
+    void Rearm(uint64_t id);
+    // Waits for the next due time, an Add/Cancel/Wake, or cancel of the calling CThread.
+    void WaitForWork();
+    static void WakeThunk(void* self);
 
     IClock& m_clock;
     mutable std::mutex m_mutex;
     std::condition_variable m_cond;
-    std::map<Key, uint64_t> m_queue;           // guarded by m_mutex: due order -> id
-    std::map<uint64_t, std::pair<Key, Entry>> m_events;  // guarded by m_mutex: id -> entry
-    uint64_t m_nextSeq = 1;                    // guarded by m_mutex
-    uint64_t m_running = 0;                    // guarded by m_mutex: id being run, 0 if none
-    bool m_wakeRequested = false;              // guarded by m_mutex
+    std::map<Key, uint64_t> m_queue;     // guarded by m_mutex: pending events, due order -> id
+    std::map<uint64_t, Entry> m_events;  // guarded by m_mutex: id -> entry (pending or running)
+    uint64_t m_nextSeq = 1;              // guarded by m_mutex: ids and sequence numbers
+    uint64_t m_running = 0;              // guarded by m_mutex: id being run, 0 if none
+    bool m_wakeRequested = false;        // guarded by m_mutex
 };
 
 }  // namespace KT

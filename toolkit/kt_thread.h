@@ -27,7 +27,9 @@ public:
     // Cancels and joins if still running.
     ~CThread();
 
-    // Starts the thread; false if it already runs or could not be created.
+    // Starts the thread (named with the first 15 characters of the name); false if
+    // it already runs or could not be created. A thread whose body returned false
+    // may be run again.
     bool Run();
     // Requests stop, wakes toolkit waits, joins. Safe to call more than once and
     // on a thread that never ran. Must not be called from the thread itself.
@@ -35,15 +37,22 @@ public:
     bool IsRunning() const { return m_running.load(); }
     const std::string& Name() const { return m_name; }
 
-    // The calling thread's scheduling priority (nice-style value; 0 on Linux defaults).
+    // The calling thread's scheduling priority (nice value; 0 on Linux defaults).
+    // A CThread built with another value sets it on itself at start (best effort).
     static int GetPriority();
-    // Sleeps ms milliseconds; returns early (false) if the calling CThread is cancelled.
+    // Sleeps ms milliseconds; returns early (false) if the calling CThread is
+    // cancelled. Off a CThread it is a plain sleep that returns true.
     static bool Sleep(unsigned ms);
     // True when the calling thread is a CThread whose Cancel() has been requested.
     static bool IsCancelRequested();
 
     // Waits in toolkit primitives register a wake-up here so Cancel() can reach them.
-    // Used by CSemaphore and CSchedule; not for application code.
+    // Used by CSemaphore and CSchedule; not for application code. Protocol, on the
+    // waiting thread: RegisterWait(fn, arg); take the primitive's own lock; wait
+    // with a predicate that includes IsCancelRequested(); release that lock;
+    // UnregisterWait(). Cancel() calls fn(arg) with the thread's wait lock held,
+    // so fn must only take the primitive's lock and notify. Calls made off a
+    // CThread do nothing.
     using WakeFn = void (*)(void*);
     static void RegisterWait(WakeFn fn, void* arg);
     static void UnregisterWait();
