@@ -1,0 +1,239 @@
+// Tests of KT::CRs232 over a real pseudo-terminal pair: the port opens the slave by
+// name, the test plays the host on the master side.
+#include <fcntl.h>
+#include <poll.h>
+#include <pty.h>
+#include <time.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cstdio>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/toolkit/wait_for.h"
+#include "toolkit/kt_rs232.h"
+#include "toolkit/kt_thread.h"
+
+namespace {
+
+using kttest::SecondsSince;
+using kttest::WaitFor;
+using Clock = std::chrono::steady_clock;
+using Bytes = std::vector<unsigned char>;
+
+double ThreadCpuSeconds() {
+    struct timespec ts;
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &ts);
+    return static_cast<double>(ts.tv_sec) + static_cast<double>(ts.tv_nsec) / 1e9;
+}
+
+class Rs232Test : public ::testing::Test {
+protected:
+    void SetUp() override {
+        char name[128] = {};
+        int slave = -1;
+        ASSERT_EQ(openpty(&master, &slave, name, nullptr, nullptr), 0);
+        slaveName = name;
+        ASSERT_TRUE(port.Open(slaveName, 115200, KT::CRs232::FLOW_SOFTWARE));
+        ::close(slave);
+        fcntl(master, F_SETFL, fcntl(master, F_GETFL) | O_NONBLOCK);
+    }
+    void TearDown() override {
+        port.Close();
+        CloseMaster();
+    }
+    void CloseMaster() {
+        if (master >= 0) ::close(master);
+        master = -1;
+    }
+
+    // Reads n bytes from the master side, waiting up to 10 s.
+    Bytes ReadMaster(size_t n) {
+        Bytes got;
+        const auto deadline = Clock::now() + std::chrono::seconds(10);
+        while (got.size() < n && Clock::now() < deadline) {
+            struct pollfd p = {master, POLLIN, 0};
+            if (poll(&p, 1, 100) <= 0) continue;
+            unsigned char buf[4096];
+            ssize_t r = ::read(master, buf, sizeof buf);
+            if (r > 0) got.insert(got.end(), buf, buf + r);
+        }
+        return got;
+    }
+    // Reads through the port until n bytes came, up to 10 s.
+    Bytes ReadPort(size_t n) {
+        Bytes got;
+        Bytes buf(8264);
+        const auto deadline = Clock::now() + std::chrono::seconds(10);
+        while (got.size() < n && Clock::now() < deadline) {
+            KT::CSlice<unsigned char> slice(buf);
+            int r = port.Read(slice, 100);
+            if (r > 0) got.insert(got.end(), buf.begin(), buf.begin() + r);
+        }
+        return got;
+    }
+    void WriteMaster(const Bytes& bytes) {
+        size_t done = 0;
+        while (done < bytes.size()) {
+            ssize_t r = ::write(master, bytes.data() + done, bytes.size() - done);
+            if (r > 0) done += static_cast<size_t>(r);
+        }
+    }
+
+    int master = -1;
+    std::string slaveName;
+    KT::CRs232 port;
+};
+
+// Every byte value, flow-control and line-discipline characters included
+// (0x00, 0x03, 0x0A, 0x0D, 0x11, 0x13, 0x7F), goes through untouched.
+TEST_F(Rs232Test, EveryByteValueCrossesRawBothWays) {
+    Bytes all(256);
+    for (int i = 0; i < 256; ++i) all[i] = static_cast<unsigned char>(i);
+
+    WriteMaster(all);
+    EXPECT_EQ(ReadPort(all.size()), all);
+
+    Bytes copy = all;
+    KT::CSlice<unsigned char> slice(copy);
+    EXPECT_EQ(port.Write(slice), 256);
+    port.Flush();
+    EXPECT_EQ(ReadMaster(all.size()), all);
+}
+
+TEST_F(Rs232Test, WriteLargerThanThePtyBufferCompletesWhileTheOtherSideReads) {
+    Bytes big(256 * 1024);
+    for (size_t i = 0; i < big.size(); ++i) big[i] = static_cast<unsigned char>(i * 7 + (i >> 8));
+    Bytes received;
+    std::thread host([&] { received = ReadMaster(big.size()); });
+    KT::CSlice<unsigned char> slice(big);
+    EXPECT_EQ(port.Write(slice), static_cast<int>(big.size()));
+    host.join();
+    EXPECT_TRUE(received == big);
+}
+
+TEST_F(Rs232Test, ReadTimesOutWithZero) {
+    Bytes buf(64);
+    KT::CSlice<unsigned char> slice(buf);
+    auto start = Clock::now();
+    EXPECT_EQ(port.Read(slice, 100), 0);
+    EXPECT_GE(SecondsSince(start), 0.09);
+}
+
+// The host side goes away: reads must keep returning 0 after their time-out
+// without burning CPU (a pty then polls readable and reads 0 forever).
+TEST_F(Rs232Test, ReadLoopOnAHungUpPtyDoesNotSpin) {
+    WriteMaster({0x0F, 0x11, 0x10});
+    ASSERT_EQ(ReadPort(3).size(), 3u);
+    CloseMaster();
+
+    double cpu = 0;
+    int reads = 0;
+    int bytes = 0;
+    std::thread reader([&] {
+        Bytes buf(8264);
+        const double cpuStart = ThreadCpuSeconds();
+        const auto start = Clock::now();
+        while (SecondsSince(start) < 1.0) {
+            KT::CSlice<unsigned char> slice(buf);
+            bytes += port.Read(slice, 200);
+            ++reads;
+        }
+        cpu = ThreadCpuSeconds() - cpuStart;
+    });
+    reader.join();
+    std::printf("hung-up pty: %d reads of 200 ms in 1 s used %.6f s CPU\n", reads, cpu);
+    RecordProperty("hung_up_read_cpu_us", static_cast<int>(cpu * 1e6));
+    EXPECT_EQ(bytes, 0);
+    EXPECT_LE(reads, 7);
+    EXPECT_LT(cpu, 0.05);
+    EXPECT_FALSE(port.IsValid());  // the node is gone, so it stays closed
+
+    Bytes out = {1, 2, 3};
+    KT::CSlice<unsigned char> slice(out);
+    EXPECT_EQ(port.Write(slice), 0);
+    port.Flush();
+}
+
+// A reader blocked for a minute comes back at once when the owner closes the
+// port (or, had the close come first, when its worker thread is cancelled).
+TEST_F(Rs232Test, CloseAndCancelEndABlockedRead) {
+    std::atomic<bool> entered{false};
+    std::atomic<int> result{-1};
+    KT::CThread reader(
+        [&] {
+            Bytes buf(64);
+            KT::CSlice<unsigned char> slice(buf);
+            entered = true;
+            result = port.Read(slice, 60000);
+            return false;
+        },
+        "UART Rx", 0);
+    ASSERT_TRUE(reader.Run());
+    ASSERT_TRUE(WaitFor([&] { return entered.load(); }));
+    auto start = Clock::now();
+    port.Close();
+    WaitFor([&] { return result.load() >= 0; }, std::chrono::seconds(2));
+    reader.Cancel();
+    EXPECT_LT(SecondsSince(start), 5.0);
+    EXPECT_EQ(result.load(), 0);
+    EXPECT_FALSE(port.IsValid());
+}
+
+TEST_F(Rs232Test, ClosedPortReadsWaitOutTheirTimeOutAndWritesNothing) {
+    port.Close();
+    port.Close();
+    Bytes buf(8);
+    KT::CSlice<unsigned char> slice(buf);
+    auto start = Clock::now();
+    EXPECT_EQ(port.Read(slice, 100), 0);
+    EXPECT_GE(SecondsSince(start), 0.09);
+    EXPECT_EQ(port.Write(slice), 0);
+    port.Flush();
+}
+
+TEST_F(Rs232Test, ReopenAfterCloseWorks) {
+    port.Close();
+    ASSERT_TRUE(port.Open(slaveName, 9600, KT::CRs232::FLOW_NONE));
+    WriteMaster({0x13});
+    EXPECT_EQ(ReadPort(1), Bytes{0x13});
+}
+
+TEST(Rs232Open, FailsOnMissingDeviceUnknownRateOrNonTerminal) {
+    char name[128] = {};
+    int master = -1;
+    int slave = -1;
+    ASSERT_EQ(openpty(&master, &slave, name, nullptr, nullptr), 0);
+    char file[] = "/tmp/kt-rs232-XXXXXX";
+    int fd = mkstemp(file);
+    ASSERT_GE(fd, 0);
+    const struct {
+        std::string device;
+        int rate;
+    } cases[] = {
+        {"/dev/kt-no-such-serial-device", 115200},
+        {name, 12345},
+        {name, 0},
+        {file, 115200},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.device + " @ " + std::to_string(c.rate));
+        KT::CRs232 port;
+        EXPECT_FALSE(port.Open(c.device, c.rate, KT::CRs232::FLOW_SOFTWARE));
+        EXPECT_FALSE(port.IsValid());
+    }
+    KT::CRs232 port;
+    for (int rate : {9600, 19200, 38400, 57600, 115200, 230400, 460800, 921600}) {
+        EXPECT_TRUE(port.Open(name, rate, KT::CRs232::FLOW_SOFTWARE)) << rate;
+    }
+    ::close(fd);
+    ::unlink(file);
+    ::close(slave);
+    ::close(master);
+}
+
+}  // namespace

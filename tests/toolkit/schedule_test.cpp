@@ -1,0 +1,243 @@
+// Tests of KT::CSchedule: order of due events, repeating events, cancel rules,
+// actions that add and cancel, and the poller thread woken by other threads.
+// Most run on a fake clock through RunDue(); a few run a real poller thread.
+#include <atomic>
+#include <mutex>
+#include <random>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/toolkit/wait_for.h"
+#include "toolkit/kt_schedule.h"
+#include "toolkit/kt_thread.h"
+
+namespace {
+
+using kttest::WaitFor;
+
+class FakeClock : public KT::IClock {
+public:
+    uint64_t NowMs() const override { return m_now.load(); }
+    void Advance(uint64_t ms) { m_now += ms; }
+
+private:
+    std::atomic<uint64_t> m_now{1000};
+};
+
+class ScheduleTest : public ::testing::Test {
+protected:
+    // An action that appends its name to the run log.
+    KT::CSchedule::Action Log(const std::string& name) {
+        return [this, name] { runs.push_back(name); };
+    }
+    std::string Runs() {
+        std::string all;
+        for (const auto& r : runs) all += r;
+        runs.clear();
+        return all;
+    }
+
+    FakeClock clock;
+    KT::CSchedule schedule{&clock};
+    std::vector<std::string> runs;
+};
+
+TEST_F(ScheduleTest, DueEventsRunInDueOrderThenInsertionOrder) {
+    schedule.Add(Log("A"), 10, false);
+    schedule.Add(Log("B"), 5, false);
+    schedule.Add(Log("C"), 10, false);
+    clock.Advance(3);
+    schedule.Add(Log("D"), 2, false);  // due at 5 too, added after B
+    schedule.Add(Log("E"), 0, false);
+    EXPECT_EQ(schedule.RunDue(), 1u);
+    EXPECT_EQ(Runs(), "E");
+    clock.Advance(6);  // now 9: only B and D are due
+    EXPECT_EQ(schedule.RunDue(), 2u);
+    EXPECT_EQ(Runs(), "BD");
+    clock.Advance(1);
+    EXPECT_EQ(schedule.RunDue(), 2u);
+    EXPECT_EQ(Runs(), "AC");
+    EXPECT_EQ(schedule.PendingCount(), 0u);
+    EXPECT_EQ(schedule.RunDue(), 0u);
+}
+
+TEST_F(ScheduleTest, RepeatingEventIsRearmedAfterEachRun) {
+    schedule.Add(Log("R"), 100, true);
+    clock.Advance(99);
+    EXPECT_EQ(schedule.RunDue(), 0u);
+    clock.Advance(1);
+    EXPECT_EQ(schedule.RunDue(), 1u);
+    clock.Advance(100);
+    EXPECT_EQ(schedule.RunDue(), 1u);
+    // A late pass runs it once, not once per missed period; the next run is a
+    // full period after this one.
+    clock.Advance(350);
+    EXPECT_EQ(schedule.RunDue(), 1u);
+    clock.Advance(99);
+    EXPECT_EQ(schedule.RunDue(), 0u);
+    clock.Advance(1);
+    EXPECT_EQ(schedule.RunDue(), 1u);
+    EXPECT_EQ(Runs(), "RRRR");
+    EXPECT_EQ(schedule.PendingCount(), 1u);
+}
+
+TEST_F(ScheduleTest, RepeatingEventWithNoDelayRunsOncePerPass) {
+    schedule.Add(Log("Z"), 0, true);
+    EXPECT_EQ(schedule.RunDue(), 1u);
+    EXPECT_EQ(schedule.RunDue(), 1u);
+    EXPECT_EQ(Runs(), "ZZ");
+}
+
+TEST_F(ScheduleTest, CancelRules) {
+    auto pending = schedule.Add(Log("P"), 10, false);
+    auto done = schedule.Add(Log("D"), 0, false);
+    KT::CSchedule::CEvent never;
+    schedule.RunDue();
+    EXPECT_EQ(Runs(), "D");
+
+    auto copy = pending;
+    EXPECT_TRUE(schedule.Cancel(pending));
+    EXPECT_FALSE(pending.IsValid());
+    EXPECT_FALSE(schedule.Cancel(copy));  // already cancelled
+    EXPECT_FALSE(schedule.Cancel(done));  // already ran
+    EXPECT_FALSE(schedule.Cancel(never));
+    clock.Advance(10);
+    EXPECT_EQ(schedule.RunDue(), 0u);
+    EXPECT_EQ(schedule.PendingCount(), 0u);
+}
+
+TEST_F(ScheduleTest, ActionMayCancelItselfOrAnotherDueEvent) {
+    KT::CSchedule::CEvent self;
+    KT::CSchedule::CEvent victim;
+    bool selfCancel = false;
+    bool victimCancel = false;
+    self = schedule.Add(
+        [&] {
+            runs.push_back("S");
+            selfCancel = schedule.Cancel(self);
+            victimCancel = schedule.Cancel(victim);
+        },
+        10, true);
+    victim = schedule.Add(Log("V"), 10, false);  // due with S, after it
+    clock.Advance(10);
+    EXPECT_EQ(schedule.RunDue(), 1u);
+    EXPECT_TRUE(selfCancel);  // a repeating event that stops being re-armed
+    EXPECT_TRUE(victimCancel);
+    clock.Advance(100);
+    EXPECT_EQ(schedule.RunDue(), 0u);
+    EXPECT_EQ(Runs(), "S");
+}
+
+TEST_F(ScheduleTest, OneShotCancellingItselfWhileRunningStopsNothing) {
+    KT::CSchedule::CEvent self;
+    bool result = true;
+    self = schedule.Add([&] { result = schedule.Cancel(self); }, 0, false);
+    schedule.RunDue();
+    EXPECT_FALSE(result);
+}
+
+// The status poll pattern: a one-shot that adds itself again.
+TEST_F(ScheduleTest, ActionMayAddItselfAgain) {
+    std::function<void()> poll = [&] {
+        runs.push_back("P");
+        schedule.Add(poll, 2000, false);
+    };
+    schedule.Add(poll, 2000, false);
+    for (int i = 0; i < 3; ++i) {
+        clock.Advance(2000);
+        EXPECT_EQ(schedule.RunDue(), 1u);
+    }
+    EXPECT_EQ(Runs(), "PPP");
+    EXPECT_EQ(schedule.PendingCount(), 1u);
+}
+
+// From here on a real poller thread runs the schedule on the monotonic clock.
+class PollerTest : public ::testing::Test {
+protected:
+    void SetUp() override { ASSERT_TRUE(poller.Run()); }
+    void TearDown() override { poller.Cancel(); }
+
+    KT::CSchedule schedule;
+    KT::CThread poller{KT::MakeFunctor(&schedule, &KT::CSchedule::ProcessSchedule), "poller", 0};
+};
+
+TEST_F(PollerTest, EventAddedFromAnotherThreadWakesTheSleepingPoller) {
+    std::atomic<int> ran{0};
+    schedule.Add([&] { ++ran; }, 60000, false);  // the poller now sleeps for a minute
+    schedule.Add([&] { ran += 10; }, 0, false);
+    ASSERT_TRUE(WaitFor([&] { return ran.load() == 10; }));
+    schedule.Add([&] { ran += 100; }, 5, false);
+    ASSERT_TRUE(WaitFor([&] { return ran.load() == 110; }));
+    EXPECT_EQ(schedule.PendingCount(), 1u);
+}
+
+TEST_F(PollerTest, CancellingTheRunningRepeatingEventStopsItsRearm) {
+    std::atomic<bool> inside{false};
+    std::atomic<bool> release{false};
+    std::atomic<int> runs{0};
+    auto event = schedule.Add(
+        [&] {
+            ++runs;
+            inside = true;
+            while (!release.load()) std::this_thread::yield();
+        },
+        0, true);
+    ASSERT_TRUE(WaitFor([&] { return inside.load(); }));
+    EXPECT_TRUE(schedule.Cancel(event));
+    release = true;
+    // Something queued after it runs, so the poller has finished the cancelled one.
+    std::atomic<bool> after{false};
+    schedule.Add([&] { after = true; }, 0, false);
+    ASSERT_TRUE(WaitFor([&] { return after.load(); }));
+    EXPECT_EQ(runs.load(), 1);
+    EXPECT_EQ(schedule.PendingCount(), 0u);
+}
+
+// Cancel() returning true for a one-shot means it was still pending, so it must
+// never run: cancel half of many short events while the poller runs them.
+TEST_F(PollerTest, EventCancelledWhilePendingNeverRuns) {
+    constexpr int kEvents = 400;
+    std::vector<std::atomic<bool>> ran(kEvents);
+    std::vector<KT::CSchedule::CEvent> events(kEvents);
+    std::vector<bool> cancelled(kEvents, false);
+    std::mt19937 random(12345);
+    for (int i = 0; i < kEvents; ++i) {
+        events[i] = schedule.Add([&ran, i] { ran[i] = true; }, random() % 3, false);
+    }
+    for (int i = 0; i < kEvents; i += 2) cancelled[i] = schedule.Cancel(events[i]);
+    ASSERT_TRUE(WaitFor([&] { return schedule.PendingCount() == 0; }));
+    std::atomic<bool> last{false};
+    schedule.Add([&] { last = true; }, 0, false);
+    ASSERT_TRUE(WaitFor([&] { return last.load(); }));
+    int stopped = 0;
+    for (int i = 0; i < kEvents; ++i) {
+        if (cancelled[i]) {
+            ++stopped;
+            EXPECT_FALSE(ran[i].load()) << "event " << i;
+        } else {
+            EXPECT_TRUE(ran[i].load()) << "event " << i;
+        }
+    }
+    EXPECT_GT(stopped, 0);
+}
+
+TEST_F(PollerTest, AddAndCancelFromManyThreadsWhileItRuns) {
+    std::atomic<int> ran{0};
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 4; ++t) {
+        threads.emplace_back([&] {
+            for (int i = 0; i < 200; ++i) {
+                schedule.Add([&] { ++ran; }, 0, false);
+                auto drop = schedule.Add([&] { ran += 1000; }, 60000, true);
+                schedule.Cancel(drop);
+            }
+        });
+    }
+    for (auto& t : threads) t.join();
+    ASSERT_TRUE(WaitFor([&] { return ran.load() == 800; }));
+    EXPECT_EQ(schedule.PendingCount(), 0u);
+}
+
+}  // namespace

@@ -1,0 +1,275 @@
+// Tests of KT::CThread, KT::CSemaphore and KT::CMsgQ: the worker loop, thread
+// names, and that Cancel() reaches a worker blocked in any toolkit wait.
+#include <sys/prctl.h>
+#include <sys/resource.h>
+
+#include <atomic>
+#include <functional>
+#include <set>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/toolkit/wait_for.h"
+#include "toolkit/kt_msgq.h"
+#include "toolkit/kt_schedule.h"
+#include "toolkit/kt_semaphore.h"
+#include "toolkit/kt_thread.h"
+
+namespace {
+
+using kttest::SecondsSince;
+using kttest::WaitFor;
+using Clock = std::chrono::steady_clock;
+
+constexpr unsigned kLongWaitMs = 60000;
+
+TEST(CThread, CallsBodyUntilItReturnsFalse) {
+    std::atomic<int> calls{0};
+    KT::CThread thread([&] { return ++calls < 5; }, "counter", 0);
+    EXPECT_FALSE(thread.IsRunning());
+    ASSERT_TRUE(thread.Run());
+    ASSERT_TRUE(WaitFor([&] { return !thread.IsRunning(); }));
+    EXPECT_EQ(calls.load(), 5);
+    // A thread whose body ended may be run again.
+    calls = 0;
+    ASSERT_TRUE(thread.Run());
+    ASSERT_TRUE(WaitFor([&] { return !thread.IsRunning(); }));
+    EXPECT_EQ(calls.load(), 5);
+}
+
+TEST(CThread, NamesItselfWithTheFirstFifteenCharacters) {
+    std::string seen;
+    std::atomic<bool> done{false};
+    KT::CThread thread(
+        [&] {
+            char name[32] = {};
+            prctl(PR_GET_NAME, name, 0, 0, 0);
+            seen = name;
+            done = true;
+            return false;
+        },
+        "a-rather-long-thread-name", 0);
+    ASSERT_TRUE(thread.Run());
+    ASSERT_TRUE(WaitFor([&] { return done.load(); }));
+    thread.Cancel();
+    EXPECT_EQ(seen, "a-rather-long-t");
+    EXPECT_EQ(thread.Name(), "a-rather-long-thread-name");
+}
+
+TEST(CThread, RunTwiceAndCancelAnyNumberOfTimes) {
+    KT::CThread never([] { return true; }, "never", 0);
+    never.Cancel();
+    never.Cancel();
+
+    KT::CThread thread([] { return KT::CThread::Sleep(kLongWaitMs); }, "sleeper", 0);
+    ASSERT_TRUE(thread.Run());
+    EXPECT_FALSE(thread.Run());
+    thread.Cancel();
+    EXPECT_FALSE(thread.IsRunning());
+    thread.Cancel();
+}
+
+TEST(CThread, DestructorCancelsARunningThread) {
+    std::atomic<bool> entered{false};
+    auto start = Clock::now();
+    {
+        KT::CThread thread(
+            [&] {
+                entered = true;
+                return KT::CThread::Sleep(kLongWaitMs);
+            },
+            "doomed", 0);
+        ASSERT_TRUE(thread.Run());
+        ASSERT_TRUE(WaitFor([&] { return entered.load(); }));
+    }
+    EXPECT_LT(SecondsSince(start), 5.0);
+}
+
+TEST(CThread, PriorityIsTheCallersNiceValue) {
+    errno = 0;
+    EXPECT_EQ(KT::CThread::GetPriority(), getpriority(PRIO_PROCESS, 0));
+}
+
+TEST(CThread, OffAWorkerThreadSleepIsPlainAndNothingIsCancelled) {
+    EXPECT_TRUE(KT::CThread::Sleep(1));
+    EXPECT_FALSE(KT::CThread::IsCancelRequested());
+    KT::CThread::RegisterWait(nullptr, nullptr);  // no effect off a CThread
+    KT::CThread::UnregisterWait();
+}
+
+// Each case blocks the worker in one kind of toolkit wait that would last a minute.
+struct BlockingWait {
+    const char* name;
+    std::function<bool()> wait;  // what the wait returned
+    bool expected;
+};
+
+TEST(CThread, CancelCutsShortEveryToolkitWait) {
+    KT::CSemaphore semaphore(0);
+    KT::CMsgQ<int> queue;
+    KT::CSchedule farSchedule;
+    farSchedule.Add([] {}, kLongWaitMs, false);
+    KT::CSchedule emptySchedule;
+    int item = 0;
+    const BlockingWait cases[] = {
+        {"Sleep", [] { return KT::CThread::Sleep(kLongWaitMs); }, false},
+        {"CSemaphore::Wait", [&] { return semaphore.Wait(kLongWaitMs); }, false},
+        {"CMsgQ::Dequeue", [&] { return queue.Dequeue(kLongWaitMs, item); }, false},
+        {"ProcessSchedule with a far event", [&] { return farSchedule.ProcessSchedule(); }, true},
+        {"ProcessSchedule with no event", [&] { return emptySchedule.ProcessSchedule(); }, true},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        std::atomic<bool> entered{false};
+        std::atomic<int> result{-1};
+        KT::CThread thread(
+            [&] {
+                entered = true;
+                result = c.wait() ? 1 : 0;
+                return true;
+            },
+            "blocked", 0);
+        ASSERT_TRUE(thread.Run());
+        ASSERT_TRUE(WaitFor([&] { return entered.load(); }));
+        auto start = Clock::now();
+        thread.Cancel();
+        EXPECT_LT(SecondsSince(start), 5.0);
+        EXPECT_EQ(result.load(), c.expected ? 1 : 0);
+    }
+    EXPECT_EQ(semaphore.Count(), 0u);
+}
+
+// A cancel that lands between the worker's flag check and its wait must not be
+// lost; cancelling right after Run() hits every point of that window sooner or later.
+TEST(CThread, CancelRightAfterRunIsNeverLost) {
+    KT::CSemaphore semaphore(0);
+    KT::CSchedule schedule;
+    auto start = Clock::now();
+    for (int i = 0; i < 300; ++i) {
+        KT::CThread sleeper([] { return KT::CThread::Sleep(kLongWaitMs); }, "s", 0);
+        KT::CThread waiter([&] { return !semaphore.Wait(kLongWaitMs); }, "w", 0);
+        KT::CThread poller([&] { return schedule.ProcessSchedule(); }, "p", 0);
+        sleeper.Run();
+        waiter.Run();
+        poller.Run();
+        sleeper.Cancel();
+        waiter.Cancel();
+        poller.Cancel();
+    }
+    EXPECT_LT(SecondsSince(start), 30.0);
+}
+
+TEST(CSemaphore, CountsSignalsAndTimesOut) {
+    KT::CSemaphore semaphore(2);
+    semaphore.Signal();
+    EXPECT_EQ(semaphore.Count(), 3u);
+    for (int i = 0; i < 3; ++i) EXPECT_TRUE(semaphore.Wait(0));
+    EXPECT_FALSE(semaphore.Wait(0));
+    auto start = Clock::now();
+    EXPECT_FALSE(semaphore.Wait(50));
+    EXPECT_GE(SecondsSince(start), 0.049);
+}
+
+TEST(CSemaphore, SignalFromAnotherThreadWakesTheWaiter) {
+    KT::CSemaphore semaphore(0);
+    std::thread signaller([&] { semaphore.Signal(); });
+    EXPECT_TRUE(semaphore.Wait(kLongWaitMs));
+    signaller.join();
+}
+
+// A cancelled worker takes no count, and a signal it absorbed reaches the others.
+TEST(CSemaphore, CancelledWaiterLeavesTheCountToOthers) {
+    KT::CSemaphore semaphore(0);
+    std::atomic<int> taken{0};
+    std::atomic<int> waiting{0};
+    KT::CThread doomed(
+        [&] {
+            ++waiting;
+            if (semaphore.Wait(kLongWaitMs)) ++taken;
+            return true;
+        },
+        "doomed", 0);
+    std::thread other([&] {
+        ++waiting;
+        if (semaphore.Wait(kLongWaitMs)) ++taken;
+    });
+    ASSERT_TRUE(doomed.Run());
+    ASSERT_TRUE(WaitFor([&] { return waiting.load() == 2; }));
+    doomed.Cancel();
+    semaphore.Signal();
+    other.join();
+    EXPECT_EQ(taken.load(), 1);
+    EXPECT_EQ(semaphore.Count(), 0u);
+}
+
+TEST(CMsgQ, BoundedQueueRefusesWhenFullAndKeepsOrder) {
+    KT::CMsgQ<int> queue(2);
+    EXPECT_TRUE(queue.Enqueue(1));
+    EXPECT_TRUE(queue.Enqueue(2));
+    EXPECT_FALSE(queue.Enqueue(3));
+    int out = 0;
+    ASSERT_TRUE(queue.Dequeue(0, out));
+    EXPECT_EQ(out, 1);
+    EXPECT_TRUE(queue.Enqueue(4));
+    ASSERT_TRUE(queue.Dequeue(0, out));
+    EXPECT_EQ(out, 2);
+    ASSERT_TRUE(queue.Dequeue(0, out));
+    EXPECT_EQ(out, 4);
+}
+
+TEST(CMsgQ, BelowOneMeansUnbounded) {
+    for (int max : {-1, 0}) {
+        KT::CMsgQ<int> queue(max);
+        for (int i = 0; i < 5000; ++i) ASSERT_TRUE(queue.Enqueue(i));
+        EXPECT_EQ(queue.Size(), 5000u);
+        int out = -1;
+        for (int i = 0; i < 5000; ++i) {
+            ASSERT_TRUE(queue.Dequeue(0, out));
+            ASSERT_EQ(out, i);
+        }
+    }
+}
+
+TEST(CMsgQ, DequeueWithZeroTimeOutOnEmptyReturnsAtOnce) {
+    KT::CMsgQ<int> queue;
+    int out = 7;
+    auto start = Clock::now();
+    EXPECT_FALSE(queue.Dequeue(0, out));
+    EXPECT_LT(SecondsSince(start), 1.0);
+    EXPECT_EQ(out, 7);
+}
+
+TEST(CMsgQ, ManyProducersAndConsumersSeeEachItemOnce) {
+    constexpr int kProducers = 4;
+    constexpr int kPerProducer = 2000;
+    KT::CMsgQ<int> queue;
+    std::mutex seenMutex;
+    std::multiset<int> seen;
+    std::atomic<int> received{0};
+    std::vector<std::thread> threads;
+    for (int c = 0; c < 2; ++c) {
+        threads.emplace_back([&] {
+            int item;
+            while (received.load() < kProducers * kPerProducer) {
+                if (!queue.Dequeue(20, item)) continue;
+                std::lock_guard<std::mutex> lock(seenMutex);
+                seen.insert(item);
+                ++received;
+            }
+        });
+    }
+    for (int p = 0; p < kProducers; ++p) {
+        threads.emplace_back([&queue, p] {
+            for (int i = 0; i < kPerProducer; ++i) queue.Enqueue(p * kPerProducer + i);
+        });
+    }
+    for (auto& t : threads) t.join();
+    ASSERT_EQ(seen.size(), static_cast<size_t>(kProducers * kPerProducer));
+    int expected = 0;
+    for (int v : seen) EXPECT_EQ(v, expected++);
+}
+
+}  // namespace

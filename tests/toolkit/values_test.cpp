@@ -1,0 +1,160 @@
+// Tests of the toolkit's value helpers: KT::CEnvBlock, KT::CFs, KT::CIpAddress,
+// KT::CMacAddress and KT::Endian, with fixed vectors.
+#include <unistd.h>
+
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "toolkit/kt_address.h"
+#include "toolkit/kt_endian.h"
+#include "toolkit/kt_env_block.h"
+#include "toolkit/kt_fs.h"
+
+namespace {
+
+class TempDir {
+public:
+    TempDir() {
+        char pattern[] = "/tmp/kt-values-XXXXXX";
+        m_path = mkdtemp(pattern);
+    }
+    ~TempDir() { std::system(("rm -rf '" + m_path + "'").c_str()); }
+    std::string File(const std::string& name, const std::string& content) const {
+        std::string path = m_path + "/" + name;
+        std::ofstream(path) << content;
+        return path;
+    }
+
+private:
+    std::string m_path;
+};
+
+TEST(CEnvBlock, ReadsNameValueLines) {
+    TempDir dir;
+    KT::CEnvBlock env(dir.File("version",
+                               "# build information\n"
+                               "\n"
+                               "  version = 2.4.1-rc1  \r\n"
+                               "board=hi3798\n"
+                               "no separator here\n"
+                               "=no name\n"
+                               "url=http://x/?a=b\n"
+                               "empty=\n"
+                               "board=hi3796\n"
+                               "\tquoted = \"x y\"\n"));
+    ASSERT_TRUE(env.IsLoaded());
+    const struct {
+        const char* name;
+        const char* expected;
+    } cases[] = {
+        {"version", "2.4.1-rc1"}, {"board", "hi3796"},   {"url", "http://x/?a=b"}, {"empty", ""},
+        {"quoted", "\"x y\""},    {"no separator here", "-"}, {"", "-"}, {"# build information", "-"},
+    };
+    for (const auto& c : cases) EXPECT_EQ(env.Get(c.name, "-"), c.expected) << c.name;
+}
+
+TEST(CEnvBlock, MissingFileGivesTheDefault) {
+    KT::CEnvBlock env("/tmp/kt-no-such-dir/version");
+    EXPECT_FALSE(env.IsLoaded());
+    EXPECT_EQ(env.Get("version", "unknown"), "unknown");
+}
+
+TEST(CFs, DelFileRemovesOnce) {
+    TempDir dir;
+    std::string path = dir.File("flag", "smbd");
+    EXPECT_TRUE(KT::CFs::Exists(path));
+    EXPECT_TRUE(KT::CFs::DelFile(path));
+    EXPECT_FALSE(KT::CFs::Exists(path));
+    EXPECT_FALSE(KT::CFs::DelFile(path));
+}
+
+TEST(CIpAddress, DottedTextAndNumber) {
+    KT::CIpAddress ip;
+    ip.SetIpInt(0xC0A8010Au);
+    EXPECT_EQ(ip.ToString(), "192.168.1.10");
+    ip.SetIpInt(0xFFFFFFFFu);
+    EXPECT_EQ(ip.ToString(), "255.255.255.255");
+
+    const struct {
+        const char* text;
+        bool ok;
+        uint32_t value;
+    } cases[] = {
+        {"10.0.0.1", true, 0x0A000001u},   {"0.0.0.0", true, 0},          {"255.255.255.255", true, 0xFFFFFFFFu},
+        {"001.002.003.004", true, 0x01020304u},
+        {"256.1.1.1", false, 0},          {"1.2.3", false, 0},            {"1.2.3.4.5", false, 0},
+        {"1.2.3.4 ", false, 0},           {" 1.2.3.4", false, 0},         {"1..3.4", false, 0},
+        {"1.2.3.-4", false, 0},           {"0001.2.3.4", false, 0},       {"", false, 0},
+        {"a.b.c.d", false, 0},
+    };
+    for (const auto& c : cases) {
+        KT::CIpAddress addr;
+        addr.SetIpInt(0x7F000001u);
+        EXPECT_EQ(addr.Set(c.text), c.ok) << c.text;
+        EXPECT_EQ(addr.GetIpInt(), c.ok ? c.value : 0x7F000001u) << c.text;
+    }
+}
+
+TEST(CMacAddress, RawBytesOrText) {
+    const struct {
+        std::string value;
+        bool ok;
+        const char* text;
+    } cases[] = {
+        {std::string("\x00\x11\x13\xAB\xCD\xEF", 6), true, "00:11:13:ab:cd:ef"},
+        {"00:1A:2b:3C:4d:5E", true, "00:1a:2b:3c:4d:5e"},
+        {"00-1a-2b-3c-4d-5e", true, "00:1a:2b:3c:4d:5e"},
+        {"00:1a-2b:3c:4d:5e", false, ""},
+        {"00:1a:2b:3c:4d:5g", false, ""},
+        {"00:1a:2b:3c:4d", false, ""},
+        {"001a2b3c4d5e", false, ""},
+        {"", false, ""},
+    };
+    for (const auto& c : cases) {
+        KT::CMacAddress mac;
+        EXPECT_EQ(mac.Set(c.value), c.ok) << c.value;
+        EXPECT_EQ(mac.ToString(), c.ok ? c.text : "00:00:00:00:00:00") << c.value;
+    }
+}
+
+template <typename T>
+std::string MemoryBytes(T v) {
+    unsigned char b[sizeof(T)];
+    std::memcpy(b, &v, sizeof(T));
+    std::string hex;
+    char two[3];
+    for (unsigned char c : b) {
+        std::snprintf(two, sizeof two, "%02x", c);
+        hex += two;
+    }
+    return hex;
+}
+
+TEST(Endian, BigEndianImagesWhateverTheHost) {
+    EXPECT_EQ(MemoryBytes(KT::Endian::HostToBig<uint16_t>(0x1234)), "1234");
+    EXPECT_EQ(MemoryBytes(KT::Endian::HostToBig<uint32_t>(0x01020304u)), "01020304");
+    EXPECT_EQ(MemoryBytes(KT::Endian::HostToBig<uint64_t>(0x0102030405060708ull)), "0102030405060708");
+    EXPECT_EQ(MemoryBytes(KT::Endian::HostToBig<int16_t>(-2)), "fffe");
+    EXPECT_EQ(MemoryBytes(KT::Endian::HostToBig<int32_t>(-0x12345678)), "edcba988");
+    EXPECT_EQ(MemoryBytes(KT::Endian::HostToBig<int64_t>(INT64_MIN)), "8000000000000000");
+
+    const int32_t negatives[] = {-1, -2, INT32_MIN, INT32_MAX, 0};
+    for (int32_t v : negatives) EXPECT_EQ(KT::Endian::BigToHost(KT::Endian::HostToBig(v)), v);
+    EXPECT_EQ(KT::Endian::BigToHost(KT::Endian::HostToBig<int64_t>(INT64_MIN + 5)), INT64_MIN + 5);
+
+    unsigned char buf[4] = {};
+    KT::Endian::StoreBig32(buf, 0xA1B2C3D4u);
+    EXPECT_EQ(buf[0], 0xA1);
+    EXPECT_EQ(buf[3], 0xD4);
+    EXPECT_EQ(KT::Endian::LoadBig32(buf), 0xA1B2C3D4u);
+    KT::Endian::StoreBig16(buf, 0xBEEF);
+    EXPECT_EQ(buf[0], 0xBE);
+    EXPECT_EQ(KT::Endian::LoadBig16(buf), 0xBEEF);
+}
+
+}  // namespace

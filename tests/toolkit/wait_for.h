@@ -1,0 +1,24 @@
+// Test helper: polls a predicate every few milliseconds up to a generous deadline,
+// so tests wait on conditions instead of sleeping. Test thread only.
+#pragma once
+
+#include <chrono>
+#include <thread>
+
+namespace kttest {
+
+template <typename Pred>
+bool WaitFor(Pred pred, std::chrono::milliseconds limit = std::chrono::seconds(10)) {
+    const auto deadline = std::chrono::steady_clock::now() + limit;
+    while (!pred()) {
+        if (std::chrono::steady_clock::now() > deadline) return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    }
+    return true;
+}
+
+inline double SecondsSince(std::chrono::steady_clock::time_point start) {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+}  // namespace kttest
