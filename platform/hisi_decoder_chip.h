@@ -1,0 +1,109 @@
+// HisiDecoderChip: brings the media library up (system, AV player, audio and
+// video outputs, window, track, captions), binds the handles it obtains into the
+// other adapters, starts display, and tears everything down in its destructor.
+// Caller's thread (start-up and the poller); no lock. The adapters are owned by
+// the subsystem assembly and outlive the chip; the chip owns only its records.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include <log4cpp/Category.hh>
+
+#include "platform/ff_av_probe.h"
+#include "platform/hisi_audio_decoder.h"
+#include "platform/hisi_audio_output.h"
+#include "platform/hisi_closed_caption.h"
+#include "platform/hisi_demux.h"
+#include "platform/hisi_video_decoder.h"
+#include "platform/hisi_video_output.h"
+#include "platform/i_decoder_chip.h"
+#include "platform/stb_module.h"
+#include "toolkit/kt_shared_ptr.h"
+#include "toolkit/kt_uncopyable.h"
+
+class HisiDecoderChip : public IDecoderChip, private KT::CUncopyable {
+public:
+    // The stream input: the multicast group the board's player joins, and its
+    // UDP port. 239.1.1.1 lies in the organisation-local scope (239.0.0.0/8), so
+    // the streams never leave the site; a deployment with another head-end
+    // plan changes this value.
+    static constexpr uint32_t kStreamInputAddress = (239u << 24) | (1u << 16) | (1u << 8) | 1u;
+    static constexpr uint16_t kStreamInputPort = 1234;
+
+    // Stores the references and copies the decoder list; touches no platform call.
+    HisiDecoderChip(HisiDemux& demux, std::vector<KT::CSharedPtr<HisiAudioDecoder>>& audioDecoders,
+                    uint32_t audioDecoderCount, HisiVideoDecoder& videoDecoder, HisiVideoOutput& videoOutput,
+                    HisiAudioOutput& audioOutput, HisiClosedCaption& closedCaption, FfAvProbe& probe);
+    // Runs HisiControlDeinit().
+    ~HisiDecoderChip() override;
+
+    // The bring-up in sixteen steps. 0 when all succeeded; -1 at the first
+    // failure, with everything obtained so far left in place.
+    int HisiControlInit();
+    // The tear-down: every call is made whatever the others return. The result
+    // is the captions' alone: 0, or -1 when their Deinitialize failed.
+    int HisiControlDeinit();
+
+    // After HisiControlInit: sets the stream input, starts display, binds the
+    // handles, starts the probe. Always true (failures are logged).
+    bool Initialize() override;
+    bool Reset() override { return true; }
+    bool CommitConfig() override { return true; }
+    // Hands the upgrade package (under the fixed-path root) to the platform.
+    // Always true.
+    bool Upgrade() override;
+
+    // Writes the address (ip, most significant byte first) and port into the
+    // input parameters and prepares the player with them. The av_prepare result.
+    int SetIpInputParam(uint32_t ip, uint16_t port);
+    // Registers the event callback and starts video and audio; failures logged.
+    void DisplayStart();
+    // Asks the platform for the programme of the input into the chip's own
+    // settings. The platform's result (0 on success).
+    int SearchProgInfo();
+    // Configures the player with `settings`, then reads back what it accepted
+    // into the chip's copy. The av_set_config result.
+    int SetServiceConfig(_AV_SETTING_S* settings);
+    // Configures the player with the chip's own settings. The av_set_config result.
+    int SetServiceConfig();
+
+    // Read-only views for diagnostics and tests.
+    const IpInputParams& InputParams() const { return m_IpParams; }
+    const _AV_SETTING_S& Settings() const { return m_Settings; }
+
+private:
+    bool Step(int r, const char* done, const char* failFmt);
+    bool BringUpPlayer();
+    bool BringUpAudioOutput();
+    bool BringUpVideoOutput();
+    bool BringUpAudioTrack();
+    bool BringUpCaptions();
+    void BindHandles();
+    void TearDownOne(int r, const char* failFmt);
+
+    IpInputParams m_IpParams;
+    uint32_t m_AvHandle = 0;
+    uint32_t m_AvInitResult = 0;
+    AvCreateAttr m_AvCreateAttr;
+    _AV_SETTING_S m_Settings;
+    VoutInitInfo m_VoutInit;
+    uint32_t m_VoutHandle = 0;
+    uint32_t m_WindowHandle = 0;
+    OutputOpenAttr m_VoutOpenAttr;
+    VoutDisplayAttr m_DisplayAttr;
+    AoutInitInfo m_AoutInit;
+    uint32_t m_AoutHandle = 0;
+    OutputOpenAttr m_AoutOpenAttr;
+    uint32_t m_TrackHandle = 0;
+    AvEventConfig m_EventConfig;
+    log4cpp::Category& m_Logger;
+    HisiDemux& m_Demux;
+    std::vector<KT::CSharedPtr<HisiAudioDecoder>> m_AudioDecoders;
+    uint32_t m_AudioDecoderCount;
+    HisiVideoDecoder& m_VideoDecoder;
+    HisiVideoOutput& m_VideoOutput;
+    HisiAudioOutput& m_AudioOutput;
+    HisiClosedCaption& m_ClosedCaption;
+    FfAvProbe& m_Probe;
+};

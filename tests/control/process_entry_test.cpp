@@ -1,0 +1,90 @@
+// Tests of the usage text, the debug-log set-up and the upgrade entry point (run
+// as a child process linked against a media library that fails every upgrade).
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <string>
+
+#include <gtest/gtest.h>
+#include <log4cpp/Category.hh>
+
+#include "control/process_entry.h"
+
+namespace {
+
+std::string TempFile(const std::string& content) {
+    char path[] = "/tmp/hisiav-entry-XXXXXX";
+    int fd = mkstemp(path);
+    close(fd);
+    std::ofstream(path) << content;
+    return path;
+}
+
+TEST(PrintUsage, WritesTheUsageTextAndAnEmptyLineToStandardError) {
+    testing::internal::CaptureStdout();
+    testing::internal::CaptureStderr();
+    PrintUsage();
+    std::string err = testing::internal::GetCapturedStderr();
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+    EXPECT_EQ(err,
+              "morlin usage:\n"
+              "  -h     show usage\n"
+              "  -v n   logging level\n"
+              "            0: error (default)\n"
+              "            1: warning\n"
+              "            2: notice\n"
+              "            3: info\n"
+              "            4: debug\n"
+              "\n");
+}
+
+TEST(InitDebugLog, ConfiguresLog4cppFromTheFile) {
+    std::string config = TempFile("# debug log\npriority hisiav.entrytest NOTICE\n");
+    log4cpp::Category::getInstance("hisiav.entrytest").setPriority(log4cpp::Priority::DEBUG);
+    testing::internal::CaptureStdout();
+    InitDebugLog(config);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "Found debug-log configuration file: " + config + "\n\n");
+    EXPECT_EQ(log4cpp::Category::getInstance("hisiav.entrytest").getPriority(), log4cpp::Priority::NOTICE);
+    std::remove(config.c_str());
+}
+
+TEST(InitDebugLog, ReportsAMissingOrMalformedFileAndGoesOn) {
+    std::string malformed = TempFile("this is not a logging configuration\n");
+    for (const std::string& config : {std::string("/tmp/hisiav-no-such-dir/tevrin-log4cpp.init"), malformed}) {
+        testing::internal::CaptureStdout();
+        InitDebugLog(config);
+        EXPECT_EQ(testing::internal::GetCapturedStdout(),
+                  "ERROR: Failed to initialize the debug logger with config file, " + config + "\n");
+    }
+    std::remove(malformed.c_str());
+}
+
+// Runs the upgrade entry with the given arguments; its standard output and exit status.
+std::string RunUpgradeEntry(const std::string& args, int& status) {
+    std::string output;
+    FILE* child = popen((std::string(UPGRADE_ENTRY) + " " + args).c_str(), "r");
+    if (!child) return output;
+    char buf[256];
+    size_t n;
+    while ((n = fread(buf, 1, sizeof buf, child)) > 0) output.append(buf, n);
+    status = pclose(child);
+    return output;
+}
+
+TEST(UpgradeEntry, HandsOffTheFixedPackageAndExitsZeroWhateverHappens) {
+    for (const char* args : {"", "-h", "-v 4 --bogus extra"}) {
+        SCOPED_TRACE(args);
+        int status = -1;
+        std::string out = RunUpgradeEntry(args, status);
+        EXPECT_EQ(out,
+                  "### Enter system upgrade ..., please 'logcat |grep pdate' to see more infos ### \n"
+                  "system_upgrade(/sdcard/update.zip)\n");
+        ASSERT_TRUE(WIFEXITED(status));
+        EXPECT_EQ(WEXITSTATUS(status), 0);
+    }
+}
+
+}  // namespace
