@@ -283,7 +283,9 @@ unsigned int SsOp::DeserializeOp(const unsigned char* buf, unsigned int len) {
     data.clear();
     if (buf == nullptr || len < 2) return 0;
     opType = static_cast<OpType_e>(buf[0]);
-    opId = buf[1] + 256u * buf[2];
+    // A 2-byte input cannot hold an image; its id high byte is taken as 0 rather
+    // than read past the end.
+    opId = buf[1] + 256u * (len > 2 ? buf[2] : 0u);
     KT::EmptyPrint("%s type=%02X id=%02X", "DeserializeOp", static_cast<unsigned>(opType), opId);
     unsigned int indexUsed = DeserializeArray(buf, len, 3, indexList);
     if (indexUsed == 0) return 0;

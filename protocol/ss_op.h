@@ -109,9 +109,9 @@ public:
     // Always rebuilds from offset (advancing it): the chunking interface.
     unsigned int GetSerializedOp(unsigned char*& ptr, unsigned int& len, unsigned int& offset);
 
-    // Parses one image; returns the bytes consumed, 0 on failure. The header id
-    // reads byte 2 whenever len >= 2, so callers supply one readable byte beyond
-    // a short image. On failure index and data are empty but type and id are set.
+    // Parses one image; returns the bytes consumed, 0 on failure (below 2 bytes,
+    // or a length byte missing or pointing past len). Bytes after the image are
+    // ignored. On failure index and data are empty but type and id are set.
     unsigned int DeserializeOp(const unsigned char* buf, unsigned int len);
     unsigned int DeserializeOp(const std::vector<unsigned char>& buf);
     // One length-prefixed byte array at offset; returns 1 + its length, 0 on failure.
