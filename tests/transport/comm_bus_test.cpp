@@ -1,0 +1,82 @@
+// The operation bus: registration, dispatch order and the queueing handler.
+#include "transport/comm_bus.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "transport/c_op_handler.h"
+
+namespace {
+
+class TestBus : public CommBus {
+public:
+    bool SendOperation(SsOp&) override { return true; }
+};
+
+class RecordingHandler : public iCommOpHandler {
+public:
+    RecordingHandler(std::vector<int>& log, int id) : m_log(log), m_id(id) {}
+    bool HandleCommOp(KT::CSharedPtr<SsOp> op) override {
+        m_log.push_back(m_id * 1000 + static_cast<int>(op->GetOpId()));
+        return false;  // the result must not stop the others
+    }
+
+private:
+    std::vector<int>& m_log;
+    int m_id;
+};
+
+KT::CSharedPtr<SsOp> Op(unsigned id) { return KT::CSharedPtr<SsOp>(new SsOp(OP_TYPE_DATA, id)); }
+
+}  // namespace
+
+TEST(CommBus, DispatchesToEveryHandlerInRegistrationOrder) {
+    std::vector<int> log;
+    RecordingHandler a(log, 1), b(log, 2);
+    TestBus bus;
+    EXPECT_TRUE(bus.RegisterOpHandler(&b));
+    EXPECT_TRUE(bus.RegisterOpHandler(&a));
+    EXPECT_FALSE(bus.RegisterOpHandler(&b));
+    EXPECT_TRUE(bus.SendOpToHandlers(Op(7)));
+    EXPECT_EQ(log, (std::vector<int>{2007, 1007}));
+}
+
+TEST(CommBus, UnregisterRemovesOnlyKnownHandlers) {
+    std::vector<int> log;
+    RecordingHandler a(log, 1), stranger(log, 9);
+    TestBus bus;
+    bus.RegisterOpHandler(&a);
+    EXPECT_FALSE(bus.UnregisterOpHandler(&stranger));
+    bus.SendOpToHandlers(Op(1));
+    EXPECT_TRUE(bus.UnregisterOpHandler(&a));
+    EXPECT_FALSE(bus.UnregisterOpHandler(&a));
+    bus.SendOpToHandlers(Op(2));
+    EXPECT_EQ(log, (std::vector<int>{1001}));
+}
+
+TEST(CommBus, WithoutHandlersTheOperationIsReleased) {
+    TestBus bus;
+    KT::CSharedPtr<SsOp> op = Op(3);
+    EXPECT_TRUE(bus.SendOpToHandlers(op));
+    EXPECT_EQ(op.UseCount(), 1);
+}
+
+TEST(COpHandler, BoundedQueueRefusesWhenFull) {
+    KT::CMsgQ<KT::CSharedPtr<SsOp>> queue(2);
+    COpHandler handler(&queue);
+    TestBus bus;
+    bus.RegisterOpHandler(&handler);
+    EXPECT_TRUE(handler.HandleCommOp(Op(1)));
+    EXPECT_TRUE(handler.HandleCommOp(Op(2)));
+    EXPECT_FALSE(handler.HandleCommOp(Op(3)));
+    KT::CSharedPtr<SsOp> out;
+    ASSERT_TRUE(queue.Dequeue(0, out));
+    EXPECT_EQ(out->GetOpId(), 1u);
+    EXPECT_TRUE(bus.SendOpToHandlers(Op(4)));
+    ASSERT_TRUE(queue.Dequeue(0, out));
+    EXPECT_EQ(out->GetOpId(), 2u);
+    ASSERT_TRUE(queue.Dequeue(0, out));
+    EXPECT_EQ(out->GetOpId(), 4u);
+    EXPECT_FALSE(queue.Dequeue(0, out));
+}
