@@ -1,0 +1,129 @@
+// HisiAvOpSender: status values become typed operations on the adapter. The
+// adapter is a recording subclass whose port does not exist.
+#include "control/hisi_av_op_sender.h"
+
+#include <gtest/gtest.h>
+#include <log4cpp/Category.hh>
+#include <log4cpp/PatternLayout.hh>
+#include <log4cpp/StringQueueAppender.hh>
+
+#include <algorithm>
+#include <queue>
+#include <string>
+#include <vector>
+
+#include "platform/decoder_types.h"
+#include "protocol/op_ss_data_tables.h"
+#include "tests/protocol/print_capture.h"
+
+using Bytes = std::vector<unsigned char>;
+
+namespace {
+
+class RecordingAdapter : public CUartAdapter {
+public:
+    RecordingAdapter() : CUartAdapter(std::string("/dev/hisiav-sender-test-none")) {}
+    bool SendOperation(SsOp& op) override {
+        Bytes image;
+        op.GetSerializedOp(image);
+        sent.push_back(image);
+        return result;
+    }
+    std::vector<Bytes> sent;
+    bool result = true;
+};
+
+// Collects the lines of the "hisiav.opsender" category while it lives.
+class LogCapture {
+public:
+    LogCapture() : m_cat(log4cpp::Category::getInstance("hisiav.opsender")) {
+        m_appender = new log4cpp::StringQueueAppender("capture");
+        auto* layout = new log4cpp::PatternLayout();
+        layout->setConversionPattern("%p %c: %m%n");
+        m_appender->setLayout(layout);
+        m_oldPriority = m_cat.getPriority();
+        m_cat.setPriority(log4cpp::Priority::DEBUG);
+        m_cat.addAppender(m_appender);
+    }
+    ~LogCapture() {
+        m_cat.removeAppender(m_appender);  // deletes it
+        m_cat.setPriority(m_oldPriority);
+    }
+    std::vector<std::string> Lines() {
+        std::vector<std::string> out;
+        std::queue<std::string> copy = m_appender->getQueue();
+        for (; !copy.empty(); copy.pop()) out.push_back(copy.front());
+        return out;
+    }
+
+private:
+    log4cpp::Category& m_cat;
+    log4cpp::StringQueueAppender* m_appender;
+    log4cpp::Priority::Value m_oldPriority;
+};
+
+class HisiAvOpSenderTest : public ::testing::Test {
+protected:
+    HisiAvOpSenderTest() {
+        COpSsData** tables[] = {hisiAvSubsystemSsData, videoSsData, selectedServiceSsData, avSsConfigSsData};
+        for (COpSsData** t : tables) dictionary.FillMap(t);
+    }
+    PrintCapture prints;  // the missing port's message
+    RecordingAdapter adapter;
+    COpSsDataMap dictionary;
+    HisiAvOpSender sender{adapter, dictionary};
+};
+
+}  // namespace
+
+TEST_F(HisiAvOpSenderTest, TypedValueTakesTheDictionaryTypeAndAOneByteIndex) {
+    sender.TransmitStatus(271u, 0x102u, static_cast<unsigned short>(1920));  // videoWidth, VT_UINT16
+    sender.TransmitStatus(274u, 1u, VIDEO_FRAME_RATE_25);                    // videoFrameRate, VT_UINT16
+    sender.TransmitStatus(281u, 0u, 0x01020304u);                            // videoAverageBitrate, VT_UINT32
+    ASSERT_EQ(adapter.sent.size(), 3u);
+    EXPECT_EQ(adapter.sent[0], (Bytes{0x00, 0x0F, 0x01, 0x01, 0x02, 0x02, 0x07, 0x80}));
+    EXPECT_EQ(adapter.sent[1], (Bytes{0x00, 0x12, 0x01, 0x01, 0x01, 0x02, 0x00, VIDEO_FRAME_RATE_25}));
+    EXPECT_EQ(adapter.sent[2], (Bytes{0x00, 0x19, 0x01, 0x01, 0x00, 0x04, 0x01, 0x02, 0x03, 0x04}));
+}
+
+TEST_F(HisiAvOpSenderTest, SignedMinusOneGoesAsFF) {
+    sender.TransmitStatus(0u, 1u, static_cast<signed char>(-1));  // hisisystemReset, VT_INT8
+    ASSERT_EQ(adapter.sent.size(), 1u);
+    EXPECT_EQ(adapter.sent[0], (Bytes{0x00, 0x00, 0x00, 0x01, 0x01, 0x01, 0xFF}));
+}
+
+TEST_F(HisiAvOpSenderTest, TextEntryThroughTheTypedPathSendsNothing) {
+    LogCapture log;
+    sender.TransmitStatus(226u, 1u, 5u);  // selectedserviceServiceName, VT_STRING
+    EXPECT_TRUE(adapter.sent.empty());
+    EXPECT_TRUE(prints.Contains("Unexpected datatype received: 12"));
+    EXPECT_EQ(log.Lines(), std::vector<std::string>{
+                               "ERROR hisiav.opsender: TransmitStatus::SetSsOpData failed, opId: 226, dataType: 12\n"});
+}
+
+TEST_F(HisiAvOpSenderTest, UnknownOpIdSendsNothing) {
+    sender.TransmitStatus(400u, 1u, 5u);
+    EXPECT_TRUE(adapter.sent.empty());
+}
+
+TEST_F(HisiAvOpSenderTest, TextGoesAsStringWhateverTheDictionarySays) {
+    LogCapture log;
+    sender.TransmitStatus(2u, 0x1FFu, std::string("1.4.2"));  // hisisystemSoftwareVersion is VT_UINT32
+    ASSERT_EQ(adapter.sent.size(), 1u);
+    EXPECT_EQ(adapter.sent[0], (Bytes{0x00, 0x02, 0x00, 0x01, 0xFF, 0x05, '1', '.', '4', '.', '2'}));
+    EXPECT_EQ(log.Lines(), (std::vector<std::string>{"DEBUG hisiav.opsender: TransmitStatus::Sending OpId:2 index: 511\n",
+                                                     "DEBUG hisiav.opsender: TransmitStatus::Pushing op: 2 into UartAdapter...\n"}));
+}
+
+TEST_F(HisiAvOpSenderTest, FailedSendsAreLogged) {
+    LogCapture log;
+    adapter.result = false;
+    sender.TransmitStatus(3u, 1u, static_cast<signed char>(1));
+    sender.TransmitStatus(2u, 0u, std::string("v"));
+    EXPECT_EQ(adapter.sent.size(), 2u);
+    std::vector<std::string> lines = log.Lines();
+    EXPECT_NE(std::find(lines.begin(), lines.end(), "ERROR hisiav.opsender: TransmitStatus::SendOperation failed, opId: 3.\n"),
+              lines.end());
+    EXPECT_NE(std::find(lines.begin(), lines.end(), "ERROR hisiav.opsender: TransmitStatus::Adapter failed to send operation!\n"),
+              lines.end());
+}
