@@ -1,0 +1,556 @@
+// OutputManager through the recording doubles: which platform calls an apply
+// pass makes, with which arguments and in which order; dirty rules; setter
+// validation with its error texts; the single-index shape.
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "output/output_manager.h"
+#include "tests/doubles/fake_decoder_set.h"
+#include "tests/platform/log_capture.h"
+
+namespace {
+
+using Calls = std::vector<std::string>;
+using hisiav_test::FakeDecoderSet;
+
+constexpr uint32_t k1080p50 = 0x630D0000u;    // 1920x1080p 16x9 50.00fps
+constexpr uint32_t k2160p60 = 0x83110000u;    // 3840x2160p 16x9 60.00fps
+constexpr uint32_t k576i25 = 0x33040000u;     // 720x576i 16x9 25.00fps
+constexpr uint32_t k1080psf25 = 0x330E0000u;  // 1920x1080psF 16x9 25.00fps
+constexpr uint32_t kNoResolution = 0x00180000u;
+
+const Calls kDecoderQuery = {"IVideoDecoder::GetFormat()"};
+// What a forced pass on untouched settings does: automatic mode with a silent
+// decoder sets no format; audio muted at 0 dB; captions off.
+const Calls kDefaultForcedPass = {"IVideoDecoder::GetFormat()", "IAudioOutput::SetMute(true)",
+                                  "IAudioOutput::SetAnalogVolume(0)", "IClosedCaption::SetOverlayCcState(false)",
+                                  "IClosedCaption::SetVbiLine21CcState(false)"};
+
+struct DecodedFormat {
+    uint32_t width, height;
+    int scan, rate, aspect;
+};
+
+// A fresh manager over a fresh set of doubles.
+struct Rig {
+    FakeDecoderSet d;
+    OutputManager om{d.videoDecoder, d.videoOutput, d.audioOutput, d.chip, d.closedCaption, d.demux};
+
+    void Decoder(const DecodedFormat& f) {
+        d.videoDecoder.SetReportedFormat(f.width, f.height, static_cast<VideoScanType_e>(f.scan),
+                                         static_cast<VideoFrameRate_e>(f.rate), static_cast<VideoAspectRatio_e>(f.aspect));
+    }
+    // The calls an unforced pass makes.
+    Calls Pass(bool* result = nullptr) {
+        d.log.Clear();
+        bool r = om.ApplySettings(false);
+        if (result != nullptr) *result = r;
+        return d.log.Calls();
+    }
+};
+
+std::string SetFormat(uint32_t w, uint32_t h, int scan, int rate, int aspect, int std, int iface) {
+    return "IVideoOutput::SetFormat(" + std::to_string(w) + "," + std::to_string(h) + "," + std::to_string(scan) +
+           "," + std::to_string(rate) + "," + std::to_string(aspect) + "," + std::to_string(std) + "," +
+           std::to_string(iface) + ")";
+}
+
+// ---- video format ----------------------------------------------------------
+
+struct VideoCase {
+    const char* why;
+    int iface;
+    int hdMode;  // 0: left as constructed (automatic)
+    uint32_t hdCode;
+    int cvbsMode;
+    uint32_t cvbsCode;
+    int std525, std625;  // 0: left unset
+    DecodedFormat decoded;
+    Calls calls;
+};
+
+const VideoCase kVideoCases[] = {
+    {"HD auto 1080i25", 1, 1, 0, 0, 0, 0, 0, {1920, 1080, 1, 3, 1},
+     {"IVideoDecoder::GetFormat()", SetFormat(1920, 1080, 1, 3, 1, 2, 1)}},
+    {"HD auto 1440-wide 1080i29.97 4:3 is scaled", 1, 1, 0, 0, 0, 0, 0, {1440, 1080, 1, 4, 2},
+     {"IVideoDecoder::GetFormat()", SetFormat(1920, 1080, 1, 4, 1, 2, 1)}},
+    {"HD auto 576i25 with PAL", 1, 1, 0, 0, 0, 0, 1, {720, 576, 1, 3, 2},
+     {"IVideoDecoder::GetFormat()", SetFormat(720, 576, 1, 3, 1, 1, 1)}},
+    {"HD auto 576i25 with PAL-N", 1, 1, 0, 0, 0, 0, 2, {720, 576, 1, 3, 2},
+     {"IVideoDecoder::GetFormat()", SetFormat(720, 576, 1, 3, 1, 3, 1)}},
+    {"HD auto 480i29.97 with NTSC", 1, 1, 0, 0, 0, 1, 0, {720, 480, 1, 4, 1},
+     {"IVideoDecoder::GetFormat()", SetFormat(720, 480, 1, 5, 1, 2, 1)}},
+    {"HD auto 480i29.97 with NTSC-J", 1, 1, 0, 0, 0, 2, 0, {720, 480, 1, 4, 1},
+     {"IVideoDecoder::GetFormat()", SetFormat(720, 480, 1, 5, 1, 4, 1)}},
+    {"HD auto, unknown scan and aspect are not tested", 1, 0, 0, 0, 0, 0, 0, {1920, 1080, 0, 6, 0},
+     {"IVideoDecoder::GetFormat()", SetFormat(1920, 1080, 2, 6, 1, 2, 1)}},
+    {"HD manual 1080p50 does not ask the decoder", 1, 2, k1080p50, 0, 0, 0, 0, {720, 576, 1, 3, 1},
+     {SetFormat(1920, 1080, 2, 6, 1, 2, 1)}},
+    {"HD manual 2160p60", 1, 2, k2160p60, 0, 0, 0, 0, {0, 0, 0, 0, 0}, {SetFormat(3840, 2160, 2, 8, 1, 2, 1)}},
+    {"HD manual psF is scaled as progressive", 1, 2, k1080psf25, 0, 0, 0, 0, {0, 0, 0, 0, 0},
+     {SetFormat(1920, 1080, 2, 3, 1, 2, 1)}},
+    {"HD manual code without a resolution falls back to 480i", 1, 2, kNoResolution, 0, 0, 0, 0, {0, 0, 0, 0, 0},
+     {SetFormat(720, 480, 1, 4, 1, 4, 1)}},
+    {"HD interface ignores the composite settings", 1, 2, k2160p60, 2, k576i25, 0, 0, {0, 0, 0, 0, 0},
+     {SetFormat(3840, 2160, 2, 8, 1, 2, 1)}},
+    {"composite manual 1080p50 becomes 480i, NTSC-J by default", 2, 0, 0, 2, k1080p50, 0, 0, {0, 0, 0, 0, 0},
+     {SetFormat(720, 480, 1, 4, 1, 4, 2)}},
+    {"composite 480i with NTSC", 2, 0, 0, 2, k1080p50, 1, 0, {0, 0, 0, 0, 0}, {SetFormat(720, 480, 1, 4, 1, 2, 2)}},
+    {"composite manual 576i25 with PAL", 2, 0, 0, 2, k576i25, 0, 1, {0, 0, 0, 0, 0},
+     {SetFormat(720, 576, 1, 3, 1, 1, 2)}},
+    {"composite manual 576i25, PAL-N by default", 2, 0, 0, 2, k576i25, 0, 0, {0, 0, 0, 0, 0},
+     {SetFormat(720, 576, 1, 3, 1, 3, 2)}},
+    {"composite auto follows the decoder, HD manual ignored", 2, 2, k2160p60, 1, 0, 0, 0, {720, 576, 1, 3, 1},
+     {"IVideoDecoder::GetFormat()", SetFormat(720, 576, 1, 3, 1, 3, 2)}},
+    {"composite auto 576p50 4:3 is not scaled", 2, 0, 0, 1, 0, 0, 0, {720, 576, 2, 6, 2},
+     {"IVideoDecoder::GetFormat()", SetFormat(720, 576, 2, 6, 2, 2, 2)}},
+    {"composite auto decoding 1080p50 gives 480i", 2, 0, 0, 1, 0, 0, 0, {1920, 1080, 2, 6, 1},
+     {"IVideoDecoder::GetFormat()", SetFormat(720, 480, 1, 4, 1, 4, 2)}},
+    {"interface 3 counts as composite", 3, 0, 0, 2, k1080p50, 0, 0, {0, 0, 0, 0, 0},
+     {SetFormat(720, 480, 1, 4, 1, 4, 3)}},
+    {"decoder rate 0: no format set", 1, 1, 0, 0, 0, 0, 0, {1920, 1080, 2, 0, 1}, kDecoderQuery},
+    {"decoder width 0: no format set", 1, 1, 0, 0, 0, 0, 0, {0, 1080, 2, 6, 1}, kDecoderQuery},
+    {"decoder height 0: no format set", 1, 1, 0, 0, 0, 0, 0, {1920, 0, 2, 6, 1}, kDecoderQuery},
+    {"composite, decoder rate 0: no format set", 2, 0, 0, 1, 0, 0, 0, {720, 576, 1, 0, 1}, kDecoderQuery},
+};
+
+TEST(OutputManagerVideo, AppliesTheFormatForEachInterfaceAndMode) {
+    for (const auto& c : kVideoCases) {
+        SCOPED_TRACE(c.why);
+        Rig rig;
+        OutputManager& om = rig.om;
+        rig.Decoder(c.decoded);
+        ASSERT_TRUE(om.SetVideoOutputInterface(0, static_cast<VideoOutputInterface_e>(c.iface)));
+        if (c.hdMode != 0) om.SetVideoFormatMode(0, static_cast<FormatMode_e>(c.hdMode));
+        if (c.hdCode != 0) om.SetVideoFormat(0, c.hdCode);
+        if (c.cvbsMode != 0) om.SetVideoFormatModeCvbs(0, static_cast<FormatMode_e>(c.cvbsMode));
+        if (c.cvbsCode != 0) om.SetVideoFormatCvbs(0, c.cvbsCode);
+        if (c.std525 != 0) om.SetComposite525Std(0, static_cast<Composite525_e>(c.std525));
+        if (c.std625 != 0) om.SetComposite625Std(0, static_cast<Composite625_e>(c.std625));
+        bool result = true;
+        EXPECT_EQ(rig.Pass(&result), c.calls);
+        EXPECT_FALSE(result) << "the video group never reports success";
+    }
+}
+
+TEST(OutputManagerVideo, SilentDecoderIsTracedAndLeavesTheOutputAlone) {
+    hisiav_test::LogCapture log("hisiav.outputmanager");
+    Rig rig;
+    rig.Decoder({1920, 1080, 2, 0, 1});
+    EXPECT_FALSE(rig.om.ApplyVideoFormatSetting(0));
+    EXPECT_TRUE(log.Has("DEBUG", "ApplyVideoFormatSetting() Decoder is not initialized return false"));
+    EXPECT_EQ(rig.d.videoOutput.Snapshot().setFormatCount, 0);
+}
+
+TEST(OutputManagerVideo, FailingDecoderQuerySetsNoFormat) {
+    Rig rig;
+    rig.Decoder({1920, 1080, 1, 3, 1});
+    rig.d.videoDecoder.FailOn("GetFormat");
+    rig.om.SetVideoDirty(0);
+    EXPECT_EQ(rig.Pass(), kDecoderQuery);
+}
+
+// ---- audio and captions --------------------------------------------------------
+
+struct GroupCase {
+    const char* why;
+    std::function<void(OutputManager&)> configure;
+    Calls calls;
+};
+
+const GroupCase kAudioAndCaptionCases[] = {
+    {"analog audio on at -20 dBV",
+     [](OutputManager& om) {
+         om.SetAnalogAudioState(0, ANALOG_AUDIO_ON);
+         om.SetAnalogAudioLevelGain(0, -20);
+     },
+     {"IAudioOutput::SetMute(false)", "IAudioOutput::SetAnalogVolume(-20)"}},
+    {"analog audio off, level still applied", [](OutputManager& om) { om.SetAnalogAudioState(0, ANALOG_AUDIO_OFF); },
+     {"IAudioOutput::SetMute(true)", "IAudioOutput::SetAnalogVolume(0)"}},
+    {"lowest and highest level",
+     [](OutputManager& om) {
+         om.SetAnalogAudioLevelGain(0, 10);
+         om.ApplySettings(false);
+         om.SetAnalogAudioLevelGain(0, -60);
+     },
+     {"IAudioOutput::SetMute(true)", "IAudioOutput::SetAnalogVolume(-60)"}},
+    {"NTSC overlay CC4 and line 21",
+     [](OutputManager& om) {
+         om.SetOverlayCcType(OVERLAY_CC_TYPE_NTSC);
+         om.SetOverlayNtscCcDataType(OVERLAY_NTSC_CC4);
+         om.SetOverlayDtvCcDataType(OVERLAY_DTV_SERVICE5);
+         om.SetOverlayCcState(ENABLE_STATE_ENABLE);
+         om.SetCompositeLine21Cc(ENABLE_STATE_ENABLE);
+     },
+     {"IClosedCaption::SetOverlayCc(1,4)", "IClosedCaption::SetOverlayCcState(true)",
+      "IClosedCaption::SetVbiLine21CcState(true)"}},
+    {"DTV overlay service 6",
+     [](OutputManager& om) {
+         om.SetOverlayCcType(OVERLAY_CC_TYPE_DTV);
+         om.SetOverlayNtscCcDataType(OVERLAY_NTSC_CC2);
+         om.SetOverlayDtvCcDataType(OVERLAY_DTV_SERVICE6);
+         om.SetOverlayCcState(ENABLE_STATE_ENABLE);
+     },
+     {"IClosedCaption::SetOverlayCc(2,6)", "IClosedCaption::SetOverlayCcState(true)",
+      "IClosedCaption::SetVbiLine21CcState(false)"}},
+    {"overlay on without a type selects no data", [](OutputManager& om) { om.SetOverlayCcState(ENABLE_STATE_ENABLE); },
+     {"IClosedCaption::SetOverlayCcState(true)", "IClosedCaption::SetVbiLine21CcState(false)"}},
+    {"overlay off selects no data",
+     [](OutputManager& om) {
+         om.SetOverlayCcType(OVERLAY_CC_TYPE_NTSC);
+         om.SetOverlayCcState(ENABLE_STATE_DISABLE);
+         om.SetCompositeLine21Cc(ENABLE_STATE_DISABLE);
+     },
+     {"IClosedCaption::SetOverlayCcState(false)", "IClosedCaption::SetVbiLine21CcState(false)"}},
+};
+
+TEST(OutputManagerAudioAndCaptions, AppliesWhatWasSet) {
+    for (const auto& c : kAudioAndCaptionCases) {
+        SCOPED_TRACE(c.why);
+        Rig rig;
+        c.configure(rig.om);
+        bool result = false;
+        EXPECT_EQ(rig.Pass(&result), c.calls);
+        EXPECT_TRUE(result);
+    }
+}
+
+TEST(OutputManagerAudioAndCaptions, OverlayDataGoesToTheMatchingOverload) {
+    Rig rig;
+    rig.om.SetOverlayCcState(ENABLE_STATE_ENABLE);
+    rig.om.SetOverlayCcType(OVERLAY_CC_TYPE_NTSC);
+    rig.om.SetOverlayNtscCcDataType(OVERLAY_NTSC_CC3);
+    rig.Pass();
+    EXPECT_EQ(rig.d.closedCaption.Snapshot().lastOverload, hisiav_test::FakeClosedCaptionState::NTSC);
+    rig.om.SetOverlayCcType(OVERLAY_CC_TYPE_DTV);
+    rig.Pass();
+    EXPECT_EQ(rig.d.closedCaption.Snapshot().lastOverload, hisiav_test::FakeClosedCaptionState::DTV);
+}
+
+TEST(OutputManagerAudioAndCaptions, ResultIsTheOrOfThePlatformResults) {
+    struct {
+        std::vector<const char*> audioFailing, captionFailing;
+        bool result;
+    } const cases[] = {
+        {{"SetMute"}, {}, true},
+        {{"SetMute", "SetAnalogVolume"}, {"SetOverlayCcState"}, true},
+        {{"SetMute", "SetAnalogVolume"}, {"SetOverlayCcState", "SetVbiLine21CcState"}, true},  // SetOverlayCc succeeded
+        {{"SetMute", "SetAnalogVolume"}, {"SetOverlayCcState", "SetVbiLine21CcState", "SetOverlayCc"}, false},
+    };
+    for (const auto& c : cases) {
+        Rig rig;
+        for (auto op : c.audioFailing) rig.d.audioOutput.FailOn(op);
+        for (auto op : c.captionFailing) rig.d.closedCaption.FailOn(op);
+        rig.om.SetOverlayCcType(OVERLAY_CC_TYPE_NTSC);
+        rig.om.SetOverlayNtscCcDataType(OVERLAY_NTSC_CC1);
+        rig.om.SetOverlayCcState(ENABLE_STATE_ENABLE);
+        rig.om.SetAudioDirty(0);
+        EXPECT_EQ(rig.om.ApplySettings(false), c.result) << c.audioFailing.size() << "/" << c.captionFailing.size();
+    }
+}
+
+// ---- the pass as a whole ------------------------------------------------------------
+
+TEST(OutputManagerPass, NothingDirtyMakesNoCall) {
+    Rig rig;
+    bool result = true;
+    EXPECT_EQ(rig.Pass(&result), Calls());
+    EXPECT_FALSE(result);
+}
+
+TEST(OutputManagerPass, ForcedPassReappliesEveryGroupInOrder) {
+    Rig rig;
+    rig.d.log.Clear();
+    EXPECT_TRUE(rig.om.ApplySettings(true));
+    EXPECT_EQ(rig.d.log.Calls(), kDefaultForcedPass);
+    EXPECT_EQ(rig.Pass(), Calls());
+
+    rig.om.SetVideoFormatMode(0, FORMAT_MODE_MANUAL);
+    rig.om.SetVideoFormat(0, k1080p50);
+    rig.om.SetAnalogAudioState(0, ANALOG_AUDIO_ON);
+    rig.om.SetCompositeLine21Cc(ENABLE_STATE_ENABLE);
+    const Calls configured = {SetFormat(1920, 1080, 2, 6, 1, 2, 1), "IAudioOutput::SetMute(false)",
+                              "IAudioOutput::SetAnalogVolume(0)", "IClosedCaption::SetOverlayCcState(false)",
+                              "IClosedCaption::SetVbiLine21CcState(true)"};
+    EXPECT_EQ(rig.Pass(), configured);
+    for (int i = 0; i < 2; ++i) {
+        rig.d.log.Clear();
+        rig.om.ApplySettings(true);
+        EXPECT_EQ(rig.d.log.Calls(), configured);
+    }
+}
+
+TEST(OutputManagerPass, AspectRatioAndRasterAreOutsideThePass) {
+    Rig rig;
+    rig.om.SetHDAspectRatioMode(0, HD_DISPLAY_MODE_PILLAR_BOX);
+    rig.om.SetSDAspectRatioMode(0, SD_DISPLAY_MODE_LETTER_BOX);
+    rig.om.SetAspectRatioDirty(0);
+    EXPECT_FALSE(rig.om.SetHDAspectRatioConversion(0, ASPECT_RATIO_CONVERSION_AUTO));
+    EXPECT_FALSE(rig.om.SetSDAspectRatioConversion(0, ASPECT_RATIO_CONVERSION_AUTO));
+    EXPECT_EQ(rig.Pass(), Calls());
+    EXPECT_FALSE(rig.om.ApplyAspectRatioSettings(true));
+    EXPECT_EQ(rig.d.log.Calls(), Calls());
+
+    rig.om.SetRasterMode(0, RASTER_MODE_ON);
+    rig.om.SetRasterColor(0, RASTER_COLOR_BLUE);
+    rig.d.videoOutput.FailOn("SetRasterMode");
+    rig.d.log.Clear();
+    EXPECT_TRUE(rig.om.ApplyVideoRasterGroupSetting(0));
+    EXPECT_EQ(rig.d.log.Calls(), Calls({"IVideoOutput::SetRasterMode(1)", "IVideoOutput::SetRasterColor(1)"}));
+    rig.d.log.Clear();
+    rig.om.ApplySettings(true);
+    EXPECT_EQ(rig.d.log.CallsWithPrefix("IVideoOutput::SetRaster"), Calls());
+}
+
+TEST(OutputManagerPass, ColourSpaceAndUhdFollowTheHdFormat) {
+    struct {
+        const char* why;
+        uint32_t manualCode;  // 0: automatic
+        DecodedFormat decoded;
+        Calls calls;
+        bool uhd;
+    } const cases[] = {
+        {"manual 2160p60", k2160p60, {0, 0, 0, 0, 0}, {"IVideoOutput::SetColourSpace(0)"}, true},
+        {"manual 1080p50", k1080p50, {0, 0, 0, 0, 0}, {"IVideoOutput::SetColourSpace(1)"}, false},
+        {"auto 2160p50", 0, {3840, 2160, 2, 6, 1}, {"IVideoDecoder::GetFormat()", "IVideoOutput::SetColourSpace(0)"}, true},
+        {"auto 4096 wide", 0, {4096, 2160, 2, 6, 1}, {"IVideoDecoder::GetFormat()", "IVideoOutput::SetColourSpace(0)"}, true},
+        {"auto, silent decoder falls back to SD", 0, {0, 0, 0, 0, 0},
+         {"IVideoDecoder::GetFormat()", "IVideoOutput::SetColourSpace(1)"}, false},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.why);
+        Rig rig;
+        rig.Decoder(c.decoded);
+        rig.om.SetVideoOutputInterface(0, VIDEO_OUTPUT_INTERFACE_CVBS);  // the HD settings are used regardless
+        if (c.manualCode != 0) {
+            rig.om.SetVideoFormatMode(0, FORMAT_MODE_MANUAL);
+            rig.om.SetVideoFormat(0, c.manualCode);
+        }
+        rig.d.log.Clear();
+        EXPECT_TRUE(rig.om.ApplyVideoColorSpaceSetting(0));
+        EXPECT_EQ(rig.d.log.Calls(), c.calls);
+        EXPECT_EQ(rig.om.IsUHDFormat(), c.uhd);
+    }
+}
+
+// ---- dirty rules -------------------------------------------------------------------
+
+struct DirtyCase {
+    const char* setter;
+    std::function<bool(OutputManager&)> call;
+    bool video, audio, captions;
+};
+
+const DirtyCase kDirtyCases[] = {
+    {"SetVideoOutputInterface", [](OutputManager& om) { return om.SetVideoOutputInterface(0, VIDEO_OUTPUT_INTERFACE_HD); }, true, false, false},
+    {"SetVideoFormatMode", [](OutputManager& om) { return om.SetVideoFormatMode(0, FORMAT_MODE_AUTO); }, true, false, false},
+    {"SetVideoFormatModeCvbs", [](OutputManager& om) { return om.SetVideoFormatModeCvbs(0, FORMAT_MODE_AUTO); }, true, false, false},
+    {"SetVideoFormat", [](OutputManager& om) { return om.SetVideoFormat(0, k1080p50); }, true, false, false},
+    {"SetVideoFormatCvbs", [](OutputManager& om) { return om.SetVideoFormatCvbs(0, k576i25); }, true, false, false},
+    {"SetRasterMode", [](OutputManager& om) { return om.SetRasterMode(0, RASTER_MODE_ON); }, true, false, false},
+    {"SetRasterColor", [](OutputManager& om) { return om.SetRasterColor(0, RASTER_COLOR_BLUE); }, true, false, false},
+    {"SetComposite525Std", [](OutputManager& om) { return om.SetComposite525Std(0, COMPOSITE_525_NTSC_J); }, true, false, false},
+    {"SetComposite625Std", [](OutputManager& om) { return om.SetComposite625Std(0, COMPOSITE_625_PAL); }, true, false, false},
+    {"SetAnalogAudioState", [](OutputManager& om) { return om.SetAnalogAudioState(0, ANALOG_AUDIO_ON); }, false, true, false},
+    {"SetAnalogAudioLevelGain", [](OutputManager& om) { return om.SetAnalogAudioLevelGain(0, 10); }, false, true, false},
+    {"SetCompositeLine21Cc", [](OutputManager& om) { return om.SetCompositeLine21Cc(ENABLE_STATE_DISABLE); }, false, false, true},
+    {"SetOverlayCcType", [](OutputManager& om) { return om.SetOverlayCcType(OVERLAY_CC_TYPE_DTV); }, false, false, true},
+    {"SetOverlayNtscCcDataType", [](OutputManager& om) { return om.SetOverlayNtscCcDataType(OVERLAY_NTSC_CC4); }, false, false, true},
+    {"SetOverlayDtvCcDataType", [](OutputManager& om) { return om.SetOverlayDtvCcDataType(OVERLAY_DTV_SERVICE6); }, false, false, true},
+    {"SetOverlayCcState", [](OutputManager& om) { return om.SetOverlayCcState(ENABLE_STATE_DISABLE); }, false, false, true},
+    {"SetHDAspectRatioMode", [](OutputManager& om) { return om.SetHDAspectRatioMode(0, HD_DISPLAY_MODE_FULL); }, false, false, false},
+    {"SetSDAspectRatioMode", [](OutputManager& om) { return om.SetSDAspectRatioMode(0, SD_DISPLAY_MODE_FULL); }, false, false, false},
+    {"SetVideoOutDecodeStatus", [](OutputManager& om) { om.SetVideoOutDecodeStatus(STATUS_INACTIVE); return true; }, false, false, false},
+    {"SetVideoDirty", [](OutputManager& om) { om.SetVideoDirty(0); return true; }, true, false, false},
+    {"SetAudioDirty", [](OutputManager& om) { om.SetAudioDirty(0); return true; }, false, true, false},
+    {"SetClosedCaptionDirty", [](OutputManager& om) { om.SetClosedCaptionDirty(); return true; }, false, false, true},
+    {"SetAspectRatioDirty", [](OutputManager& om) { om.SetAspectRatioDirty(0); return true; }, false, false, false},
+};
+
+TEST(OutputManagerDirty, EachSetterMarksItsGroupOnce) {
+    for (const auto& c : kDirtyCases) {
+        SCOPED_TRACE(c.setter);
+        Rig rig;
+        rig.Decoder({1920, 1080, 1, 3, 1});
+        EXPECT_TRUE(c.call(rig.om));
+        Calls calls = rig.Pass();
+        auto touched = [&](const char* prefix) {
+            for (const auto& call : calls) {
+                if (call.rfind(prefix, 0) == 0) return true;
+            }
+            return false;
+        };
+        EXPECT_EQ(touched("IVideo"), c.video);
+        EXPECT_EQ(touched("IAudioOutput::"), c.audio);
+        EXPECT_EQ(touched("IClosedCaption::"), c.captions);
+        EXPECT_EQ(rig.Pass(), Calls()) << "flags are cleared by the pass";
+    }
+}
+
+// ---- validation -----------------------------------------------------------------
+
+struct RejectCase {
+    std::function<bool(OutputManager&)> call;
+    const char* error;
+};
+
+const RejectCase kRejectCases[] = {
+    {[](OutputManager& om) { return om.SetComposite525Std(0, Composite525_e(0)); }, "SetComposite525Std: input parameter 0 is not valid"},
+    {[](OutputManager& om) { return om.SetComposite525Std(0, Composite525_e(3)); }, "SetComposite525Std: input parameter 3 is not valid"},
+    {[](OutputManager& om) { return om.SetComposite625Std(0, Composite625_e(3)); }, "SetComposite625Std: input parameter 3 is not valid"},
+    {[](OutputManager& om) { return om.SetAnalogAudioState(0, AnalogAudio_e(0)); }, "SetAnalogAudioState: input parameter 0 is not valid"},
+    {[](OutputManager& om) { return om.SetAnalogAudioState(0, AnalogAudio_e(3)); }, "SetAnalogAudioState: input parameter 3 is not valid"},
+    {[](OutputManager& om) { return om.SetAnalogAudioLevelGain(0, -61); }, "Set analog audio volume with invalid value: -61 dBv."},
+    {[](OutputManager& om) { return om.SetAnalogAudioLevelGain(0, 11); }, "Set analog audio volume with invalid value: 11 dBv."},
+    {[](OutputManager& om) { return om.SetAnalogAudioLevelGain(0, -128); }, "Set analog audio volume with invalid value: -128 dBv."},
+    {[](OutputManager& om) { return om.SetCompositeLine21Cc(Enable_e(0)); }, "SetCompositeLine21Cc: input parameter 0 is not valid"},
+    {[](OutputManager& om) { return om.SetOverlayCcType(OverlayCcType_e(3)); }, "SetOverlayCcType: input parameter 3 is not valid"},
+    {[](OutputManager& om) { return om.SetOverlayCcType(OverlayCcType_e(0)); }, "SetOverlayCcType: input parameter 0 is not valid"},
+    {[](OutputManager& om) { return om.SetOverlayNtscCcDataType(OverlayNtscCcType_e(5)); }, "SetOverlayNtscCcDataType: input parameter 5 is not valid"},
+    {[](OutputManager& om) { return om.SetOverlayNtscCcDataType(OverlayNtscCcType_e(0)); }, "SetOverlayNtscCcDataType: input parameter 0 is not valid"},
+    {[](OutputManager& om) { return om.SetOverlayDtvCcDataType(OverlayDtvCcType_e(7)); }, "SetOverlayDtvCcDataType: input parameter 7 is not valid"},
+    {[](OutputManager& om) { return om.SetOverlayDtvCcDataType(OverlayDtvCcType_e(0)); }, "SetOverlayDtvCcDataType: input parameter 0 is not valid"},
+    {[](OutputManager& om) { return om.SetOverlayCcState(Enable_e(-1)); }, "SetOverlayCcState: input parameter -1 is not valid"},
+};
+
+TEST(OutputManagerValidation, RejectedValueChangesNothing) {
+    for (const auto& c : kRejectCases) {
+        SCOPED_TRACE(c.error);
+        hisiav_test::LogCapture log("hisiav.outputmanager");
+        Rig rig;
+        EXPECT_FALSE(c.call(rig.om));
+        EXPECT_TRUE(log.Has("ERROR", c.error));
+        EXPECT_EQ(rig.Pass(), Calls()) << "no flag raised";
+        rig.d.log.Clear();
+        rig.om.ApplySettings(true);
+        EXPECT_EQ(rig.d.log.Calls(), kDefaultForcedPass) << "nothing stored";
+    }
+}
+
+struct IndexCase {
+    const char* error;
+    std::function<bool(OutputManager&)> call;
+};
+
+const IndexCase kIndexCases[] = {
+    {"SetVideoOutputInterface: video index 1 is out of range (only index 0 exists)",
+     [](OutputManager& om) { return om.SetVideoOutputInterface(1, VIDEO_OUTPUT_INTERFACE_CVBS); }},
+    {"SetVideoFormatMode: video index 1 is out of range (only index 0 exists)",
+     [](OutputManager& om) { return om.SetVideoFormatMode(1, FORMAT_MODE_MANUAL); }},
+    {"SetVideoFormatModeCvbs: video index 1 is out of range (only index 0 exists)",
+     [](OutputManager& om) { return om.SetVideoFormatModeCvbs(1, FORMAT_MODE_MANUAL); }},
+    {"SetVideoFormat: video index 1 is out of range (only index 0 exists)",
+     [](OutputManager& om) { return om.SetVideoFormat(1, k1080p50); }},
+    {"SetVideoFormatCvbs: video index 1 is out of range (only index 0 exists)",
+     [](OutputManager& om) { return om.SetVideoFormatCvbs(1, k1080p50); }},
+    {"SetRasterMode: video index 1 is out of range (only index 0 exists)",
+     [](OutputManager& om) { return om.SetRasterMode(1, RASTER_MODE_ON); }},
+    {"SetRasterColor: video index 1 is out of range (only index 0 exists)",
+     [](OutputManager& om) { return om.SetRasterColor(1, RASTER_COLOR_BLUE); }},
+    {"SetComposite525Std: video index 1 is out of range (only index 0 exists)",
+     [](OutputManager& om) { return om.SetComposite525Std(1, COMPOSITE_525_NTSC); }},
+    {"SetComposite625Std: video index 1 is out of range (only index 0 exists)",
+     [](OutputManager& om) { return om.SetComposite625Std(1, COMPOSITE_625_PAL); }},
+    {"SetAnalogAudioState: audio index 1 is out of range (only index 0 exists)",
+     [](OutputManager& om) { return om.SetAnalogAudioState(1, ANALOG_AUDIO_ON); }},
+    {"SetAnalogAudioLevelGain: audio index 1 is out of range (only index 0 exists)",
+     [](OutputManager& om) { return om.SetAnalogAudioLevelGain(1, 0); }},
+    {"SetHDAspectRatioMode: video index 1 is out of range (only index 0 exists)",
+     [](OutputManager& om) { return om.SetHDAspectRatioMode(1, HD_DISPLAY_MODE_FULL); }},
+    {"SetSDAspectRatioMode: video index 1 is out of range (only index 0 exists)",
+     [](OutputManager& om) { return om.SetSDAspectRatioMode(1, SD_DISPLAY_MODE_FULL); }},
+    {"ApplyVideoFormatSetting: video index 1 is out of range (only index 0 exists)",
+     [](OutputManager& om) { return om.ApplyVideoFormatSetting(1); }},
+    {"ApplyAnalogAudioSetting: audio index 1 is out of range (only index 0 exists)",
+     [](OutputManager& om) { return om.ApplyAnalogAudioSetting(1); }},
+    {"ApplyVideoRasterGroupSetting: video index 1 is out of range (only index 0 exists)",
+     [](OutputManager& om) { return om.ApplyVideoRasterGroupSetting(1); }},
+    {"ApplyVideoColorSpaceSetting: video index 1 is out of range (only index 0 exists)",
+     [](OutputManager& om) { return om.ApplyVideoColorSpaceSetting(1); }},
+    {"SetVideoDirty: video index 1 is out of range (only index 0 exists)",
+     [](OutputManager& om) { om.SetVideoDirty(1); return false; }},
+    {"SetAudioDirty: audio index 1 is out of range (only index 0 exists)",
+     [](OutputManager& om) { om.SetAudioDirty(1); return false; }},
+    {"SetAspectRatioDirty: video index 1 is out of range (only index 0 exists)",
+     [](OutputManager& om) { om.SetAspectRatioDirty(1); return false; }},
+    {"GetFormatMode: video index 1 is out of range (only index 0 exists)",
+     [](OutputManager& om) { return om.GetFormatMode(1) != 0; }},
+    {"GetFormatModeCvbs: video index 1 is out of range (only index 0 exists)",
+     [](OutputManager& om) { return om.GetFormatModeCvbs(1) != 0; }},
+    {"GetVideoFormat: video index 1 is out of range (only index 0 exists)",
+     [](OutputManager& om) { return om.GetVideoFormat(1) != 0; }},
+    {"GetVideoFormatCvbs: video index 1 is out of range (only index 0 exists)",
+     [](OutputManager& om) { return om.GetVideoFormatCvbs(1) != 0; }},
+};
+
+TEST(OutputManagerValidation, OnlyIndexZeroExists) {
+    for (const auto& c : kIndexCases) {
+        SCOPED_TRACE(c.error);
+        hisiav_test::LogCapture log("hisiav.outputmanager");
+        Rig rig;
+        rig.Decoder({1920, 1080, 1, 3, 1});
+        rig.om.SetVideoFormatMode(0, FORMAT_MODE_MANUAL);
+        rig.om.SetVideoFormat(0, k1080p50);
+        rig.om.SetVideoFormatCvbs(0, k576i25);
+        rig.om.SetVideoFormatModeCvbs(0, FORMAT_MODE_MANUAL);
+        rig.Pass();
+        rig.d.log.Clear();
+        EXPECT_FALSE(c.call(rig.om));
+        EXPECT_TRUE(log.Has("ERROR", c.error));
+        EXPECT_EQ(rig.d.log.Calls(), Calls());
+        EXPECT_EQ(rig.Pass(), Calls());
+        EXPECT_EQ(rig.om.GetVideoOutputInterface(), VIDEO_OUTPUT_INTERFACE_HD);
+        EXPECT_EQ(rig.om.GetFormatMode(0), FORMAT_MODE_MANUAL);
+        EXPECT_EQ(rig.om.GetVideoFormat(0), k1080p50);
+        EXPECT_EQ(rig.om.GetVideoFormatCvbs(0), k576i25);
+    }
+}
+
+TEST(OutputManagerGetters, ReportWhatWasStored) {
+    Rig rig;
+    OutputManager& om = rig.om;
+    EXPECT_EQ(om.GetVideoOutputInterface(), VIDEO_OUTPUT_INTERFACE_HD);
+    EXPECT_EQ(om.GetFormatMode(0), 0);
+    EXPECT_EQ(om.GetVideoFormat(0), 0u);
+    om.SetVideoOutputInterface(0, VIDEO_OUTPUT_INTERFACE_CVBS);
+    om.SetVideoFormatMode(0, FORMAT_MODE_MANUAL);
+    om.SetVideoFormatModeCvbs(0, FORMAT_MODE_AUTO);
+    om.SetVideoFormat(0, k2160p60);
+    om.SetVideoFormatCvbs(0, k576i25);
+    EXPECT_EQ(om.GetVideoOutputInterface(), VIDEO_OUTPUT_INTERFACE_CVBS);
+    EXPECT_EQ(om.GetFormatMode(0), FORMAT_MODE_MANUAL);
+    EXPECT_EQ(om.GetFormatModeCvbs(0), FORMAT_MODE_AUTO);
+    EXPECT_EQ(om.GetVideoFormat(0), k2160p60);
+    EXPECT_EQ(om.GetVideoFormatCvbs(0), k576i25);
+}
+
+// The status poll reads the modes and raises the video flag while the
+// configuration thread sets and applies; run under ThreadSanitizer.
+TEST(OutputManagerThreads, StatusPollAndConfigurationMayOverlap) {
+    Rig rig;
+    rig.Decoder({1920, 1080, 1, 3, 1});
+    std::thread status([&] {
+        for (int i = 0; i < 2000; ++i) {
+            rig.om.SetVideoDirty(0);
+            (void)rig.om.GetFormatMode(0);
+            (void)rig.om.GetFormatModeCvbs(0);
+            (void)rig.om.GetVideoOutputInterface();
+            (void)rig.om.GetVideoFormat(0);
+        }
+    });
+    for (int i = 0; i < 300; ++i) {
+        rig.om.SetVideoFormatMode(0, i % 2 ? FORMAT_MODE_MANUAL : FORMAT_MODE_AUTO);
+        rig.om.SetVideoFormat(0, k1080p50);
+        rig.om.ApplySettings(false);
+    }
+    status.join();
+    rig.om.SetVideoFormatMode(0, FORMAT_MODE_MANUAL);
+    EXPECT_EQ(rig.Pass(), Calls({SetFormat(1920, 1080, 2, 6, 1, 2, 1)}));
+}
+
+}  // namespace

@@ -1,0 +1,226 @@
+// Output format selection: scaler table outcomes (regular, irregular and
+// fall-back rows), output modes, SD companion formats, display strings, and
+// the supported-format list.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "output/uhd_vid_format_helper.h"
+#include "output/video_output_format_generator.h"
+#include "tests/platform/log_capture.h"
+
+namespace {
+
+struct Fmt {
+    uint32_t height, width;
+    int scan, rate, aspect;
+};
+
+std::string Describe(const Fmt& f) {
+    return std::to_string(f.height) + "x" + std::to_string(f.width) + " scan " + std::to_string(f.scan) + " rate " +
+           std::to_string(f.rate) + " aspect " + std::to_string(f.aspect);
+}
+
+Fmt Scale(Fmt in, unsigned videoIndex = 0) {
+    auto scan = static_cast<VideoScanType_e>(in.scan);
+    auto rate = static_cast<VideoFrameRate_e>(in.rate);
+    auto aspect = static_cast<VideoAspectRatio_e>(in.aspect);
+    GetValidScalerSettings(in.height, in.width, scan, rate, aspect, videoIndex);
+    return {in.height, in.width, scan, rate, aspect};
+}
+
+void ExpectSame(const Fmt& got, const Fmt& want) {
+    EXPECT_EQ(Describe(got), Describe(want));
+}
+
+TEST(GetValidScalerSettings, MapsInputsOntoScalerOutputs) {
+    struct {
+        const char* why;
+        Fmt in, out;
+    } const cases[] = {
+        {"1080p29.97 passes unchanged", {1080, 1920, 2, 4, 2}, {1080, 1920, 2, 4, 1}},
+        {"1440-wide 1080i: progressive candidate first, interlaced row wins", {1080, 1440, 1, 4, 1}, {1080, 1920, 1, 4, 1}},
+        {"1088-line input is cropped to 1080", {1088, 1920, 1, 3, 1}, {1080, 1920, 1, 3, 1}},
+        {"1100 lines use the 1088 rows", {1100, 1920, 2, 6, 1}, {1080, 1920, 2, 6, 1}},
+        {"2160p 3840 at 59.94 goes up to 60", {2160, 3840, 2, 7, 1}, {2160, 3840, 2, 8, 1}},
+        {"2160p 4096 at 29.97 goes up to 30", {2160, 4096, 2, 4, 1}, {2160, 4096, 2, 5, 1}},
+        {"2160i has no interlaced row: first progressive candidate", {2160, 3840, 1, 3, 1}, {2160, 3840, 2, 3, 1}},
+        {"720p25 becomes 720p50", {720, 1280, 2, 3, 1}, {720, 1280, 2, 6, 1}},
+        {"720p23.976 becomes 720p59.94", {720, 1280, 2, 1, 1}, {720, 1280, 2, 7, 1}},
+        {"720p24 becomes 720p60", {720, 1280, 2, 2, 1}, {720, 1280, 2, 8, 1}},
+        {"720p29.97 becomes 720p59.94", {720, 1280, 2, 4, 1}, {720, 1280, 2, 7, 1}},
+        {"720p30 becomes 720p60", {720, 1280, 2, 5, 1}, {720, 1280, 2, 8, 1}},
+        {"720p50 unchanged", {720, 1280, 2, 6, 1}, {720, 1280, 2, 6, 1}},
+        {"960-wide 720p25 is widened", {720, 960, 2, 3, 2}, {720, 1280, 2, 6, 1}},
+        {"720i has no interlaced row", {720, 1280, 1, 3, 1}, {720, 1280, 2, 6, 1}},
+        {"no 1080 row fits 800 pixels: next lower height", {1080, 800, 2, 6, 1}, {720, 1280, 2, 6, 1}},
+        {"576i25", {576, 720, 1, 3, 2}, {576, 720, 1, 3, 1}},
+        {"576p25 becomes 576p50", {576, 720, 2, 3, 1}, {576, 720, 2, 6, 1}},
+        {"576i50 becomes 576i25", {576, 720, 1, 6, 1}, {576, 720, 1, 3, 1}},
+        {"704-wide 576i25 is widened", {576, 704, 1, 3, 1}, {576, 720, 1, 3, 1}},
+        {"352-wide 576i25 is widened", {576, 352, 1, 3, 1}, {576, 720, 1, 3, 1}},
+        {"480i29.97 comes out at 30", {480, 720, 1, 4, 2}, {480, 720, 1, 5, 1}},
+        {"480p8: row 135 answers before the odd row 141", {480, 720, 2, 8, 1}, {480, 720, 2, 8, 1}},
+        {"480i8: no interlaced row, first candidate progressive", {480, 720, 1, 8, 1}, {480, 720, 2, 8, 1}},
+        {"640-wide 480i25: row 168 gives 576 lines at 30", {480, 640, 1, 3, 1}, {576, 720, 1, 5, 1}},
+        {"640-wide 480i29.97", {480, 640, 1, 4, 1}, {480, 720, 1, 5, 1}},
+        {"528-wide 480p23.976", {480, 528, 2, 1, 1}, {480, 720, 2, 8, 1}},
+        {"frame rate 0 is logged but still matched", {1080, 1920, 2, 0, 1}, {1080, 1920, 2, 1, 1}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.why);
+        ExpectSame(Scale(c.in), c.out);
+    }
+}
+
+TEST(GetValidScalerSettings, FallsBackToStandardDefinition) {
+    struct {
+        const char* why;
+        Fmt in, out;
+    } const cases[] = {
+        {"1080p at rate 9: no row anywhere", {1080, 1920, 2, 9, 2}, {480, 720, 1, 4, 1}},
+        {"576p at rate 9", {576, 720, 2, 9, 1}, {480, 720, 1, 4, 1}},
+        {"300 lines at 50: 576i25, 4:3 kept", {300, 720, 2, 6, 2}, {576, 720, 1, 3, 2}},
+        {"300 lines at 25: 576i25, 16:9 kept", {300, 720, 2, 3, 1}, {576, 720, 1, 3, 1}},
+        {"300 lines at 50: unknown aspect becomes 16:9", {300, 720, 2, 6, 0}, {576, 720, 1, 3, 1}},
+        {"300 lines at 29.97: 480i", {300, 720, 2, 4, 5}, {480, 720, 1, 4, 1}},
+        {"narrower than 352 pixels", {576, 300, 1, 3, 2}, {576, 720, 1, 3, 2}},
+        {"negative frame rate", {1080, 1920, 2, -1, 2}, {480, 720, 1, 4, 2}},
+        {"zero height", {0, 1920, 2, 6, 0}, {576, 720, 1, 3, 1}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.why);
+        ExpectSame(Scale(c.in), c.out);
+    }
+}
+
+TEST(GetValidScalerSettings, LogsBadInputAndIgnoresOtherOutputs) {
+    hisiav_test::LogCapture log("UhdVidFormatHelper");
+    Fmt in{1080, 1920, 2, 6, 2};
+    ExpectSame(Scale(in, 1), in);
+    EXPECT_TRUE(log.Has("ERROR", "OutputManager::GetValidScalerSettings, videoIndex is out of range (0), actual: 1"));
+    Scale({1080, 1920, 2, 0, 1});
+    EXPECT_TRUE(log.Has("ERROR",
+                        "OutputManager::GetValidScalerSettings invalid input: height: 1080, width: 1920, frameRate: 0, "
+                        "videoIndex: 0"));
+}
+
+int Mode(uint32_t height, uint32_t width, int scan, int rate, int aspect) {
+    return getVideoMode(height, width, static_cast<VideoScanType_e>(scan), static_cast<VideoFrameRate_e>(rate),
+                        static_cast<VideoAspectRatio_e>(aspect), 0);
+}
+
+TEST(GetVideoMode, NumbersEveryFamily) {
+    struct {
+        Fmt f;
+        int mode;
+    } const cases[] = {
+        {{2160, 4096, 2, 1, 1}, 7},  {{2160, 4096, 2, 8, 1}, 0},  {{2160, 4096, 2, 9, 1}, 3},
+        {{2160, 3840, 2, 1, 1}, 15}, {{2160, 3840, 2, 8, 1}, 8},  {{2160, 3840, 2, 0, 1}, 11},
+        {{2160, 2000, 2, 6, 1}, 40}, {{1080, 1920, 2, 1, 1}, 23}, {{1080, 1920, 2, 8, 1}, 16},
+        {{1080, 1920, 2, 0, 1}, 19}, {{1080, 1920, 3, 6, 1}, 40}, {{1080, 1920, 1, 3, 1}, 26},
+        {{1080, 1920, 1, 4, 1}, 25}, {{1080, 1920, 1, 5, 1}, 24}, {{1080, 1920, 0, 6, 1}, 24},
+        {{720, 1280, 2, 6, 1}, 31},  {{720, 1280, 2, 7, 1}, 30},  {{720, 1280, 2, 8, 1}, 29},
+        {{576, 720, 1, 3, 1}, 33},   {{576, 720, 1, 3, 2}, 37},   {{576, 720, 1, 3, 0}, 37},
+        {{480, 720, 1, 4, 1}, 35},   {{480, 720, 1, 4, 2}, 39},   {{1000, 1920, 2, 6, 1}, 8},
+        {{0, 0, 0, 0, 0}, 8},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(Mode(c.f.height, c.f.width, c.f.scan, c.f.rate, c.f.aspect), c.mode) << Describe(c.f);
+    }
+}
+
+Fmt SdBeside(Fmt f) {
+    auto scan = static_cast<VideoScanType_e>(f.scan);
+    auto rate = static_cast<VideoFrameRate_e>(f.rate);
+    auto aspect = static_cast<VideoAspectRatio_e>(f.aspect);
+    EXPECT_TRUE(GetSDFormatSimultaneousHD(f.width, f.height, scan, rate, aspect));
+    return {f.height, f.width, scan, rate, aspect};
+}
+
+TEST(GetSDFormatSimultaneousHD, PicksTheSdFamily) {
+    const Fmt pal{576, 720, 1, 3, 1};
+    const Fmt ntsc{480, 720, 1, 4, 1};
+    struct {
+        Fmt hd, sd;
+    } const cases[] = {
+        {{1080, 1920, 2, 6, 2}, pal},  {{1080, 1920, 2, 3, 1}, pal},  {{1080, 1920, 1, 3, 1}, pal},
+        {{720, 1280, 2, 6, 1}, pal},   {{1080, 1920, 2, 8, 1}, ntsc}, {{1080, 1920, 2, 7, 1}, ntsc},
+        {{1080, 1920, 2, 5, 1}, ntsc}, {{1080, 1920, 2, 4, 1}, ntsc}, {{1080, 1920, 2, 2, 1}, ntsc},
+        {{1080, 1920, 2, 1, 1}, ntsc}, {{1080, 1920, 2, 0, 1}, ntsc}, {{1080, 1920, 1, 4, 1}, ntsc},
+        {{1080, 1920, 1, 5, 2}, ntsc}, {{720, 1280, 2, 7, 1}, ntsc},  {{720, 1280, 2, 8, 1}, ntsc},
+        // UHD, SD, invalid and unknown formats stay as they are.
+        {{2160, 3840, 2, 6, 1}, {2160, 3840, 2, 6, 1}},
+        {{576, 720, 1, 3, 2}, {576, 720, 1, 3, 2}},
+        {{480, 720, 2, 8, 2}, {480, 720, 2, 8, 2}},
+        {{1080, 1920, 3, 6, 1}, {1080, 1920, 3, 6, 1}},
+        {{1000, 1920, 2, 6, 1}, {1000, 1920, 2, 6, 1}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(Describe(c.hd));
+        ExpectSame(SdBeside(c.hd), c.sd);
+    }
+}
+
+TEST(TransVideoFormatString, PrintsAndNamesTheBroadcastStandards) {
+    auto s = [](int w, int h, int scan, int rate) {
+        return TransVideoFormatString(w, h, static_cast<VideoScanType_e>(scan), static_cast<VideoFrameRate_e>(rate));
+    };
+    EXPECT_EQ(s(720, 576, 1, 3), "720x576-25I-PAL-BDGI");
+    EXPECT_EQ(s(720, 480, 1, 4), "720x480-29I-NTSC");
+    EXPECT_EQ(s(720, 576, 2, 3), "720x576-25P");
+    EXPECT_EQ(s(1280, 720, 2, 6), "1280x720-50P");
+    EXPECT_EQ(s(1920, 1080, 1, 1), "1920x1080-23I");
+    EXPECT_EQ(s(3840, 2160, 2, 7), "3840x2160-59P");
+    EXPECT_EQ(s(1920, 1080, 3, 8), "1920x1080-60");
+    EXPECT_EQ(s(1920, 1080, 2, 0), "");
+    EXPECT_EQ(s(1920, 1080, 2, 9), "");
+}
+
+TEST(CodeConverters, MapDecoderAttributesToCodeAttributes) {
+    const int scans[][2] = {{0, 0}, {1, 0}, {2, 1}, {3, 2}, {4, 0}};
+    for (auto& p : scans) EXPECT_EQ(GetUhdScanType(static_cast<VideoScanType_e>(p[0])), p[1]) << p[0];
+    const int rates[][2] = {{0, 1}, {1, 1}, {4, 4}, {8, 8}, {9, 1}, {-1, 1}};
+    for (auto& p : rates) EXPECT_EQ(GetUhdFrameRate(static_cast<VideoFrameRate_e>(p[0])), p[1]) << p[0];
+    const int aspects[][2] = {{0, 1}, {1, 3}, {2, 2}, {3, 1}};
+    for (auto& p : aspects) EXPECT_EQ(GetUhdAspectRatio(static_cast<VideoAspectRatio_e>(p[0])), p[1]) << p[0];
+}
+
+TEST(VideoOutputFormatGenerator, ChecksTheSupportedList) {
+    VideoOutputFormatGenerator gen;
+    ASSERT_EQ(gen.Formats().size(), 34u);
+    struct {
+        Fmt f;
+        bool valid;
+        uint32_t code;
+    } const cases[] = {
+        {{1080, 1920, 2, 4, 1}, true, 0x430D0000u},  {{1080, 1920, 2, 4, 2}, false, 0x420D0000u},
+        {{1080, 1920, 1, 3, 1}, true, 0x330C0000u},  {{1080, 1920, 1, 6, 1}, false, 0x630C0000u},
+        {{576, 720, 1, 3, 1}, true, 0x33040000u},    {{576, 720, 1, 3, 2}, true, 0x32040000u},
+        {{480, 720, 1, 4, 2}, true, 0x42000000u},    {{480, 720, 2, 4, 1}, false, 0x43010000u},
+        {{720, 1280, 2, 6, 1}, true, 0x63090000u},   {{720, 1280, 2, 5, 1}, false, 0x53090000u},
+        {{2160, 4096, 2, 1, 1}, true, 0x13150000u},  {{2160, 3840, 2, 8, 1}, true, 0x83110000u},
+        {{2160, 3840, 1, 8, 1}, false, 0x83100000u}, {{1080, 1920, 2, 0, 1}, false, 0x130D0000u},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(Describe(c.f));
+        ValueState_t r = gen.GetFormat(c.f.height, c.f.width, static_cast<VideoScanType_e>(c.f.scan),
+                                       static_cast<VideoFrameRate_e>(c.f.rate),
+                                       static_cast<VideoAspectRatio_e>(c.f.aspect));
+        EXPECT_EQ(r.valid, c.valid);
+        EXPECT_EQ(r.format.GetId(), c.code);
+    }
+}
+
+TEST(VideoOutputFormatGenerator, EveryGeneratorHoldsTheSameList) {
+    VideoOutputFormatGenerator a, b;
+    ASSERT_EQ(a.Formats().size(), b.Formats().size());
+    for (size_t i = 0; i < a.Formats().size(); ++i) EXPECT_EQ(a.Formats()[i].format, b.Formats()[i].format);
+    const auto& row17 = a.Formats()[16];
+    EXPECT_EQ(row17.height, 1080u);
+    EXPECT_EQ(row17.scanType, VIDEO_SCAN_TYPE_PROGRESSIVE);
+    EXPECT_EQ(row17.frameRate, VIDEO_FRAME_RATE_60);
+    EXPECT_EQ(row17.format.GetId(), 0x830D0000u);
+}
+
+}  // namespace
