@@ -1,0 +1,117 @@
+// BoardTest: a gtest fixture over the in-process virtual board. Every test
+// starts from a board at power-on (stbsim::Reset) and leaves it that way. The
+// helpers bring parts of the board up by hand, so an adapter can be tested
+// without the chip bring-up, and read the journal back as call names.
+#pragma once
+
+#include <algorithm>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "platform/hisi_video_decoder.h"
+#include "platform/stb_module.h"
+#include "sim/stbsim.h"
+
+namespace hisiav_test {
+
+// A failure code that no real path of the board produces.
+constexpr int kInjected = 0x1234;
+
+struct BoardHandles {
+    uint32_t av = 0;
+    uint32_t aout = 0;
+    uint32_t vout = 0;
+    uint32_t window = 0;
+};
+
+class BoardTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        stbsim::Reset();
+        ResetVideoDecoderStatics();
+    }
+    void TearDown() override {
+        stbsim::Reset();
+        ResetVideoDecoderStatics();
+    }
+
+    static void ResetVideoDecoderStatics() {
+        HisiVideoDecoder::m_AvHandle = 0;
+        HisiVideoDecoder::m_WindowHandle = 0;
+        HisiVideoDecoder::m_AspectRatio = 0;
+        HisiVideoDecoder::m_ChromaFormat = 0;
+        HisiVideoDecoder::m_NewSrcHeight = 0;
+        HisiVideoDecoder::m_OldSrcHeight = 0;
+    }
+
+    // System, player, audio and video outputs, window: what the chip would
+    // obtain, by hand. The journal is cleared afterwards.
+    BoardHandles BringUpByHand() {
+        BoardHandles h;
+        IpInputParams ip;
+        memset(&ip, 0, sizeof ip);
+        uint32_t word = 0;
+        AvCreateAttr create{4, 0};
+        VoutInitInfo vinit;
+        AoutInitInfo ainit;
+        EXPECT_EQ(system_init(0), 0);
+        EXPECT_EQ(av_init(&word, &ip), 0);
+        EXPECT_EQ(av_create(&h.av, &create, &ip), 0);
+        OutputOpenAttr open{1, -1, h.av};
+        EXPECT_EQ(aout_init(&ainit, &ip), 0);
+        EXPECT_EQ(aout_open(&h.aout, &open, &ip), 0);
+        EXPECT_EQ(vout_init(&vinit, &ip), 0);
+        EXPECT_EQ(vout_open_channel(&h.vout, &open, &ip), 0);
+        EXPECT_EQ(vout_window_create(h.vout, &h.window, 0), 0);
+        EXPECT_EQ(vout_window_attach_input(h.window, 0, h.av), 0);
+        stbsim::ClearJournal();
+        return h;
+    }
+
+    // Configures and starts the player on video 0x100 (H.264), audio 0x101 and
+    // PCR 0x100 of the default input. The journal is cleared afterwards.
+    void PlayDefaultService(uint32_t av) {
+        _AV_SETTING_S s;
+        memset(&s, 0, sizeof s);
+        s.video_type = 5;
+        s.audio_type = 1;
+        s.video_pid = 0x100;
+        s.audio_pid = 0x101;
+        s.pcr_pid = 0x100;
+        EXPECT_EQ(av_set_config(av, &s), 0);
+        EXPECT_EQ(av_start_video(av), 0);
+        EXPECT_EQ(av_start_audio(av), 0);
+        stbsim::ClearJournal();
+    }
+
+    void SetInput(const std::string& scenario) {
+        std::string error;
+        ASSERT_TRUE(stbsim::SetInputText(scenario, &error)) << error;
+    }
+
+    static void Fail(const std::string& function, unsigned count = 1, int code = kInjected) {
+        ASSERT_TRUE(stbsim::InjectFault(function, code, count)) << function;
+    }
+
+    static std::vector<std::string> Calls() {
+        std::vector<std::string> names;
+        for (const auto& e : stbsim::Journal()) names.push_back(e.name);
+        return names;
+    }
+    static size_t CountCalls(const std::string& name) {
+        auto calls = Calls();
+        return static_cast<size_t>(std::count(calls.begin(), calls.end(), name));
+    }
+    static std::vector<std::string> CallsMatching(const std::vector<std::string>& wanted) {
+        std::vector<std::string> names;
+        for (const auto& n : Calls()) {
+            if (std::find(wanted.begin(), wanted.end(), n) != wanted.end()) names.push_back(n);
+        }
+        return names;
+    }
+};
+
+}  // namespace hisiav_test
