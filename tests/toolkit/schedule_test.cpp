@@ -204,7 +204,9 @@ TEST_F(PollerTest, EventCancelledWhilePendingNeverRuns) {
     std::vector<bool> cancelled(kEvents, false);
     std::mt19937 random(12345);
     for (int i = 0; i < kEvents; ++i) {
-        events[i] = schedule.Add([&ran, i] { ran[i] = true; }, random() % 3, false);
+        // Every tenth is far off, so some cancels surely find their event pending.
+        unsigned delay = i % 10 == 0 ? 60000 : random() % 3;
+        events[i] = schedule.Add([&ran, i] { ran[i] = true; }, delay, false);
     }
     for (int i = 0; i < kEvents; i += 2) cancelled[i] = schedule.Cancel(events[i]);
     ASSERT_TRUE(WaitFor([&] { return schedule.PendingCount() == 0; }));
@@ -220,7 +222,7 @@ TEST_F(PollerTest, EventCancelledWhilePendingNeverRuns) {
             EXPECT_TRUE(ran[i].load()) << "event " << i;
         }
     }
-    EXPECT_GT(stopped, 0);
+    EXPECT_GE(stopped, kEvents / 10);
 }
 
 TEST_F(PollerTest, AddAndCancelFromManyThreadsWhileItRuns) {
