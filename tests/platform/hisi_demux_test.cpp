@@ -1,0 +1,279 @@
+// The demux against the virtual board: the player restarts only when the
+// programme settings changed, codec mappings, PID read-back, and every platform
+// failure path by fault injection.
+#include "platform/hisi_demux.h"
+
+#include <cstring>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/platform/board_fixture.h"
+#include "tests/platform/log_capture.h"
+
+namespace {
+
+using hisiav_test::BoardTest;
+using hisiav_test::LogCapture;
+
+const std::vector<std::string> kRestart = {"av_stop", "av_set_config", "av_start_audio", "av_start_video"};
+const std::vector<std::string> kPlayerCalls = {"av_get_config", "av_stop",        "av_set_config",
+                                               "av_start_audio", "av_start_video", "av_reset"};
+
+class DemuxTest : public BoardTest {
+protected:
+    void SetUp() override {
+        BoardTest::SetUp();
+        m_Handles = BringUpByHand();
+        m_Demux.BondAvHandle(m_Handles.av);
+    }
+    std::vector<std::string> PlayerCalls() { return CallsMatching(kPlayerCalls); }
+    std::vector<std::string> ReadThenRestart() {
+        std::vector<std::string> calls = {"av_get_config"};
+        calls.insert(calls.end(), kRestart.begin(), kRestart.end());
+        return calls;
+    }
+
+    LogCapture m_Log{"hisiav.hisidemux"};
+    hisiav_test::BoardHandles m_Handles;
+    HisiDemux m_Demux;
+};
+
+TEST_F(DemuxTest, PlayerRestartsOnlyWhenTheSettingsChanged) {
+    ASSERT_TRUE(m_Demux.SetPid(0x100, ES_TYPE_VIDEO));
+    EXPECT_EQ(PlayerCalls(), ReadThenRestart());
+    EXPECT_TRUE(m_Log.Has("DEBUG", "Send STOP_REQUIRED"));
+    EXPECT_TRUE(m_Log.Has("DEBUG", "UpdateProgSettings progSettings is changed"));
+    EXPECT_TRUE(m_Log.Has("INFO", "HisiVideoDecoder::GetCodec: pcrPid: 0, vidPid: 256, audPid: 0, video type: 0, "
+                                  "audio type: 0, "));
+    EXPECT_EQ(stbsim::State().player.settings.video_pid, 0x100);
+
+    stbsim::ClearJournal();
+    m_Log.Clear();
+    ASSERT_TRUE(m_Demux.SetPid(0x100, ES_TYPE_VIDEO));
+    EXPECT_EQ(PlayerCalls(), std::vector<std::string>{"av_get_config"});
+    EXPECT_TRUE(m_Log.Has("DEBUG", "UpdateProgSettings progSettings is not changed"));
+    EXPECT_FALSE(m_Log.Has("DEBUG", "Send STOP_REQUIRED"));
+}
+
+TEST_F(DemuxTest, EverySetterRestartsOnceForANewValue) {
+    struct Case {
+        const char* name;
+        std::function<bool(HisiDemux&)> set;
+    };
+    const std::vector<Case> cases = {
+        {"audio pid", [](HisiDemux& d) { return d.SetPid(0x101, ES_TYPE_AUDIO, 3); }},
+        {"pcr pid", [](HisiDemux& d) { return d.SetPid(0x100, ES_TYPE_PCR); }},
+        {"service id", [](HisiDemux& d) { return d.SetServiceId(7); }},
+        {"service name", [](HisiDemux& d) { return d.SetServiceName("News"); }},
+        {"video codec", [](HisiDemux& d) { return d.SetServiceVideoCodecType(VIDEO_TYPE_H264); }},
+        {"audio codec", [](HisiDemux& d) { return d.SetServiceAudioCodecType(AUDIO_TYPE_AC3); }},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        stbsim::ClearJournal();
+        ASSERT_TRUE(c.set(m_Demux));
+        EXPECT_EQ(PlayerCalls(), ReadThenRestart());
+        stbsim::ClearJournal();
+        ASSERT_TRUE(c.set(m_Demux));
+        EXPECT_EQ(PlayerCalls(), std::vector<std::string>{"av_get_config"});
+    }
+    auto s = stbsim::State().player.settings;
+    EXPECT_EQ(s.audio_pid, 0x101);
+    EXPECT_EQ(s.pcr_pid, 0x100);
+    EXPECT_EQ(s.service_id, 7);
+    EXPECT_EQ(s.video_type, 5u);
+    EXPECT_EQ(s.audio_type, 4u);
+    EXPECT_EQ(m_Demux.GetServiceId(), 7);
+}
+
+TEST_F(DemuxTest, SettingsChangedOnThePlayerRestartEvenForARememberedPid) {
+    ASSERT_TRUE(m_Demux.SetPid(0x101, ES_TYPE_AUDIO));
+    _AV_SETTING_S s;
+    ASSERT_EQ(av_get_config(m_Handles.av, &s), 0);
+    s.service_id = 99;
+    ASSERT_EQ(av_set_config(m_Handles.av, &s), 0);
+    stbsim::ClearJournal();
+    ASSERT_TRUE(m_Demux.SetPid(0x101, ES_TYPE_AUDIO));
+    EXPECT_EQ(PlayerCalls(), ReadThenRestart());
+}
+
+TEST_F(DemuxTest, ExtraStreamsAndTypeTwoNeverRestartThePlayer) {
+    for (EsType_e type : {ES_TYPE_EXTRA, ES_TYPE_EXTRA_INDEXED, ES_TYPE_NONE, static_cast<EsType_e>(9)}) {
+        SCOPED_TRACE(type);
+        stbsim::ClearJournal();
+        EXPECT_TRUE(m_Demux.SetPid(0x300, type, 2));
+        EXPECT_EQ(PlayerCalls(), std::vector<std::string>{"av_get_config"});
+    }
+    EXPECT_EQ(m_Demux.GetPid(ES_TYPE_EXTRA), 0x300);
+    EXPECT_EQ(m_Demux.GetPid(ES_TYPE_EXTRA_INDEXED, 2), 0x300);
+    EXPECT_EQ(m_Demux.GetPid(ES_TYPE_EXTRA_INDEXED, 1), 0);
+    EXPECT_EQ(m_Demux.GetPid(ES_TYPE_NONE), 0);
+}
+
+TEST_F(DemuxTest, IndexOutOfRangeIsRefusedAfterOnlyTheSettingsRead) {
+    for (EsType_e type : {ES_TYPE_AUDIO, ES_TYPE_EXTRA_INDEXED}) {
+        SCOPED_TRACE(type);
+        stbsim::ClearJournal();
+        EXPECT_FALSE(m_Demux.SetPid(0x101, type, 4));
+        EXPECT_EQ(PlayerCalls(), std::vector<std::string>{"av_get_config"});
+    }
+    EXPECT_EQ(m_Demux.GetPid(ES_TYPE_EXTRA_INDEXED, 4), 0);
+    EXPECT_TRUE(m_Log.Has("ERROR", "Index 4 is invalid"));
+}
+
+TEST_F(DemuxTest, CodecTypesMapOntoThePlatformCodes) {
+    struct VideoCase {
+        int type;
+        uint32_t platform;
+        const char* text;
+    };
+    const VideoCase video[] = {
+        {1, 0, "\tVideo Stream Type MPEG2\n"}, {2, 5, "\tVideo Stream Type H264\n"},
+        {3, 38, "\tVideo Stream Type HEVC\n"}, {4, 0, "\tVideo Stream Type error\n"},
+        {5, 2, "\tVideo Stream Type AVS\n"},   {6, 44, "\tVideo Stream Type AVS2\n"},
+        {0, 0, "\tVideo Stream Type error\n"},
+    };
+    for (const VideoCase& c : video) {
+        SCOPED_TRACE(c.type);
+        m_Log.Clear();
+        ASSERT_TRUE(m_Demux.SetServiceVideoCodecType(static_cast<VideoType_e>(c.type)));
+        EXPECT_EQ(stbsim::State().player.settings.video_type, c.platform);
+        EXPECT_TRUE(m_Log.Has("DEBUG", c.text));
+    }
+    struct AudioCase {
+        int type;
+        uint32_t platform;
+        const char* text;
+    };
+    const AudioCase audio[] = {
+        {1, 0, "\tAudio Stream Type MPGE1\n"}, {2, 1, "\tAudio Stream Type MPGE2\n"},
+        {3, 4, "\tAudio Stream Type AC3\n"},   {4, 1, "\tAudio Stream Type error\n"},
+        {5, 5, "\tAudio Stream Type EAC3\n"},  {6, 2, "\tAudio Stream Type AAC\n"},
+        {7, 3, "\tAudio Stream Type AAC\n"},   {8, 53, "\tAudio Stream Type DRA\n"},
+        {0, 1, "\tAudio Stream Type error\n"},
+    };
+    for (const AudioCase& c : audio) {
+        SCOPED_TRACE(c.type);
+        m_Log.Clear();
+        ASSERT_TRUE(m_Demux.SetServiceAudioCodecType(static_cast<AudioType_e>(c.type)));
+        EXPECT_EQ(stbsim::State().player.settings.audio_type, c.platform);
+        EXPECT_TRUE(m_Log.Has("DEBUG", c.text));
+    }
+}
+
+TEST_F(DemuxTest, PidsReadBackAreThePlayersPidsInUse) {
+    PlayDefaultService(m_Handles.av);
+    EXPECT_EQ(m_Demux.GetPid(ES_TYPE_VIDEO), 0x100);
+    EXPECT_EQ(m_Demux.GetPid(ES_TYPE_AUDIO, 3), 0x101);  // the index does not matter
+    EXPECT_EQ(m_Demux.GetPid(ES_TYPE_PCR), 0x100);
+    EXPECT_TRUE(m_Log.Has("DEBUG", "GetPid: EsType - 0, Index - 3"));
+}
+
+// A shorter name keeps the player's bytes behind it; a longer one is cut at the
+// end of the record.
+TEST_F(DemuxTest, ServiceNameOverwritesOnlyItsOwnBytes) {
+    ASSERT_TRUE(m_Demux.SetServiceName("Channel Nine"));
+    EXPECT_EQ(m_Demux.GetServiceName(), "Channel Nine");
+    ASSERT_TRUE(m_Demux.SetServiceName("BBC"));
+    EXPECT_EQ(m_Demux.GetServiceName(), "BBCnnel Nine");
+    ASSERT_TRUE(m_Demux.SetServiceName(std::string(50, 'x')));
+    EXPECT_EQ(m_Demux.GetServiceName(), std::string(34, 'x'));
+}
+
+TEST_F(DemuxTest, FailedSettingsReadFailsTheSetterAndChangesNothing) {
+    struct Case {
+        const char* name;
+        std::function<bool(HisiDemux&)> set;
+    };
+    const std::vector<Case> cases = {
+        {"SetPid", [](HisiDemux& d) { return d.SetPid(0x100, ES_TYPE_VIDEO); }},
+        {"SetServiceName", [](HisiDemux& d) { return d.SetServiceName("x"); }},
+        {"SetServiceId", [](HisiDemux& d) { return d.SetServiceId(3); }},
+        {"SetServiceVideoCodecType", [](HisiDemux& d) { return d.SetServiceVideoCodecType(VIDEO_TYPE_HEVC); }},
+        {"SetServiceAudioCodecType", [](HisiDemux& d) { return d.SetServiceAudioCodecType(AUDIO_TYPE_DRA); }},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        stbsim::ClearJournal();
+        Fail("av_get_config");
+        EXPECT_FALSE(c.set(m_Demux));
+        EXPECT_TRUE(m_Log.Has("ERROR", std::string(c.name) + " av_get_config error"));
+        EXPECT_EQ(PlayerCalls(), std::vector<std::string>{"av_get_config"});
+    }
+    _AV_SETTING_S zero;
+    memset(&zero, 0, sizeof zero);
+    auto s = stbsim::State().player.settings;
+    EXPECT_EQ(memcmp(&s, &zero, sizeof s), 0);
+}
+
+TEST_F(DemuxTest, FailedReadsGiveTheirDefaults) {
+    Fail("av_get_config", 2);
+    EXPECT_EQ(m_Demux.GetServiceName(), "Undefined");
+    EXPECT_EQ(m_Demux.GetServiceId(), 0);
+    EXPECT_TRUE(m_Log.Has("ERROR", "GetServiceName av_get_config error"));
+    EXPECT_TRUE(m_Log.Has("ERROR", "GetServiceId av_get_config error"));
+    PlayDefaultService(m_Handles.av);
+    Fail("av_get_status_info");
+    EXPECT_EQ(m_Demux.GetPid(ES_TYPE_VIDEO), 0);
+    EXPECT_TRUE(m_Log.Has("ERROR", "GetPid: av_get_status_info failed"));
+}
+
+// A failed stop or configuration is logged but reported as success, and the
+// settings count as applied: the next setter then finds the player's own
+// (older) settings different and applies those. A failed start is reported.
+TEST_F(DemuxTest, RestartFailures) {
+    struct Case {
+        const char* function;
+        const char* text;
+        bool result;
+        std::vector<std::string> calls;
+        bool nextRestarts;
+    };
+    const Case cases[] = {
+        {"av_stop", "UpdateProgSettings stop av failed", true, {"av_get_config", "av_stop"}, true},
+        {"av_set_config", "UpdateProgSettings av set config error", true,
+         {"av_get_config", "av_stop", "av_set_config"}, true},
+        {"av_start_audio", "UpdateProgSettings av start error", false, ReadThenRestart(), false},
+        {"av_start_video", "UpdateProgSettings av start error", false, ReadThenRestart(), false},
+    };
+    uint16_t pid = 0x200;
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.function);
+        stbsim::ClearJournal();
+        Fail(c.function);
+        EXPECT_EQ(m_Demux.SetPid(++pid, ES_TYPE_VIDEO), c.result);
+        EXPECT_TRUE(m_Log.Has("ERROR", c.text));
+        EXPECT_EQ(PlayerCalls(), c.calls);
+        uint16_t onPlayer = stbsim::State().player.settings.video_pid;
+        stbsim::ClearJournal();
+        EXPECT_TRUE(m_Demux.SetPid(pid, ES_TYPE_VIDEO));
+        EXPECT_EQ(PlayerCalls(), c.nextRestarts ? ReadThenRestart() : std::vector<std::string>{"av_get_config"});
+        EXPECT_EQ(stbsim::State().player.settings.video_pid, onPlayer);
+    }
+}
+
+TEST_F(DemuxTest, ClearBufferAlwaysStopsResetsAndRestarts) {
+    ASSERT_TRUE(m_Demux.SetPid(0x100, ES_TYPE_VIDEO));
+    stbsim::ClearJournal();
+    EXPECT_TRUE(m_Demux.ClearBuffer());
+    EXPECT_EQ(PlayerCalls(),
+              (std::vector<std::string>{"av_stop", "av_reset", "av_stop", "av_set_config", "av_start_audio",
+                                        "av_start_video"}));
+    Fail("av_reset");
+    EXPECT_TRUE(m_Demux.ClearBuffer());  // the reset's result is not looked at
+}
+
+TEST_F(DemuxTest, ProgSettingsAreThePendingCopy) {
+    ASSERT_TRUE(m_Demux.SetServiceId(12));
+    _AV_SETTING_S out;
+    memset(&out, 0xFF, sizeof out);
+    EXPECT_EQ(m_Demux.GetProgSettings(&out), 0);
+    EXPECT_EQ(out.service_id, 12);
+    EXPECT_EQ(m_Demux.UpdateProgSettings(), 0);
+    EXPECT_TRUE(m_Log.Has("DEBUG", "UpdateProgSettings progSettings is not changed"));
+}
+
+}  // namespace
