@@ -294,27 +294,35 @@ _VOUT_FORMAT_E OutputManager::CompositeStandard(unsigned idx, const Format& f) c
 }
 
 // The automatic mode follows the decoder; the composite interface only carries
-// 480 or 576 lines; the HD interface goes through the scaler table. The result
-// of SetFormat is deliberately not reported: the pass returns false.
-bool OutputManager::ApplyVideoFormatSetting(unsigned idx) {
-    if (!CheckVideoIndex(__func__, idx)) return false;
-    const VideoOutputInterface_e iface = m_VideoOutputInterface;
+// 480 or 576 lines; the HD interface goes through the scaler table. False when
+// the decoder has not recognised its input yet.
+bool OutputManager::OutputFormat(const char* fn, unsigned idx, VideoOutputInterface_e iface, Format& f) {
     const bool hd = iface == VIDEO_OUTPUT_INTERFACE_HD;
     const VideoSettings_t& s = hd ? m_HdVideoSettings[idx] : m_CompositeVideoSettings[idx];
     const FormatMode_e mode = s.formatMode;
-    Format f = RequestedFormat(__func__, mode, s.videoFormat);
+    f = RequestedFormat(fn, mode, s.videoFormat);
     if (mode != FORMAT_MODE_MANUAL && (f.width == 0 || f.height == 0 || f.frameRate == 0)) {
-        LogDebug(m_Log, "%s() Decoder is not initialized return false", __func__);
+        LogDebug(m_Log, "%s() Decoder is not initialized return false", fn);
         return false;
     }
-    if (!hd && f.height != 480 && f.height != 576) {
-        f = {720, 480, VIDEO_SCAN_TYPE_INTERLACED, VIDEO_FRAME_RATE_29_97, VIDEO_ASPECT_RATIO_16X9};
+    if (!hd) {
+        if (f.height != 480 && f.height != 576) {
+            f = {720, 480, VIDEO_SCAN_TYPE_INTERLACED, VIDEO_FRAME_RATE_29_97, VIDEO_ASPECT_RATIO_16X9};
+        }
+        return true;
     }
-    if (hd) {
-        GetValidScalerSettings(f.height, f.width, f.scanType, f.frameRate, f.aspectRatio, 0);
-        LogDebug(m_Log, "%s ValidScale => width[%d]-height[%d]-scanType[%d]-frameRate[%d]-aspectRatio[%d]", __func__,
-                 static_cast<int>(f.width), static_cast<int>(f.height), f.scanType, f.frameRate, f.aspectRatio);
-    }
+    GetValidScalerSettings(f.height, f.width, f.scanType, f.frameRate, f.aspectRatio, 0);
+    LogDebug(m_Log, "%s ValidScale => width[%d]-height[%d]-scanType[%d]-frameRate[%d]-aspectRatio[%d]", fn,
+             static_cast<int>(f.width), static_cast<int>(f.height), f.scanType, f.frameRate, f.aspectRatio);
+    return true;
+}
+
+// The result of SetFormat is deliberately not reported: the pass returns false.
+bool OutputManager::ApplyVideoFormatSetting(unsigned idx) {
+    if (!CheckVideoIndex(__func__, idx)) return false;
+    const VideoOutputInterface_e iface = m_VideoOutputInterface;
+    Format f;
+    if (!OutputFormat(__func__, idx, iface, f)) return false;
     const int videoMode = getVideoMode(f.height, f.width, f.scanType, f.frameRate, f.aspectRatio, 0);
     LogDebug(m_Log, "%s width[%d]-height[%d]-scanType[%d]-frameRate[%d] => videoMode[%d]", __func__,
              static_cast<int>(f.width), static_cast<int>(f.height), f.scanType, f.frameRate, videoMode);
@@ -337,11 +345,13 @@ bool OutputManager::ApplyAnalogAudioSetting(unsigned idx) {
 
 bool OutputManager::ApplyOverlayCcSetting() {
     if (!m_OverlayCcEnabled) return m_ClosedCaption.SetOverlayCcState(false);
+    // An unknown overlay type selects no caption data and counts as a failure.
     bool type = false;
-    switch (m_OverlayCcType.load()) {
-        case OVERLAY_CC_TYPE_NTSC: type = m_ClosedCaption.SetOverlayCc(OVERLAY_CC_TYPE_NTSC, m_OverlayNtscCcDataType.load()); break;
-        case OVERLAY_CC_TYPE_DTV: type = m_ClosedCaption.SetOverlayCc(OVERLAY_CC_TYPE_DTV, m_OverlayDtvCcDataType.load()); break;
-        default: break;
+    const OverlayCcType_e overlayType = m_OverlayCcType;
+    if (overlayType == OVERLAY_CC_TYPE_NTSC) {
+        type = m_ClosedCaption.SetOverlayCc(overlayType, m_OverlayNtscCcDataType.load());
+    } else if (overlayType == OVERLAY_CC_TYPE_DTV) {
+        type = m_ClosedCaption.SetOverlayCc(overlayType, m_OverlayDtvCcDataType.load());
     }
     bool state = m_ClosedCaption.SetOverlayCcState(true);
     return type || state;

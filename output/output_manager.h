@@ -134,6 +134,8 @@ private:
     // host's code in manual mode.
     Format RequestedFormat(const char* fn, FormatMode_e mode, uint32_t code);
     static Format DecodeManualFormat(uint32_t code);
+    // The format to put out on `iface`; false when the decoder has nothing yet.
+    bool OutputFormat(const char* fn, unsigned idx, VideoOutputInterface_e iface, Format& f);
     _VOUT_FORMAT_E CompositeStandard(unsigned idx, const Format& f) const;
 
     log4cpp::Category& m_Log;

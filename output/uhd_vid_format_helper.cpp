@@ -284,7 +284,8 @@ void GetValidScalerSettings(uint32_t& height, uint32_t& width, VideoScanType_e& 
         return;
     }
     if (height == 0 || width == 0 || frameRate == 0) {
-        hisiav::LogError(HelperLog(), "OutputManager::%s invalid input: height: %d, width: %d, frameRate: %d, videoIndex: %d",
+        hisiav::LogError(HelperLog(),
+                         "OutputManager::%s invalid input: height: %d, width: %d, frameRate: %d, videoIndex: %d",
                          __func__, static_cast<int>(height), static_cast<int>(width), static_cast<int>(frameRate),
                          static_cast<int>(videoIndex));
     }

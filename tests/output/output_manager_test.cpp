@@ -233,14 +233,18 @@ TEST(OutputManagerAudioAndCaptions, OverlayDataGoesToTheMatchingOverload) {
 }
 
 TEST(OutputManagerAudioAndCaptions, ResultIsTheOrOfThePlatformResults) {
+    const std::vector<const char*> audio = {"SetMute", "SetAnalogVolume"};
     struct {
+        bool overlayOn;
         std::vector<const char*> audioFailing, captionFailing;
         bool result;
     } const cases[] = {
-        {{"SetMute"}, {}, true},
-        {{"SetMute", "SetAnalogVolume"}, {"SetOverlayCcState"}, true},
-        {{"SetMute", "SetAnalogVolume"}, {"SetOverlayCcState", "SetVbiLine21CcState"}, true},  // SetOverlayCc succeeded
-        {{"SetMute", "SetAnalogVolume"}, {"SetOverlayCcState", "SetVbiLine21CcState", "SetOverlayCc"}, false},
+        {true, {"SetMute"}, {}, true},
+        {true, audio, {"SetOverlayCcState"}, true},
+        {true, audio, {"SetOverlayCcState", "SetVbiLine21CcState"}, true},  // SetOverlayCc succeeded
+        {true, audio, {"SetOverlayCcState", "SetVbiLine21CcState", "SetOverlayCc"}, false},
+        {false, audio, {"SetVbiLine21CcState"}, true},  // switching the overlay off succeeded
+        {false, audio, {"SetVbiLine21CcState", "SetOverlayCcState"}, false},
     };
     for (const auto& c : cases) {
         Rig rig;
@@ -248,7 +252,7 @@ TEST(OutputManagerAudioAndCaptions, ResultIsTheOrOfThePlatformResults) {
         for (auto op : c.captionFailing) rig.d.closedCaption.FailOn(op);
         rig.om.SetOverlayCcType(OVERLAY_CC_TYPE_NTSC);
         rig.om.SetOverlayNtscCcDataType(OVERLAY_NTSC_CC1);
-        rig.om.SetOverlayCcState(ENABLE_STATE_ENABLE);
+        rig.om.SetOverlayCcState(c.overlayOn ? ENABLE_STATE_ENABLE : ENABLE_STATE_DISABLE);
         rig.om.SetAudioDirty(0);
         EXPECT_EQ(rig.om.ApplySettings(false), c.result) << c.audioFailing.size() << "/" << c.captionFailing.size();
     }
