@@ -1,0 +1,210 @@
+// The virtual board's handles and families as a daemon drives them: bring-up,
+// tear-down, unknown handles, fault injection, journal, upgrade requests.
+#include <functional>
+#include <regex>
+#include <vector>
+
+#include "tests/sim/sim_fixture.h"
+
+namespace simtest {
+namespace {
+
+class BoardLifecycleTest : public SimTest {};
+
+TEST_F(BoardLifecycleTest, DaemonBringUpAndTearDownSucceedInTheDaemonsOrder) {
+    const Handles h = BringUp();
+    stbsim::BoardState st = stbsim::State();
+    EXPECT_TRUE(st.systemInitialised);
+    EXPECT_EQ(st.display.attr.format, 11u);
+    EXPECT_EQ(st.display.attr.rate, 64u);
+    EXPECT_EQ(st.display.windowInput, h.av);
+    EXPECT_EQ(st.audio.trackInput, h.av);
+    EXPECT_TRUE(st.captions.started);
+    // Kinds differ, so no two handles collide.
+    EXPECT_NE(h.av, h.vout);
+    EXPECT_NE(h.window, h.track);
+
+    // Tear-down exactly as the chip makes it, captions last (after system_deinit).
+    EXPECT_EQ(av_stop(h.av), 0);
+    EXPECT_EQ(aout_track_detach_input(h.track, 0, h.av), 0);
+    EXPECT_EQ(aout_track_destroy(h.track), 0);
+    EXPECT_EQ(vout_window_close(h.window), 0);
+    EXPECT_EQ(vout_window_detach_input(h.window, 0, h.av), 0);
+    EXPECT_EQ(av_destory(h.av), 0);
+    EXPECT_EQ(av_deinit(), 0);
+    EXPECT_EQ(vout_window_destroy(h.vout, h.window, 0), 0);
+    EXPECT_EQ(vout_close_channel(h.vout, 0), 0);
+    EXPECT_EQ(vout_deinit(), 0);
+    EXPECT_EQ(aout_close(h.aout, 0), 0);
+    EXPECT_EQ(aout_deinit(0), 0);
+    EXPECT_EQ(system_deinit(), 0);
+    EXPECT_EQ(cc_deinit(), 0);
+    EXPECT_EQ(cc_stop(), 0);
+    EXPECT_EQ(cc_destroy(), 0);
+    st = stbsim::State();
+    EXPECT_FALSE(st.systemInitialised);
+    EXPECT_FALSE(st.player.exists);
+    EXPECT_FALSE(st.captions.created);
+}
+
+TEST_F(BoardLifecycleTest, CallsWithHandlesThatDoNotExistFail) {
+    const Handles h = BringUp();
+    uint32_t spare = 0;
+    VoutDisplayAttr attr;
+    const struct {
+        const char* what;
+        std::function<int()> call;
+        int code;
+    } cases[] = {
+        {"made-up player", [] { return av_start_video(0x1234); }, stbsim::kErrInvalidHandle},
+        {"zero handle", [] { return av_stop(0); }, stbsim::kErrInvalidHandle},
+        {"vout handle as player", [&] { return av_start_audio(h.vout); }, stbsim::kErrInvalidHandle},
+        {"player handle as window", [&] { return vout_window_open(h.av); }, stbsim::kErrInvalidHandle},
+        {"track handle as output", [&] { return aout_set_mute(h.track, 1, true); }, stbsim::kErrInvalidHandle},
+        {"display of a window", [&] { return vout_display_get(h.window, &attr); }, stbsim::kErrInvalidHandle},
+        {"second player", [&] {
+             AvCreateAttr a{4, 0};
+             return av_create(&spare, &a, nullptr);
+         }, stbsim::kErrNoResource},
+        {"null record", [&] { return av_get_status_info(h.av, nullptr); }, stbsim::kErrNullPointer},
+        {"detach another player", [&] { return vout_window_detach_input(h.window, 0, h.av + 1); }, stbsim::kErrInvalidParam},
+        {"unknown display format", [&] {
+             VoutDisplayAttr a{};
+             a.format = 5;
+             a.rate = 64;
+             return vout_display_set(h.vout, &a);
+         }, stbsim::kErrInvalidParam},
+        {"volume above 0 dB", [&] { return aout_set_volume(h.aout, AOUT_DEVICE_ANALOG, false, 1); }, stbsim::kErrInvalidParam},
+        {"volume on another device", [&] { return aout_set_volume(h.aout, static_cast<_AOUT_DEVICE_TYPE_E>(2), true, 5); },
+         stbsim::kErrInvalidParam},
+        {"second caption instance", [] {
+             CcCreateParam p{1};
+             return cc_creat(&p);
+         }, stbsim::kErrBadState},
+    };
+    for (const auto& c : cases) EXPECT_EQ(c.call(), c.code) << c.what;
+
+    // A destroyed player's handle is dead, and a new player gets a new handle.
+    ASSERT_EQ(av_destory(h.av), 0);
+    EXPECT_EQ(av_start_video(h.av), stbsim::kErrInvalidHandle);
+    EXPECT_EQ(av_destory(h.av), stbsim::kErrInvalidHandle);
+    AvCreateAttr a{4, 0};
+    uint32_t again = 0;
+    ASSERT_EQ(av_create(&again, &a, nullptr), 0);
+    EXPECT_NE(again, h.av);
+}
+
+TEST_F(BoardLifecycleTest, FamiliesNeedTheirInitialisation) {
+    uint32_t word = 0, handle = 0;
+    AvCreateAttr a{4, 0};
+    CcInitParam cc{2};
+    VoutInitInfo vi;
+    EXPECT_EQ(av_init(&word, nullptr), stbsim::kErrNotInitialised);
+    EXPECT_EQ(vout_init(&vi, nullptr), stbsim::kErrNotInitialised);
+    EXPECT_EQ(cc_init(&cc), stbsim::kErrNotInitialised);
+    EXPECT_EQ(system_deinit(), stbsim::kErrNotInitialised);
+    ASSERT_EQ(system_init(0), 0);
+    EXPECT_EQ(av_create(&handle, &a, nullptr), stbsim::kErrNotInitialised);
+    EXPECT_EQ(av_init(&word, nullptr), 0);
+    EXPECT_EQ(av_create(&handle, &a, nullptr), 0);
+    // system_deinit releases the player; its handle dies with it.
+    EXPECT_EQ(system_deinit(), 0);
+    EXPECT_EQ(av_start_video(handle), stbsim::kErrInvalidHandle);
+}
+
+TEST_F(BoardLifecycleTest, InjectedFaultsFailTheNextCallsWithoutEffect) {
+    const Handles h = BringUp();
+    ASSERT_TRUE(stbsim::InjectFault("av_start_video", 0x1234, 2));
+    EXPECT_EQ(av_start_video(h.av), 0x1234);
+    EXPECT_EQ(av_start_video(h.av), 0x1234);
+    EXPECT_FALSE(stbsim::State().player.videoStarted);
+    EXPECT_EQ(av_start_video(h.av), 0);
+    EXPECT_TRUE(stbsim::State().player.videoStarted);
+
+    // A fault beats the checks: even an unknown handle gets the injected code.
+    ASSERT_TRUE(stbsim::InjectFault("vout_window_open", -7));
+    EXPECT_EQ(vout_window_open(0xdead), -7);
+    EXPECT_EQ(vout_window_open(0xdead), stbsim::kErrInvalidHandle);
+
+    // Count 0 withdraws a fault; unknown names are refused.
+    ASSERT_TRUE(stbsim::InjectFault("av_stop", 0x55, 5));
+    ASSERT_TRUE(stbsim::InjectFault("av_stop", 0x55, 0));
+    EXPECT_EQ(av_stop(h.av), 0);
+    EXPECT_FALSE(stbsim::InjectFault("av_stopp", 1));
+}
+
+TEST_F(BoardLifecycleTest, JournalRecordsEveryCallWithArgumentsAndResult) {
+    ASSERT_EQ(system_init(0), 0);
+    uint32_t word = 0, av = 0;
+    AvCreateAttr a{4, 0};
+    IpInputParams ip{};
+    ip.ip = 0xEF010203;
+    ip.port = 1234;
+    ASSERT_EQ(av_init(&word, &ip), 0);
+    ASSERT_EQ(av_create(&av, &a, &ip), 0);
+    EXPECT_EQ(av_start_video(0x42), stbsim::kErrInvalidHandle);
+    ASSERT_TRUE(stbsim::InjectFault("av_stop", 0x77));
+    EXPECT_EQ(av_stop(av), 0x77);
+
+    const auto j = stbsim::Journal();
+    ASSERT_EQ(j.size(), 5u);
+    const char* names[] = {"system_init", "av_init", "av_create", "av_start_video", "av_stop"};
+    for (size_t i = 0; i < j.size(); ++i) {
+        EXPECT_EQ(j[i].name, names[i]);
+        if (i) {
+            EXPECT_GE(j[i].timeUs, j[i - 1].timeUs);
+        }
+    }
+    EXPECT_NE(j[1].args.find("input=239.1.2.3:1234"), std::string::npos) << j[1].args;
+    char handle[16];
+    snprintf(handle, sizeof handle, "%#x", av);
+    EXPECT_NE(j[2].args.find(std::string("handle=") + handle), std::string::npos) << j[2].args;
+    EXPECT_EQ(j[3].result, stbsim::kErrInvalidHandle);
+    EXPECT_NE(j[4].args.find("fault=injected"), std::string::npos);
+    EXPECT_EQ(j[4].result, 0x77);
+
+    const std::regex line(R"(\d+ \w+\(.*\) = (0|0x[0-9a-f]+))");
+    EXPECT_TRUE(std::regex_match(j[3].ToString(), line)) << j[3].ToString();
+    EXPECT_NE(j[3].ToString().find("av_start_video(handle=0x42) = 0x80a10002"), std::string::npos);
+    stbsim::ClearJournal();
+    EXPECT_TRUE(stbsim::Journal().empty());
+}
+
+TEST_F(BoardLifecycleTest, UpgradeRequestsAreRecordedWithoutSystemInit) {
+    EXPECT_EQ(system_upgrade("/sdcard/update.zip"), 0);
+    EXPECT_EQ(system_upgrade("/tmp/other.zip"), 0);
+    EXPECT_EQ(system_upgrade(nullptr), stbsim::kErrNullPointer);
+    const auto st = stbsim::State();
+    ASSERT_EQ(st.upgrades.size(), 2u);
+    EXPECT_EQ(st.upgrades[0], "/sdcard/update.zip");
+    EXPECT_EQ(stbsim::Journal().front().args, "path=\"/sdcard/update.zip\"");
+}
+
+TEST_F(BoardLifecycleTest, CaptionsFollowStopDestroyCreateAndKeepAttributes) {
+    BringUp();
+    // The caption re-initialisation the daemon makes for overlay type 1.
+    CcCreateParam analog{0};
+    CcAttr attr;
+    EXPECT_EQ(cc_stop(), 0);
+    EXPECT_EQ(cc_destroy(), 0);
+    EXPECT_EQ(cc_getAttr(&attr), stbsim::kErrBadState);
+    EXPECT_EQ(cc_creat(&analog), 0);
+    EXPECT_EQ(cc_set_window(0, 0, 1280, 720), 0);
+    EXPECT_EQ(cc_start(), 0);
+    ASSERT_EQ(cc_getAttr(&attr), 0);
+    attr.source = 0;
+    attr.analog_mode = 3;
+    attr.data_type = 0;
+    EXPECT_EQ(cc_setAttr(&attr), 0);
+    EXPECT_EQ(cc_send_VBI_enable(true), 0);
+    EXPECT_EQ(cc_show_subtitle_enable(true), 0);
+    const auto st = stbsim::State().captions;
+    EXPECT_EQ(st.createSource, 0u);
+    EXPECT_EQ(st.attr.analog_mode, 3u);
+    EXPECT_EQ(st.window[2], 1280u);
+    EXPECT_TRUE(st.vbi);
+    EXPECT_TRUE(st.subtitles);
+}
+
+}  // namespace
+}  // namespace simtest

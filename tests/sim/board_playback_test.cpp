@@ -1,0 +1,256 @@
+// The virtual board while playing: counters and PTS against the clock, PIDs
+// in use, the codes of the status and stream information records, scenario
+// changes over time and the format-change callback from the board's thread.
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+#include "tests/sim/sim_fixture.h"
+
+namespace simtest {
+namespace {
+
+class BoardPlaybackTest : public SimTest {};
+
+TEST_F(BoardPlaybackTest, CountersAndPtsAdvanceWhilePlayingAndHoldWhenStopped) {
+    const Handles h = BringUp();
+    Play(h.av, 0x100, 5, 0x101, 1, 0x100);
+    const AvStatusInfo first = Status(h.av);
+    ASSERT_TRUE(WaitFor([&] {
+        const AvStatusInfo now = Status(h.av);
+        return now.video_frame_count > first.video_frame_count + 2 && now.audio_frame_count > first.audio_frame_count &&
+               now.audio_pts > first.audio_pts;
+    }));
+
+    ASSERT_EQ(av_stop(h.av), 0);
+    const AvStatusInfo stopped = Status(h.av);
+    WaitClock(120);  // three frame periods at 25 frames per second
+    const AvStatusInfo later = Status(h.av);
+    EXPECT_EQ(later.video_frame_count, stopped.video_frame_count);
+    EXPECT_EQ(later.audio_frame_count, stopped.audio_frame_count);
+    EXPECT_EQ(later.audio_pts, stopped.audio_pts);
+    EXPECT_EQ(later.video_state, 0u);
+
+    // Clearing the buffers restarts the frame count.
+    ASSERT_EQ(av_reset(h.av, 1), 0);
+    EXPECT_EQ(Status(h.av).video_frame_count, 0u);
+}
+
+TEST_F(BoardPlaybackTest, PtsWrapsAt33Bits) {
+    Input("service 1\nvideo pid=0x100\naudio pid=0x101 pts=8589934000\n");
+    const Handles h = BringUp();
+    Play(h.av, 0x100, 5, 0x101, 1, 0x100);
+    // 591 ticks (6.6 ms) before the wrap.
+    EXPECT_TRUE(WaitFor([&] { return Status(h.av).audio_pts < 90000; }));
+}
+
+TEST_F(BoardPlaybackTest, ConfiguredPidsAreInUseOnlyWhenTheInputCarriesThem) {
+    Input("service 7 pcr=0x200\nvideo pid=0x201\naudio pid=0x202\naudio pid=0x203 codec=ac3\n");
+    const Handles h = BringUp();
+    const struct {
+        uint16_t video, audio, pcr;
+        uint16_t wantVideo, wantAudio, wantPcr;
+    } cases[] = {
+        {0x201, 0x202, 0x200, 0x201, 0x202, 0x200},
+        {0x201, 0x203, 0x200, 0x201, 0x203, 0x200},
+        {0x301, 0x302, 0x300, 0, 0, 0},
+        {0x202, 0x201, 0x201, 0, 0, 0},  // right PIDs, wrong kinds
+        {0, 0, 0, 0, 0, 0},
+    };
+    for (const auto& c : cases) {
+        Play(h.av, c.video, 5, c.audio, 1, c.pcr);
+        const AvStatusInfo st = Status(h.av);
+        EXPECT_EQ(st.video_pid, c.wantVideo) << std::hex << c.video;
+        EXPECT_EQ(st.audio_pid, c.wantAudio) << std::hex << c.audio;
+        EXPECT_EQ(st.pcr_pid, c.wantPcr) << std::hex << c.pcr;
+    }
+}
+
+TEST_F(BoardPlaybackTest, AStreamOfAnotherCodecIsCarriedButNotDecoded) {
+    const Handles h = BringUp();
+    Play(h.av, 0x100, 38, 0x101, 1, 0x100);  // HEVC configured, H.264 carried
+    const AvStatusInfo st = Status(h.av);
+    EXPECT_EQ(st.video_pid, 0x100);
+    EXPECT_EQ(st.width, 0u);
+    WaitClock(120);
+    EXPECT_EQ(Status(h.av).video_frame_count, 0u);
+    EXPECT_FALSE(stbsim::State().player.videoDecoding);
+    EXPECT_TRUE(stbsim::State().player.audioDecoding);
+}
+
+TEST_F(BoardPlaybackTest, StatusAndStreamRecordsCarryTheChosenCodes) {
+    Input(R"(service 1 name="HD one" pcr=0x100
+video pid=0x100 codec=h264 width=1920 height=1080 scan=tff fps=25 aspect=16:9 profile=100 level=40
+audio pid=0x101 codec=ac3 rate=48000 channels=5.1 bitrate=384000
+service 2 name="UHD"
+video pid=0x200 codec=hevc width=3840 height=2160 scan=progressive fps=50 profile=2 level=153 depth=10 chroma=4:2:2
+audio pid=0x201 codec=eac3
+service 3 name="SD"
+video pid=0x300 codec=mpeg2 width=720 height=576 fps=25 aspect=4:3
+audio pid=0x301 codec=aac
+service 4 name="Film"
+video pid=0x400 width=1280 height=720 scan=progressive fps=23.976
+service 5 name="Sport"
+video pid=0x500 width=1280 height=720 scan=progressive fps=59.94
+)");
+    const Handles h = BringUp();
+    AvStreamInfo info;
+    ASSERT_EQ(av_get_stream_info(h.av, &info), 0);
+    ASSERT_EQ(info.video_count, 5u);
+    ASSERT_EQ(info.audio_count, 3u);
+    ASSERT_EQ(info.service_count, 5u);
+
+    const struct {
+        uint32_t type, sar1, sar2, fieldOrder, profile, level, chroma, depth;
+    } video[] = {
+        {5, 1, 1, 2, 100, 40, 1, 0},
+        {38, 1, 1, 1, 2, 153, 0, 1},
+        {0, 16, 15, 2, 4, 8, 1, 0},
+        {5, 1, 1, 1, 100, 40, 1, 0},
+        {5, 1, 1, 1, 100, 40, 1, 0},
+    };
+    for (size_t i = 0; i < 5; ++i) {
+        const AvVideoStreamEntry& e = info.video[i];
+        EXPECT_EQ(e.video_type, video[i].type) << i;
+        EXPECT_EQ(e.aspect_first, video[i].sar1) << i;
+        EXPECT_EQ(e.aspect_second, video[i].sar2) << i;
+        EXPECT_EQ(e.field_order, video[i].fieldOrder) << i;
+        EXPECT_EQ(e.profile, video[i].profile) << i;
+        EXPECT_EQ(e.level, video[i].level) << i;
+        EXPECT_EQ(e.chroma_format, video[i].chroma) << i;
+        EXPECT_EQ(e.bit_depth, video[i].depth) << i;
+    }
+    EXPECT_EQ(info.video[3].frame_rate_num, 24000u);
+    EXPECT_EQ(info.video[3].frame_rate_den, 1001u);
+    EXPECT_EQ(info.audio[0].channels, 5u);
+    EXPECT_EQ(info.audio[0].format, 1u);
+    EXPECT_EQ(info.audio[0].bit_rate, 384000u);
+    EXPECT_EQ(info.audio[1].format, 3u);
+    EXPECT_EQ(info.audio[2].format, 5u);
+    EXPECT_EQ(info.service[1].program_number, 2);
+    EXPECT_STREQ(info.service[1].name, "UHD");
+    // Service entries are 66 bytes apart from +1556.
+    const unsigned char* raw = reinterpret_cast<const unsigned char*>(&info);
+    EXPECT_EQ(std::string(reinterpret_cast<const char*>(raw + 1556 + 4 * 66 + 2)), "Sport");
+
+    // Frame-rate parts of the status record, per service.
+    const struct {
+        uint16_t pid;
+        uint32_t type;
+        uint16_t fpsInt, fpsDec;
+        uint32_t width, bits;
+    } status[] = {
+        {0x100, 5, 25, 0, 1920, 8}, {0x200, 38, 50, 0, 3840, 10}, {0x400, 5, 23, 98, 1280, 8}, {0x500, 5, 59, 94, 1280, 8},
+    };
+    for (const auto& s : status) {
+        Play(h.av, s.pid, s.type, 0x101, 4, s.pid);
+        const AvStatusInfo st = Status(h.av);
+        EXPECT_EQ(st.frame_rate_int, s.fpsInt) << std::hex << s.pid;
+        EXPECT_EQ(st.frame_rate_dec, s.fpsDec) << std::hex << s.pid;
+        EXPECT_EQ(st.width, s.width) << std::hex << s.pid;
+        EXPECT_EQ(st.bit_width, s.bits) << std::hex << s.pid;
+        EXPECT_EQ(st.audio_format, 1u);
+        EXPECT_EQ(st.audio_sample_rate, 48000u);
+        EXPECT_EQ(st.audio_bits_per_sample, 16u);
+    }
+
+    _AV_SETTING_S found;
+    memset(&found, 0, sizeof found);
+    ASSERT_EQ(av_search_progInfo(&found, nullptr), 0);
+    EXPECT_EQ(found.video_pid, 0x100);
+    EXPECT_EQ(found.video_type, 5u);
+    EXPECT_EQ(found.audio_pid, 0x101);
+    EXPECT_EQ(found.audio_type, 4u);
+    EXPECT_EQ(found.service_id, 1);
+    EXPECT_STREQ(found.service_name, "HD one");
+}
+
+TEST_F(BoardPlaybackTest, AScenarioChangesTheFormatAtItsTime) {
+    Input("service 1\nvideo pid=0x100\naudio pid=0x101\nat 0.2 video width=3840 height=2160 fps=50 scan=progressive\n");
+    const Handles h = BringUp();
+    Play(h.av, 0x100, 5, 0x101, 1, 0x100);
+    ASSERT_TRUE(WaitFor([&] { return Status(h.av).height == 2160; }));
+    const AvStatusInfo st = Status(h.av);
+    EXPECT_EQ(st.width, 3840u);
+    EXPECT_EQ(st.frame_rate_int, 50u);
+}
+
+// Records event callbacks for the test thread.
+struct EventLog {
+    std::mutex mutex;
+    std::condition_variable cv;
+    std::vector<AvVideoFormatEvent> events;
+    std::vector<std::thread::id> threads;
+    uint32_t window = 0;
+};
+EventLog* g_log = nullptr;
+
+int RecordEvent(uint32_t, _AV_EVENT_E event, const void* data) {
+    if (event != AV_EVENT_VIDEO_FORMAT_CHANGED) return 0;
+    // Like the daemon: reopen the window from inside the callback.
+    vout_window_open(g_log->window);
+    std::lock_guard<std::mutex> lock(g_log->mutex);
+    g_log->events.push_back(*static_cast<const AvVideoFormatEvent*>(data));
+    g_log->threads.push_back(std::this_thread::get_id());
+    g_log->cv.notify_all();
+    return 0;
+}
+
+TEST_F(BoardPlaybackTest, FormatChangesReachTheCallbackOnTheBoardsThread) {
+    EventLog log;
+    g_log = &log;
+    const Handles h = BringUp();
+    log.window = h.window;
+    AvEventConfig cfg{AV_EVENT_VIDEO_FORMAT_CHANGED, &RecordEvent, 1};
+    ASSERT_EQ(av_set_event_config(h.av, &cfg, 2), 0);
+    Play(h.av, 0x100, 5, 0x101, 1, 0x100);
+    const auto waitEvents = [&](size_t n) {
+        std::unique_lock<std::mutex> lock(log.mutex);
+        return log.cv.wait_for(lock, std::chrono::seconds(10), [&] { return log.events.size() >= n; });
+    };
+    ASSERT_TRUE(waitEvents(1));  // the first picture
+    std::string error;
+    ASSERT_TRUE(stbsim::ChangeVideo("width=720 height=576 aspect=4:3 chroma=4:2:2", &error)) << error;
+    ASSERT_TRUE(waitEvents(2));
+
+    std::lock_guard<std::mutex> lock(log.mutex);
+    EXPECT_EQ(log.events[0].source_height, 1080u);
+    EXPECT_EQ(log.events[0].aspect_first, 16u);
+    EXPECT_EQ(log.events[0].aspect_second, 9u);
+    EXPECT_EQ(log.events[0].chroma_format, 1u);
+    EXPECT_EQ(log.events[1].source_height, 576u);
+    EXPECT_EQ(log.events[1].aspect_first, 4u);
+    EXPECT_EQ(log.events[1].aspect_second, 3u);
+    EXPECT_EQ(log.events[1].chroma_format, 0u);
+    const uint32_t* words = reinterpret_cast<const uint32_t*>(&log.events[1]);
+    EXPECT_EQ(words[15], 576u);
+    EXPECT_EQ(words[20], 4u);
+    for (const auto& id : log.threads) EXPECT_NE(id, std::this_thread::get_id());
+    EXPECT_GE(stbsim::State().display.windowOpenCount, 3u);  // bring-up and two callbacks
+    g_log = nullptr;
+}
+
+TEST_F(BoardPlaybackTest, DeinitStopsTheEventThreadWhileEventsArrive) {
+    EventLog log;
+    g_log = &log;
+    const Handles h = BringUp();
+    log.window = h.window;
+    AvEventConfig cfg{AV_EVENT_VIDEO_FORMAT_CHANGED, &RecordEvent, 1};
+    ASSERT_EQ(av_set_event_config(h.av, &cfg, 2), 0);
+    Play(h.av, 0x100, 5, 0x101, 1, 0x100);
+    for (int i = 0; i < 20; ++i) ASSERT_TRUE(stbsim::ChangeVideo(i % 2 ? "height=1080" : "height=720"));
+    EXPECT_EQ(av_destory(h.av), 0);
+    EXPECT_EQ(system_deinit(), 0);
+    const size_t seen = [&] {
+        std::lock_guard<std::mutex> lock(log.mutex);
+        return log.events.size();
+    }();
+    WaitClock(50);
+    std::lock_guard<std::mutex> lock(log.mutex);
+    EXPECT_EQ(log.events.size(), seen);  // nothing after the player is gone
+    g_log = nullptr;
+}
+
+}  // namespace
+}  // namespace simtest

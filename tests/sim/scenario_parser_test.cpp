@@ -1,0 +1,148 @@
+// Scenario files of the virtual board: what a valid file describes, and the
+// message a malformed line gets.
+#include <gtest/gtest.h>
+
+#include "sim/scenario_parser.h"
+#include "tests/sim/sim_fixture.h"
+
+namespace simtest {
+namespace {
+
+using stbsim::ParseScenario;
+using stbsim::StreamInput;
+
+TEST(ScenarioParserTest, ReadsServicesStreamsAndTimedChanges) {
+    const char* text = R"(# two services
+service 0x10 name="News 24" pcr=0x1ff   # trailing comment
+video pid=0x100 codec=hevc width=3840 height=2160 scan=progressive fps=29.97 depth=10
+audio pid=257 codec=eac3 rate=44100 channels=5.1 bits=24 bitrate=640000 pts=900000
+
+service 2
+audio pid=0x300 codec=mpeg1
+at 2.5 video height=720 width=1280
+at 1 audio pid=0x300 rate=32000
+)";
+    StreamInput in;
+    std::string error;
+    ASSERT_TRUE(ParseScenario(text, &in, &error)) << error;
+    ASSERT_EQ(in.services.size(), 2u);
+    const auto& s = in.services[0];
+    EXPECT_EQ(s.id, 0x10);
+    EXPECT_EQ(s.name, "News 24");
+    EXPECT_EQ(s.pcrPid, 0x1ff);
+    const auto& v = s.video.at(0);
+    EXPECT_EQ(v.codec, stbsim::VideoCodec::Hevc);
+    EXPECT_EQ(v.profile, 1u);   // HEVC defaults: Main
+    EXPECT_EQ(v.level, 123u);   // 4.1
+    EXPECT_EQ(v.fps.num, 30000u);
+    EXPECT_EQ(v.fps.den, 1001u);
+    EXPECT_EQ(v.field, stbsim::FieldOrder::Progressive);
+    EXPECT_EQ(v.bitDepth, 10u);
+    const auto& a = s.audio.at(0);
+    EXPECT_EQ(a.pid, 257);
+    EXPECT_EQ(a.channels, 5u);
+    EXPECT_TRUE(a.lfe);
+    EXPECT_EQ(a.ptsStart, 900000u);
+    // No pcr= and no video: the PCR rides on the first audio stream.
+    EXPECT_EQ(in.services[1].pcrPid, 0x300);
+    ASSERT_EQ(in.changes.size(), 2u);
+    EXPECT_EQ(in.changes[0].atUs, 1000000);  // sorted by time
+    EXPECT_FALSE(in.changes[0].video);
+    EXPECT_EQ(in.changes[1].atUs, 2500000);
+}
+
+TEST(ScenarioParserTest, MalformedLinesAreReportedWithTheirLineNumber) {
+    const struct {
+        const char* text;
+        const char* error;
+    } cases[] = {
+        {"service 1\nvidoe pid=1\n", "line 2: unknown keyword 'vidoe'"},
+        {"video pid=0x100\n", "line 1: video before any service"},
+        {"service 1\nvideo width=720\n", "line 2: video needs pid="},
+        {"service 1\nvideo pid=0x100 width=abc\n", "line 2: bad value 'abc' for width"},
+        {"service 1\nvideo pid=0x100 colour=red\n", "line 2: unknown video key 'colour'"},
+        {"service 1\nvideo pid=0x2000\n", "line 2: bad value '0x2000' for pid"},
+        {"service 1\nvideo pid=0x100\naudio pid=0x100\n", "line 3: PID 0x100 is already used"},
+        {"service 1 name=\"open\n", "line 1: unterminated quote"},
+        {"service\n", "line 1: service needs a service id (0..65535)"},
+        {"service 1 provider=x\n", "line 1: unknown service key 'provider'"},
+        {"service 1\naudio pid=0x101 channels=0\n", "line 2: bad value '0' for channels"},
+        {"service 1\naudio pid=0x101 codec=opus\n", "line 2: bad value 'opus' for codec"},
+        {"service 1\nvideo pid=0x100 fps=0\n", "line 2: bad value '0' for fps"},
+        {"service 1\nvideo pid=0x100 aspect=16/9\n", "line 2: bad value '16/9' for aspect"},
+        {"at soon video height=720\n", "line 1: at needs a time in seconds"},
+        {"service 1\nat 1 picture height=720\n", "line 2: at needs 'video' or 'audio' after the time"},
+        {"service 1\nvideo pid=0x100\nat 1 video pid=0x999 height=720\n", "line 3: no video stream with PID 0x999"},
+        {"service 1\naudio pid=0x101\nat 1 video height=720\n", "line 3: the input has no video stream"},
+        {"service 1\nvideo pid=0x100\nat 1 video height\n", "line 3: expected key=value, got 'height'"},
+    };
+    for (const auto& c : cases) {
+        StreamInput in;
+        std::string error;
+        EXPECT_FALSE(ParseScenario(c.text, &in, &error)) << c.text;
+        EXPECT_EQ(error, c.error) << c.text;
+    }
+}
+
+TEST(ScenarioParserTest, AspectGivesTheSampleAspectRatioAndBack) {
+    StreamInput in;
+    std::string error;
+    ASSERT_TRUE(ParseScenario("service 1\nvideo pid=0x100 width=720 height=576 aspect=16:9\n"
+                              "video pid=0x101 width=1440 height=1080 sar=4:3\n",
+                              &in, &error))
+        << error;
+    const auto& v = in.services[0].video;
+    EXPECT_EQ(v[0].sar.num, 64u);
+    EXPECT_EQ(v[0].sar.den, 45u);
+    EXPECT_EQ(v[1].dar.num, 16u);
+    EXPECT_EQ(v[1].dar.den, 9u);
+}
+
+class ScenarioInputTest : public SimTest {};
+
+TEST_F(ScenarioInputTest, ABadScenarioLeavesTheInputAsItWas) {
+    std::string error;
+    EXPECT_FALSE(stbsim::SetInputText("service 1\nvideo pid=1 scan=sideways\n", &error));
+    EXPECT_EQ(error, "line 2: bad value 'sideways' for scan");
+    EXPECT_NE(stbsim::StateJson().find("\"source\":\"default\""), std::string::npos);
+    EXPECT_FALSE(stbsim::ChangeVideo("pid=0x555 height=720", &error));
+    EXPECT_EQ(error, "no video stream with PID 0x555");
+}
+
+TEST_F(ScenarioInputTest, StbsimStreamIsReadAtSystemInit) {
+    const std::string path = ::testing::TempDir() + "stbsim_env.scn";
+    FILE* f = fopen(path.c_str(), "w");
+    ASSERT_NE(f, nullptr);
+    fputs("service 9 name=\"From env\"\nvideo pid=0x900\n", f);
+    fclose(f);
+    setenv("STBSIM_STREAM", path.c_str(), 1);
+    EXPECT_EQ(system_init(0), 0);
+    EXPECT_NE(stbsim::StateJson().find("\"name\":\"From env\""), std::string::npos);
+    EXPECT_EQ(system_deinit(), 0);
+
+    f = fopen(path.c_str(), "w");
+    fputs("service 9\nvideo\n", f);
+    fclose(f);
+    EXPECT_EQ(system_init(0), stbsim::kErrInvalidParam);
+    unsetenv("STBSIM_STREAM");
+    EXPECT_FALSE(stbsim::State().systemInitialised);
+    remove(path.c_str());
+}
+
+TEST_F(ScenarioInputTest, TransportStreamsNeedTheProber) {
+    const std::string path = ::testing::TempDir() + "stbsim_fake.ts";
+    std::string packets(188 * 2, '\xff');
+    packets[0] = packets[188] = 0x47;
+    FILE* f = fopen(path.c_str(), "wb");
+    ASSERT_NE(f, nullptr);
+    fwrite(packets.data(), 1, packets.size(), f);
+    fclose(f);
+    std::string error;
+    if (!stbsim::SetInputFile(path, &error)) {
+        EXPECT_NE(error.find("MPEG-TS"), std::string::npos) << error;
+    }
+    remove(path.c_str());
+}
+
+}  // namespace
+}  // namespace simtest
