@@ -4,6 +4,7 @@
 #pragma once
 
 #include <deque>
+#include <utility>
 
 #include "toolkit/kt_mutex.h"
 #include "toolkit/kt_semaphore.h"
@@ -34,7 +35,7 @@ public:
         if (!m_signal.Wait(timeoutMs)) return false;
         CMutexLock lock(m_mutex);
         if (m_items.empty()) return false;
-        out = m_items.front();
+        out = std::move(m_items.front());
         m_items.pop_front();
         return true;
     }
