@@ -1,7 +1,6 @@
 // Tests of KT::CThread, KT::CSemaphore and KT::CMsgQ: the worker loop, thread
 // names, and that Cancel() reaches a worker blocked in any toolkit wait.
 #include <sys/prctl.h>
-#include <sys/resource.h>
 
 #include <atomic>
 #include <functional>
@@ -86,18 +85,6 @@ TEST(CThread, DestructorCancelsARunningThread) {
         ASSERT_TRUE(WaitFor([&] { return entered.load(); }));
     }
     EXPECT_LT(SecondsSince(start), 5.0);
-}
-
-TEST(CThread, PriorityIsTheCallersNiceValue) {
-    errno = 0;
-    EXPECT_EQ(KT::CThread::GetPriority(), getpriority(PRIO_PROCESS, 0));
-}
-
-TEST(CThread, OffAWorkerThreadSleepIsPlainAndNothingIsCancelled) {
-    EXPECT_TRUE(KT::CThread::Sleep(1));
-    EXPECT_FALSE(KT::CThread::IsCancelRequested());
-    KT::CThread::RegisterWait(nullptr, nullptr);  // no effect off a CThread
-    KT::CThread::UnregisterWait();
 }
 
 // Each case blocks the worker in one kind of toolkit wait that would last a minute.

@@ -1,4 +1,4 @@
-// Tests of the toolkit's value helpers: KT::CEnvBlock, KT::CFs, KT::CIpAddress,
+// Tests of the toolkit's value helpers: KT::CEnvBlock, KT::CIpAddress,
 // KT::CMacAddress and KT::Endian, with fixed vectors.
 #include <unistd.h>
 
@@ -13,7 +13,6 @@
 #include "toolkit/kt_address.h"
 #include "toolkit/kt_endian.h"
 #include "toolkit/kt_env_block.h"
-#include "toolkit/kt_fs.h"
 
 namespace {
 
@@ -62,15 +61,6 @@ TEST(CEnvBlock, MissingFileGivesTheDefault) {
     KT::CEnvBlock env("/tmp/kt-no-such-dir/version");
     EXPECT_FALSE(env.IsLoaded());
     EXPECT_EQ(env.Get("version", "unknown"), "unknown");
-}
-
-TEST(CFs, DelFileRemovesOnce) {
-    TempDir dir;
-    std::string path = dir.File("flag", "smbd");
-    EXPECT_TRUE(KT::CFs::Exists(path));
-    EXPECT_TRUE(KT::CFs::DelFile(path));
-    EXPECT_FALSE(KT::CFs::Exists(path));
-    EXPECT_FALSE(KT::CFs::DelFile(path));
 }
 
 TEST(CIpAddress, DottedTextAndNumber) {
