@@ -1,0 +1,9 @@
+// StatusProcessor: the non-template part of the processor base.
+#include "status/status_processor.h"
+
+#include "toolkit/log.h"
+
+StatusProcessor::StatusProcessor(HisiAvOpSender& sender)
+    : m_InvalidPid(8191), m_Sender(sender), m_Log(hisiav::Logger("tevrin.statusProcessor")) {}
+
+StatusProcessor::~StatusProcessor() = default;

@@ -1,0 +1,125 @@
+// AudioStatusProcessor over the decoder doubles: the ten items per decoder, the
+// PID rule and the PTS jump check.
+#include "status/audio_status_processor.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "tests/status/status_fixture.h"
+
+using hisiav_test::FakeAudioDecoder;
+using hisiav_test::FakeAudioDecoderState;
+using hisiav_test::LogCapture;
+using hisiav_test::OpIds;
+using hisiav_test::SentOp;
+using hisiav_test::StatusFixture;
+using Ids = std::vector<unsigned int>;
+
+namespace {
+
+const Ids kTenItems = {213, 74, 75, 76, 77, 78, 79, 214, 80, 216};
+
+void ConfigureStream(FakeAudioDecoder& decoder, uint64_t pts) {
+    decoder.Configure([pts](FakeAudioDecoderState& s) {
+        s.pts = pts;
+        s.bitRate = 192000;
+        s.samplingRate = 48000;
+        s.bitsPerSample = 1;
+        s.codingMode = AUDIO_CHANNEL_CODING_STEREO;
+        s.dialNorm = -31;
+        s.reportedCodec = AUDIO_TYPE_STATUS_AC3;
+    });
+}
+
+class AudioStatusTest : public StatusFixture {
+protected:
+    AudioStatusTest() {
+        ConfigureStream(*d.audioDecoder, 1000);
+        d.demux.SetReportedPid(ES_TYPE_AUDIO, 0, 0x101);
+    }
+    void SetPts(FakeAudioDecoder& decoder, uint64_t pts) {
+        decoder.Configure([pts](FakeAudioDecoderState& s) { s.pts = pts; });
+    }
+    size_t InfoLines() {
+        size_t n = 0;
+        for (const std::string& l : logs.Lines()) n += l.rfind("INFO ", 0) == 0;
+        return n;
+    }
+
+    LogCapture logs{{"tevrin.audioStatusProcess"}};
+};
+
+}  // namespace
+
+TEST_F(AudioStatusTest, AbnormalPidReportsZerosIncludingSync) {
+    struct Case {
+        uint16_t pid;
+        bool normal;
+    } cases[] = {{0x101, true}, {8191, false}, {0, false}};
+    for (const Case& c : cases) {
+        AudioStatusProcessor audio(sender, d.audioDecoders, d.audioOutput, d.demux, d.chip);
+        d.demux.SetReportedPid(ES_TYPE_AUDIO, 0, c.pid);
+        audio.Process(true);
+        auto sent = adapter.Take();
+        ASSERT_EQ(OpIds(sent), kTenItems) << c.pid;
+        const uint64_t expected[] = {c.pid, 192000, 48000, 1, 3, 0xE1, 3, 3, 0, 2};
+        for (size_t i = 0; i < sent.size(); ++i)
+            EXPECT_EQ(sent[i].Value(), c.normal ? expected[i] : 0u) << "pid " << c.pid << " item " << sent[i].opId;
+    }
+}
+
+TEST_F(AudioStatusTest, PtsStepAboveFourSecondsIsLogged) {
+    AudioStatusProcessor audio(sender, d.audioDecoders, d.audioOutput, d.demux, d.chip);
+    audio.Process(false);  // from 0 to 1000
+    logs.Clear();
+    SetPts(*d.audioDecoder, 361000);
+    audio.Process(false);
+    EXPECT_TRUE(logs.Contains("DEBUG tevrin.audioStatusProcess: 360000 1000 361000"));
+    EXPECT_EQ(InfoLines(), 0u);
+    SetPts(*d.audioDecoder, 721001);
+    audio.Process(false);
+    EXPECT_TRUE(logs.Contains("INFO tevrin.audioStatusProcess: Significant PCR adjustment: 8590294592 361000 721001"));
+    EXPECT_EQ(InfoLines(), 1u);
+}
+
+TEST_F(AudioStatusTest, OnlyTheFirstDecoderWhosePtsMovedIsChecked) {
+    FakeAudioDecoder& second = d.AddAudioDecoder();
+    ConfigureStream(second, 5000);
+    AudioStatusProcessor audio(sender, d.audioDecoders, d.audioOutput, d.demux, d.chip);
+    audio.Process(false);
+    logs.Clear();
+
+    SetPts(second, 5000 + 400000);  // the first decoder stands still
+    audio.Process(false);
+    EXPECT_TRUE(logs.Contains("DEBUG tevrin.audioStatusProcess: 0 1000 1000"));
+    EXPECT_TRUE(logs.Contains("INFO tevrin.audioStatusProcess: Significant PCR adjustment: 8590334591 5000 405000"));
+
+    logs.Clear();
+    SetPts(*d.audioDecoder, 2000);
+    SetPts(second, 900000);
+    audio.Process(false);
+    EXPECT_EQ(logs.Lines(), (std::vector<std::string>{"DEBUG tevrin.audioStatusProcess: 1000 1000 2000"}));
+}
+
+TEST_F(AudioStatusTest, ForcedPollSendsAllTenPerDecoderAndClearResendsNonZero) {
+    d.AddAudioDecoder();  // a second decoder with nothing to report, no PID
+    AudioStatusProcessor audio(sender, d.audioDecoders, d.audioOutput, d.demux, d.chip);
+    audio.Process(true);
+    auto sent = adapter.Take();
+    ASSERT_EQ(sent.size(), 20u);
+    for (size_t i = 0; i < sent.size(); ++i) {
+        EXPECT_EQ(sent[i].opId, kTenItems[i % 10]);
+        EXPECT_EQ(sent[i].Index(), i / 10);
+    }
+    audio.Process(false);
+    EXPECT_TRUE(adapter.Take().empty());
+    audio.Clear();
+    audio.Process(false);
+    sent = adapter.Take();
+    Ids expected = kTenItems;
+    expected.erase(expected.begin() + 8);  // decoding: always 0
+    EXPECT_EQ(OpIds(sent), expected);
+    for (const SentOp& op : sent) EXPECT_EQ(op.Index(), 0u);
+}

@@ -1,0 +1,107 @@
+// The processor base's change detection, the chip processor and the 2000 ms
+// poll, driven on a hand-moved clock.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "status/chip_status_processor.h"
+#include "status/status_monitor.h"
+#include "tests/status/status_fixture.h"
+
+using hisiav_test::OpIds;
+using hisiav_test::StatusFixture;
+using Ids = std::vector<unsigned int>;
+
+namespace {
+
+// Exposes the base's SendNewStatus.
+class ProbeProcessor : public StatusProcessor {
+public:
+    using StatusProcessor::StatusProcessor;
+    bool Process(bool) override { return false; }
+    void Clear() override { ++clears; }
+    int clears = 0;
+};
+
+class StatusMonitorTest : public StatusFixture {};
+
+}  // namespace
+
+TEST_F(StatusMonitorTest, SendNewStatusSendsOnlyChangesUnlessForced) {
+    ProbeProcessor probe(sender);
+    struct Case {
+        unsigned short last;
+        unsigned short value;
+        bool force;
+        bool sends;
+    } cases[] = {{0, 0, false, false}, {5, 5, false, false}, {5, 6, false, true}, {5, 5, true, true}, {0, 0, true, true}};
+    for (const Case& c : cases) {
+        unsigned short last = c.last;
+        EXPECT_TRUE(probe.SendNewStatus(271u, 0u, c.value, last, c.force));
+        EXPECT_EQ(last, c.value);
+        auto sent = adapter.Take();
+        ASSERT_EQ(sent.size(), c.sends ? 1u : 0u) << c.last << "->" << c.value << " force " << c.force;
+        if (c.sends) {
+            EXPECT_EQ(sent[0].Value(), c.value);
+        }
+    }
+}
+
+TEST_F(StatusMonitorTest, SendNewStatusCarriesTextAndDoesNotRepeatAFailedSend) {
+    ProbeProcessor probe(sender);
+    std::string lastName;
+    adapter.SetResult(false);
+    probe.SendNewStatus(226u, 0u, std::string("News 24"), lastName, false);
+    adapter.SetResult(true);
+    probe.SendNewStatus(226u, 0u, std::string("News 24"), lastName, false);
+    auto sent = adapter.Take();
+    ASSERT_EQ(sent.size(), 1u);  // the failed one was not retried
+    EXPECT_EQ(sent[0].Text(), "News 24");
+    EXPECT_EQ(lastName, "News 24");
+}
+
+TEST_F(StatusMonitorTest, ChipSendsResetWhenForcedAndTheHeartbeatOnEveryPoll) {
+    ChipStatusProcessor chip(sender, d.chip);
+    chip.Process(true);
+    EXPECT_EQ(OpIds(adapter.Take()), (Ids{0, 1}));
+    chip.Process(false);
+    chip.Clear();
+    chip.Process(false);
+    auto sent = adapter.Take();
+    EXPECT_EQ(OpIds(sent), (Ids{1, 1}));
+    for (const auto& op : sent) EXPECT_EQ(op.Value(), 0u);
+}
+
+TEST_F(StatusMonitorTest, ReportingPollsAtOnceForcedThenEvery2000ms) {
+    processors.push_back(KT::CSharedPtr<StatusProcessor>(new ChipStatusProcessor(sender, d.chip)));
+    EXPECT_EQ(StatusMonitor::m_PollingIntervals[0], 2000u);
+
+    monitor.StartReporting();
+    EXPECT_EQ(OpIds(adapter.Take()), (Ids{0, 1}));
+    clock.Advance(1999);
+    EXPECT_EQ(schedule.RunDue(), 0u);
+    clock.Advance(1);
+    EXPECT_EQ(schedule.RunDue(), 1u);
+    EXPECT_EQ(OpIds(adapter.Take()), (Ids{1}));
+    clock.Advance(2000);
+    EXPECT_EQ(schedule.RunDue(), 1u);
+    EXPECT_EQ(OpIds(adapter.Take()), (Ids{1}));
+
+    monitor.StopReporting();
+    monitor.StopReporting();  // nothing pending: nothing happens
+    clock.Advance(10000);
+    EXPECT_EQ(schedule.RunDue(), 0u);
+    EXPECT_TRUE(adapter.Take().empty());
+}
+
+TEST_F(StatusMonitorTest, ClearAndUpdateReachEveryProcessor) {
+    auto* first = new ProbeProcessor(sender);
+    auto* second = new ProbeProcessor(sender);
+    processors.push_back(KT::CSharedPtr<StatusProcessor>(first));
+    processors.push_back(KT::CSharedPtr<StatusProcessor>(second));
+    monitor.ClearStatus();
+    EXPECT_EQ(first->clears, 1);
+    EXPECT_EQ(second->clears, 1);
+    EXPECT_EQ(schedule.PendingCount(), 0u);  // clearing arms no poll
+}

@@ -1,0 +1,188 @@
+// VideoStatusProcessor over the decoder doubles: what goes to the host, and how a
+// change of the decoded format reaches the output.
+#include "status/video_status_processor.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "output/uhd_vid_format.h"
+#include "tests/status/status_fixture.h"
+
+using hisiav_test::LogCapture;
+using hisiav_test::OpIds;
+using hisiav_test::SentOp;
+using hisiav_test::StatusFixture;
+using Ids = std::vector<unsigned int>;
+
+namespace {
+
+// Every video item in send order, without the service name (226).
+const Ids kAllItems = {220, 225, 221, 229, 270, 271, 272, 273, 274, 275, 276,
+                       277, 278, 280, 281, 283, 267, 282, 269, 279};
+
+std::map<unsigned int, uint64_t> ValuesById(const std::vector<SentOp>& ops) {
+    std::map<unsigned int, uint64_t> v;
+    for (const SentOp& op : ops) v[op.opId] = op.Value();
+    return v;
+}
+
+class VideoStatusTest : public StatusFixture {
+protected:
+    VideoStatusTest() {
+        d.demux.SetReportedPid(ES_TYPE_VIDEO, 0, 0x100);
+        d.demux.SetServiceId(7);
+        d.videoDecoder.SetCodec(VIDEO_TYPE_H264);
+        d.videoDecoder.SetReportedFormat(1920, 1080, VIDEO_SCAN_TYPE_PROGRESSIVE, VIDEO_FRAME_RATE_50,
+                                         VIDEO_ASPECT_RATIO_16X9);
+        d.videoDecoder.Configure([](hisiav_test::FakeVideoDecoderState& s) {
+            s.serviceNames[7] = "News";
+            s.profile = VIDEO_PROFILE_H264_HIGH;
+            s.level = VIDEO_LEVEL_4;
+            s.chromaFormat = VIDEO_CHROMA_FORMAT_420;
+            s.bitrate = 8000000;
+            s.bitDepth = CHROMA_BIT_DEPTH_8;
+            s.frameCount = 25;
+        });
+        SetOutput(1920, 1080, VIDEO_SCAN_TYPE_PROGRESSIVE, VIDEO_FRAME_RATE_50);
+        d.log.Clear();
+    }
+    void SetOutput(uint32_t w, uint32_t h, VideoScanType_e scan, VideoFrameRate_e rate) {
+        d.videoOutput.SetFormat(w, h, scan, rate, VIDEO_ASPECT_RATIO_16X9, VOUT_FORMAT_UNSET,
+                                VIDEO_OUTPUT_INTERFACE_HD);
+    }
+    int SetFormatCalls() { return d.videoOutput.Snapshot().setFormatCount; }
+
+    LogCapture logs{{"tevrin.videoStatusProcess"}};
+    VideoStatusProcessor video{sender, config, output, d.videoDecoder, d.videoOutput, d.demux};
+    const uint32_t k1080p50 = UhdVidFormat(0x630D0000).GetId();
+};
+
+}  // namespace
+
+TEST_F(VideoStatusTest, ForcedPollSendsEveryItemInOrder) {
+    video.Process(true);
+    auto sent = adapter.Take();
+    Ids expected = {226};
+    expected.insert(expected.end(), kAllItems.begin(), kAllItems.end());
+    EXPECT_EQ(OpIds(sent), expected);
+    EXPECT_EQ(sent[0].Text(), "News");
+    auto v = ValuesById(sent);
+    EXPECT_EQ(v[220], 0x100u);
+    EXPECT_EQ(v[225], 7u);
+    EXPECT_EQ(v[221], 2u);
+    EXPECT_EQ(v[270], 1u);  // frames moved since the start
+    EXPECT_EQ(v[271], 1920u);
+    EXPECT_EQ(v[272], 1080u);
+    EXPECT_EQ(v[274], 6u);
+    EXPECT_EQ(v[281], 8000000u);
+    EXPECT_EQ(v[267], k1080p50);
+    EXPECT_EQ(v[282], 1u);  // HD
+    EXPECT_EQ(d.log.Count("IVideoDecoder::SetCodec(2)"), 1u);
+}
+
+TEST_F(VideoStatusTest, UnrecognisedInputSendsOnlyOutputFormatAndDecodeStatus) {
+    d.videoDecoder.SetReportedFormat(1920, 1080, VIDEO_SCAN_TYPE_PROGRESSIVE, VIDEO_FRAME_RATE_UNKNOWN,
+                                     VIDEO_ASPECT_RATIO_16X9);
+    video.Process(true);
+    auto sent = adapter.Take();
+    EXPECT_EQ(OpIds(sent), kAllItems);  // no service name
+    auto v = ValuesById(sent);
+    for (unsigned int id : {276u, 277u, 278u, 280u, 281u, 283u, 282u, 269u}) EXPECT_EQ(v[id], 0u) << id;
+    EXPECT_EQ(v[267], k1080p50);
+    EXPECT_EQ(v[270], 1u);
+    EXPECT_EQ(d.log.Count("IVideoDecoder::GetProfile"), 0u);
+    EXPECT_EQ(d.log.Count("IVideoDecoder::GetServiceName"), 0u);
+    EXPECT_TRUE(logs.Contains(
+        "DEBUG tevrin.videoStatusProcess: Process(87) The input source cannot be fully recognized. Keep the last setting"));
+    EXPECT_EQ(schedule.PendingCount(), 0u);  // the output settings are not touched
+}
+
+TEST_F(VideoStatusTest, AbnormalPidKeepsOnlyServiceIdentityAndOutputFormat) {
+    struct Case {
+        uint16_t pid;
+        std::string name;
+    } cases[] = {{8191, "News"}, {0, "News"}, {0, ""}};
+    for (const Case& c : cases) {
+        d.demux.SetReportedPid(ES_TYPE_VIDEO, 0, c.pid);
+        d.videoDecoder.Configure([&](hisiav_test::FakeVideoDecoderState& s) { s.serviceNames[7] = c.name; });
+        video.Process(true);
+        auto sent = adapter.Take();
+        ASSERT_FALSE(sent.empty());
+        EXPECT_EQ(sent[0].opId, 226u) << "the name goes even when empty";
+        EXPECT_EQ(sent[0].Text(), c.name);
+        for (const SentOp& op : sent) {
+            if (op.opId == 225) {
+                EXPECT_EQ(op.Value(), 7u);
+            } else if (op.opId == 267) {
+                EXPECT_EQ(op.Value(), k1080p50);
+            } else if (op.opId != 226) {
+                EXPECT_EQ(op.Value(), 0u) << "opId " << op.opId << " pid " << c.pid;
+            }
+        }
+    }
+}
+
+TEST_F(VideoStatusTest, AutomaticModeFollowsAHeightChangeOnce) {
+    output.SetVideoFormatMode(0, FORMAT_MODE_AUTO);
+    video.Process(false);  // first sight of the input: a change from nothing
+    EXPECT_EQ(schedule.PendingCount(), 1u);
+    EXPECT_EQ(schedule.RunDue(), 1u);
+    const int afterFirst = SetFormatCalls();
+    EXPECT_EQ(afterFirst, 2);  // the fixture's own, and the configuration run
+
+    video.Process(false);  // same input
+    EXPECT_EQ(schedule.PendingCount(), 0u);
+
+    d.videoDecoder.SetReportedFormat(1920, 1088, VIDEO_SCAN_TYPE_PROGRESSIVE, VIDEO_FRAME_RATE_50,
+                                     VIDEO_ASPECT_RATIO_16X9);
+    video.Process(false);
+    EXPECT_EQ(schedule.PendingCount(), 1u);
+    video.Process(false);
+    EXPECT_EQ(schedule.RunDue(), 1u);
+    EXPECT_EQ(SetFormatCalls(), afterFirst + 1);
+    video.Process(false);
+    EXPECT_EQ(schedule.RunDue(), 0u);
+    EXPECT_EQ(SetFormatCalls(), afterFirst + 1);
+}
+
+TEST_F(VideoStatusTest, ManualModeLogsAResolutionChangeAndLeavesTheOutput) {
+    output.SetVideoFormatMode(0, FORMAT_MODE_MANUAL);
+    video.Process(false);
+    EXPECT_TRUE(logs.Contains("ERROR tevrin.videoStatusProcess: CheckFormatChange 1920, 1080 ,1"));
+    EXPECT_EQ(schedule.PendingCount(), 0u);
+    logs.Clear();
+    // Frame rate and scan alone do not count in manual mode.
+    d.videoDecoder.SetReportedFormat(1920, 1080, VIDEO_SCAN_TYPE_INTERLACED, VIDEO_FRAME_RATE_25,
+                                     VIDEO_ASPECT_RATIO_16X9);
+    video.Process(false);
+    EXPECT_EQ(logs.Count("ERROR tevrin.videoStatusProcess: CheckFormatChange 1920, 1080 ,1"), 0u);
+    EXPECT_EQ(SetFormatCalls(), 1);
+}
+
+TEST_F(VideoStatusTest, ClearMakesTheNextUnforcedPollResendEveryNonDefaultValue) {
+    video.Process(true);
+    auto forced = adapter.Take();
+    video.Process(false);
+    EXPECT_EQ(OpIds(adapter.Take()), (Ids{270}));  // only the decode status: frames stopped
+    video.Clear();
+    video.Process(false);
+    auto resent = adapter.Take();
+    Ids nonDefault;
+    for (const SentOp& op : forced)
+        if (op.opId == 226 || op.Value() != 0) nonDefault.push_back(op.opId);
+    EXPECT_EQ(OpIds(resent), nonDefault);
+}
+
+TEST_F(VideoStatusTest, AutoFormatStatusJudgesTheSdCompanionOfTheOutput) {
+    video.Process(true);
+    EXPECT_EQ(ValuesById(adapter.Take())[269], 0u);  // mode never set: no status
+    output.SetVideoFormatMode(0, FORMAT_MODE_AUTO);
+    video.Process(true);
+    // 1080p50 goes out beside 576i25 16:9, which the output supports.
+    EXPECT_EQ(ValuesById(adapter.Take())[269], 1u);
+    EXPECT_TRUE(video.IsNormalVideoPid(0x1FFE));
+    EXPECT_FALSE(video.IsNormalVideoPid(0x1FFF));
+}
