@@ -1,0 +1,245 @@
+// The video output and the closed captions against the virtual board: display
+// format and rate codes read back from the board, the caption engine's call
+// sequences, and every platform failure path.
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "platform/hisi_closed_caption.h"
+#include "platform/hisi_video_output.h"
+#include "tests/platform/board_fixture.h"
+#include "tests/platform/log_capture.h"
+
+namespace {
+
+using hisiav_test::BoardTest;
+using hisiav_test::LogCapture;
+
+class VideoOutputTest : public BoardTest {
+protected:
+    void SetUp() override {
+        BoardTest::SetUp();
+        auto h = BringUpByHand();
+        m_Output.BondOutHandle(h.vout);
+        m_Output.BondWindowHandle(h.window);
+    }
+    bool Set(uint32_t w, uint32_t h, int scan, int rate, int std = VOUT_FORMAT_PAL,
+             int iface = VIDEO_OUTPUT_INTERFACE_HD) {
+        return m_Output.SetFormat(w, h, VideoScanType_e(scan), VideoFrameRate_e(rate), VIDEO_ASPECT_RATIO_16X9,
+                                  _VOUT_FORMAT_E(std), VideoOutputInterface_e(iface));
+    }
+    static VoutDisplayAttr Display() { return stbsim::State().display.attr; }
+
+    LogCapture m_Log{"hisiav.hisivideooutput"};
+    HisiVideoOutput m_Output;
+};
+
+TEST_F(VideoOutputTest, FormatAndRateCodes) {
+    struct Case {
+        uint32_t width, height;
+        int scan, rate, std, iface;
+        uint32_t format, displayRate;
+    };
+    const int HD = VIDEO_OUTPUT_INTERFACE_HD, CVBS = VIDEO_OUTPUT_INTERFACE_CVBS;
+    const Case cases[] = {
+        {720, 576, 1, 3, VOUT_FORMAT_576I, CVBS, 9, 64},  // composite: the standard's code
+        {720, 576, 1, 3, VOUT_FORMAT_PAL, CVBS, 1, 1},    // standards 1..4 run at rate 1
+        {720, 576, 1, 3, VOUT_FORMAT_PAL_N, CVBS, 3, 1},
+        {720, 576, 1, 3, VOUT_FORMAT_PAL, HD, 9, 64},
+        {720, 576, 2, 3, VOUT_FORMAT_PAL, HD, 8, 64},     // 576p runs at 50 whatever the rate says
+        {720, 480, 1, 4, VOUT_FORMAT_PAL, HD, 7, 128},
+        {720, 480, 1, 4, VOUT_FORMAT_NTSC, CVBS, 2, 1},
+        {720, 480, 1, 4, VOUT_FORMAT_NTSC_J, CVBS, 4, 1},
+        {720, 480, 2, 7, VOUT_FORMAT_PAL, HD, 6, 256},    // 480p runs at 60
+        {1280, 720, 2, 6, VOUT_FORMAT_PAL, HD, 10, 64},
+        {1920, 1080, 1, 3, VOUT_FORMAT_PAL, HD, 11, 64},
+        {1920, 1080, 1, 4, VOUT_FORMAT_PAL, HD, 11, 128},
+        {1920, 1080, 1, 5, VOUT_FORMAT_PAL, HD, 11, 256},
+        {1920, 1080, 2, 1, VOUT_FORMAT_PAL, HD, 12, 2},
+        {1920, 1080, 2, 2, VOUT_FORMAT_PAL, HD, 12, 4},
+        {1920, 1080, 2, 3, VOUT_FORMAT_PAL, HD, 12, 8},
+        {1920, 1080, 2, 4, VOUT_FORMAT_PAL, HD, 12, 16},
+        {1920, 1080, 2, 5, VOUT_FORMAT_PAL, HD, 12, 32},
+        {1920, 1080, 0, 8, VOUT_FORMAT_PAL, HD, 12, 256},
+        {3840, 2160, 2, 8, VOUT_FORMAT_PAL, HD, 13, 256},
+        {4096, 2160, 2, 6, VOUT_FORMAT_PAL, HD, 14, 64},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(testing::Message() << c.width << "x" << c.height << " scan " << c.scan << " rate " << c.rate
+                                        << " std " << c.std << " iface " << c.iface);
+        ASSERT_TRUE(Set(c.width, c.height, c.scan, c.rate, c.std, c.iface));
+        EXPECT_EQ(Display().format, c.format);
+        EXPECT_EQ(Display().rate, c.displayRate);
+    }
+}
+
+TEST_F(VideoOutputTest, UnknownWidthOrRateKeepsTheDisplaysWord) {
+    ASSERT_TRUE(Set(1920, 1080, 1, 3));
+    ASSERT_TRUE(Set(1024, 768, 2, 8));  // no code for 1024: the format stays, the rate changes
+    EXPECT_EQ(Display().format, 11u);
+    EXPECT_EQ(Display().rate, 256u);
+    ASSERT_TRUE(Set(1280, 720, 2, 0));  // unknown rate: the rate stays
+    EXPECT_EQ(Display().format, 10u);
+    EXPECT_EQ(Display().rate, 256u);
+    EXPECT_TRUE(m_Log.Has("DEBUG", "SetFormat width: 1280, height: 720, scanType: 2, frameRate: 0, aspectRatio: 1, "
+                                   "compositeStdFormat: 1, videoOutputInterface: 1"));
+}
+
+TEST_F(VideoOutputTest, FailedSetKeepsTheCurrentFormat) {
+    ASSERT_TRUE(Set(1280, 720, 2, 6));
+    Fail("vout_display_set");
+    EXPECT_FALSE(Set(1920, 1080, 1, 3));
+    EXPECT_TRUE(m_Log.Has("ERROR", "set vout format failed\n"));
+    uint32_t w = 0, h = 0;
+    VideoScanType_e scan;
+    VideoFrameRate_e rate;
+    VideoAspectRatio_e aspect;
+    ASSERT_TRUE(m_Output.GetFormat(w, h, scan, rate, aspect));
+    EXPECT_EQ(w, 1280u);
+    EXPECT_EQ(h, 720u);
+    EXPECT_EQ(scan, VIDEO_SCAN_TYPE_PROGRESSIVE);
+    EXPECT_EQ(rate, VIDEO_FRAME_RATE_50);
+    EXPECT_EQ(aspect, VIDEO_ASPECT_RATIO_16X9);
+    EXPECT_EQ(Display().format, 10u);
+
+    Fail("vout_display_get");  // not checked: the codes are still written
+    EXPECT_TRUE(Set(1920, 1080, 1, 3));
+    EXPECT_EQ(Display().format, 11u);
+}
+
+TEST_F(VideoOutputTest, SettingsWithoutEffectSucceed) {
+    EXPECT_TRUE(m_Output.SetRasterColor(RASTER_COLOR_BLUE));
+    EXPECT_TRUE(m_Output.SetRasterMode(RASTER_MODE_ON));
+    EXPECT_TRUE(m_Output.SetColourSpace(COLOUR_SPACE_UHD));
+    EXPECT_TRUE(m_Output.SetAspectRatio(VIDEO_ASPECT_RATIO_4X3));
+    EXPECT_TRUE(m_Output.SetDisplayMode(SD_DISPLAY_MODE_PAN_SCAN));
+    EXPECT_TRUE(m_Output.SetDisplayMode(HD_DISPLAY_MODE_PILLAR_BOX));
+    EXPECT_TRUE(m_Output.SetCvbsState(false));
+    EXPECT_TRUE(m_Output.SetLatency(40));
+    EXPECT_TRUE(m_Log.Has("DEBUG", "SetLatency: ST set latency 40"));
+    EXPECT_EQ(CountCalls("vout_display_set"), 0u);
+}
+
+const std::vector<std::string> kCcCalls = {"cc_init",  "cc_deinit", "cc_creat",   "cc_destroy",
+                                           "cc_set_window", "cc_start", "cc_stop", "cc_getAttr",
+                                           "cc_setAttr"};
+
+class ClosedCaptionTest : public BoardTest {
+protected:
+    void SetUp() override {
+        BoardTest::SetUp();
+        BringUpByHand();
+    }
+    std::vector<std::string> CcCalls() { return CallsMatching(kCcCalls); }
+
+    LogCapture m_Log{"hisiav.hisiclosedcaption"};
+    HisiClosedCaption m_Captions;
+};
+
+TEST_F(ClosedCaptionTest, InitializeBringsUpTheDigitalOverlay) {
+    ASSERT_EQ(m_Captions.Initialize(), 0);
+    EXPECT_EQ(CcCalls(), (std::vector<std::string>{"cc_init", "cc_creat", "cc_set_window", "cc_start", "cc_getAttr",
+                                                   "cc_setAttr"}));
+    auto cc = stbsim::State().captions;
+    EXPECT_EQ(cc.initMode, 2u);
+    EXPECT_EQ(cc.createSource, 1u);
+    EXPECT_EQ(cc.window[2], 1280u);
+    EXPECT_EQ(cc.window[3], 720u);
+    EXPECT_EQ(cc.attr.source, 1u);
+    EXPECT_EQ(cc.attr.data_type, 1u);
+    EXPECT_EQ(cc.attr.digital_mode, 3u);
+    EXPECT_TRUE(m_Log.Has("DEBUG", "call cc_setAttr successfully!"));
+}
+
+TEST_F(ClosedCaptionTest, InitializeStopsAtTheFirstFailure) {
+    const std::vector<std::string> steps = {"cc_init", "cc_creat", "cc_set_window", "cc_start", "cc_getAttr",
+                                            "cc_setAttr"};
+    for (size_t i = 0; i < steps.size(); ++i) {
+        SCOPED_TRACE(steps[i]);
+        stbsim::Reset();
+        BringUpByHand();
+        Fail(steps[i]);
+        EXPECT_EQ(m_Captions.Initialize(), hisiav_test::kInjected);
+        EXPECT_TRUE(m_Log.Has("ERROR", "call " + steps[i] + " failed 0x1234"));
+        EXPECT_EQ(CcCalls(), std::vector<std::string>(steps.begin(), steps.begin() + i + 1));
+    }
+}
+
+TEST_F(ClosedCaptionTest, DeinitializeInItsOwnOrderAndItsFailures) {
+    ASSERT_EQ(m_Captions.Initialize(), 0);
+    stbsim::ClearJournal();
+    EXPECT_EQ(m_Captions.Deinitialize(), 0);
+    EXPECT_EQ(CcCalls(), (std::vector<std::string>{"cc_deinit", "cc_stop", "cc_destroy"}));
+    EXPECT_TRUE(m_Log.Has("DEBUG", "Finish deinitializing ClosedCaption"));
+
+    const std::vector<std::string> steps = {"cc_deinit", "cc_stop", "cc_destroy"};
+    for (size_t i = 0; i < steps.size(); ++i) {
+        SCOPED_TRACE(steps[i]);
+        stbsim::Reset();
+        BringUpByHand();
+        ASSERT_EQ(m_Captions.Initialize(), 0);
+        stbsim::ClearJournal();
+        Fail(steps[i]);
+        EXPECT_EQ(m_Captions.Deinitialize(), hisiav_test::kInjected);
+        EXPECT_TRUE(m_Log.Has("ERROR", "call " + steps[i] + " failed 0x1234"));
+        EXPECT_EQ(CcCalls(), std::vector<std::string>(steps.begin(), steps.begin() + i + 1));
+    }
+}
+
+TEST_F(ClosedCaptionTest, OverlaySelectionRecreatesTheEngineForItsSource) {
+    ASSERT_EQ(m_Captions.Initialize(), 0);
+    stbsim::ClearJournal();
+    EXPECT_TRUE(m_Captions.SetOverlayCc(OVERLAY_CC_TYPE_NTSC, OVERLAY_NTSC_CC1));
+    EXPECT_EQ(CcCalls(), (std::vector<std::string>{"cc_stop", "cc_destroy", "cc_creat", "cc_set_window", "cc_start",
+                                                   "cc_getAttr", "cc_setAttr"}));
+    auto cc = stbsim::State().captions;
+    EXPECT_EQ(cc.createSource, 0u);
+    EXPECT_EQ(cc.attr.source, 0u);
+    EXPECT_EQ(cc.attr.analog_mode, 3u);
+    EXPECT_EQ(cc.attr.data_type, 0u);  // CC1 is data type 0 on the analog source
+    EXPECT_TRUE(m_Log.Has("DEBUG", "Finish Reinitializing ClosedCaption"));
+    EXPECT_TRUE(m_Log.Has("DEBUG", "closed caption type = 1, data type = 1"));
+
+    EXPECT_TRUE(m_Captions.SetOverlayCc(OVERLAY_CC_TYPE_DTV, OVERLAY_DTV_SERVICE3));
+    cc = stbsim::State().captions;
+    EXPECT_EQ(cc.createSource, 1u);
+    EXPECT_EQ(cc.attr.source, 1u);
+    EXPECT_EQ(cc.attr.digital_mode, 3u);
+    EXPECT_EQ(cc.attr.data_type, 3u);
+}
+
+TEST_F(ClosedCaptionTest, FailedOverlaySelectionIsLoggedButReportedAsDone) {
+    const std::vector<std::string> steps = {"cc_stop",  "cc_destroy", "cc_creat",  "cc_set_window",
+                                            "cc_start", "cc_getAttr", "cc_setAttr"};
+    for (const std::string& step : steps) {
+        SCOPED_TRACE(step);
+        ASSERT_EQ(m_Captions.Initialize(), 0);
+        m_Log.Clear();
+        Fail(step);
+        EXPECT_TRUE(m_Captions.SetOverlayCc(OVERLAY_CC_TYPE_DTV, OVERLAY_DTV_SERVICE2));
+        EXPECT_TRUE(m_Log.Has("ERROR", "call " + step + " failed 0x1234"));
+        EXPECT_TRUE(m_Log.Has("ERROR", "call Reinitialize failed 0x1"));
+        EXPECT_FALSE(m_Log.Has("DEBUG", "Finish Reinitializing ClosedCaption"));
+        stbsim::Reset();
+        BringUpByHand();
+    }
+}
+
+TEST_F(ClosedCaptionTest, LineTwentyOneAndOverlaySwitches) {
+    ASSERT_EQ(m_Captions.Initialize(), 0);
+    EXPECT_TRUE(m_Captions.SetVbiLine21CcState(true));
+    EXPECT_TRUE(m_Captions.SetOverlayCcState(true));
+    EXPECT_TRUE(stbsim::State().captions.vbi);
+    EXPECT_TRUE(stbsim::State().captions.subtitles);
+    Fail("cc_send_VBI_enable");
+    EXPECT_FALSE(m_Captions.SetVbiLine21CcState(false));
+    EXPECT_TRUE(m_Log.Has("ERROR", "Enable VBI line 21 Closed Caption failed: 0x1234."));
+    Fail("cc_show_subtitle_enable");
+    EXPECT_FALSE(m_Captions.SetOverlayCcState(false));
+    EXPECT_TRUE(m_Log.Has("ERROR", "Enable Closed Caption Overlay failed: 0x1234."));
+    EXPECT_TRUE(stbsim::State().captions.vbi);
+    EXPECT_TRUE(stbsim::State().captions.subtitles);
+}
+
+}  // namespace
