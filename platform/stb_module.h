@@ -41,7 +41,10 @@ typedef enum {
 
 /* Audio output devices; the daemon drives the analog output only. */
 typedef enum {
-    AOUT_DEVICE_ANALOG = 1
+    AOUT_DEVICE_ANALOG = 1,
+    AOUT_DEVICE_HDMI = 2,
+    AOUT_DEVICE_SPDIF = 4,
+    AOUT_DEVICE_ALL = 7
 } _AOUT_DEVICE_TYPE_E;
 
 /* Events the AV player reports to its registered callback. */

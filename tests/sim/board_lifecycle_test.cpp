@@ -75,7 +75,7 @@ TEST_F(BoardLifecycleTest, CallsWithHandlesThatDoNotExistFail) {
              return vout_display_set(h.vout, &a);
          }, stbsim::kErrInvalidParam},
         {"volume above 0 dB", [&] { return aout_set_volume(h.aout, AOUT_DEVICE_ANALOG, false, 1); }, stbsim::kErrInvalidParam},
-        {"volume on another device", [&] { return aout_set_volume(h.aout, static_cast<_AOUT_DEVICE_TYPE_E>(2), true, 5); },
+        {"volume on another device", [&] { return aout_set_volume(h.aout, AOUT_DEVICE_HDMI, true, 5); },
          stbsim::kErrInvalidParam},
         {"second caption instance", [] {
              CcCreateParam p{1};
