@@ -1,0 +1,265 @@
+// The commands of avhost. Thin: parsing, formatting, capture and the live line
+// are in their own units.
+#include "tools/avhost_commands.h"
+
+#include <signal.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <memory>
+#include <sstream>
+#include <thread>
+
+#include "tools/capture_reader.h"
+#include "tools/capture_writer.h"
+#include "tools/device_line.h"
+#include "tools/line_session.h"
+#include "tools/op_catalog.h"
+#include "tools/op_formatter.h"
+#include "tools/pty_line.h"
+#include "tools/session_script.h"
+#include "tools/uploader.h"
+#include "tools/value_parser.h"
+#include "toolkit/kt_print.h"
+
+namespace avhost {
+
+namespace {
+
+constexpr int kUsage = 2;
+constexpr int kFailure = 1;
+
+int Fail(std::ostream& err, const std::string& message, int status = kFailure) {
+    err << "avhost: " << message << std::endl;
+    return status;
+}
+
+void OnStopSignal(int) { StopFlag().store(true); }
+
+// No SA_RESTART: a session blocked reading standard input wakes up and ends.
+void InstallStopHandlers() {
+    struct sigaction sa {};
+    sa.sa_handler = OnStopSignal;
+    sigemptyset(&sa.sa_mask);
+    sigaction(SIGINT, &sa, nullptr);
+    sigaction(SIGTERM, &sa, nullptr);
+}
+
+// The host's end of the line: the named device, or a new pty pair whose
+// daemon side is announced on out.
+std::unique_ptr<ISerialLine> OpenLine(const CommandLine& cl, std::ostream& out, std::string& error) {
+    if (cl.pty) {
+        auto pty = std::make_unique<PtyLine>();
+        if (!pty->Open(error)) return nullptr;
+        out << "pty: " << pty->SlaveName() << std::endl;
+        return pty;
+    }
+    auto device = std::make_unique<DeviceLine>();
+    if (!device->Open(cl.device, error)) return nullptr;
+    return device;
+}
+
+// The capture file and its writer, when --capture was given.
+struct Capture {
+    std::ofstream file;
+    std::unique_ptr<CaptureWriter> writer;
+
+    bool Open(const CommandLine& cl, const std::string& device, std::string& error) {
+        if (cl.capture.empty()) return true;
+        file.open(cl.capture, std::ios::out | std::ios::trunc);
+        if (!file) {
+            error = "cannot write capture " + cl.capture;
+            return false;
+        }
+        writer = std::make_unique<CaptureWriter>(file);
+        writer->WriteHeader(device, CaptureWriter::UtcNowText());
+        return true;
+    }
+};
+
+int List(const CommandLine& cl, std::ostream& out) {
+    const OpCatalog catalog;
+    char line[160];
+    if (!cl.json) out << "opId  hex     name                                    value type  index\n";
+    for (const COpSsData* e : catalog.Entries()) {
+        const std::vector<DataVarType_e> index = e->GetIndex().GetIndexTypeList();
+        const std::string indexType = OpCatalog::TypeName(index.empty() ? VT_UINT8 : index[0]);
+        if (cl.json) {
+            out << "{\"op\":" << JsonString(e->GetName()) << ",\"opId\":" << e->GetOpId()
+                << ",\"type\":" << JsonString(OpCatalog::TypeName(e->GetDataType()))
+                << ",\"index\":" << JsonString(indexType) << "}\n";
+            continue;
+        }
+        snprintf(line, sizeof line, "%4u  0x%04X  %-38s  %-10s  %s\n", e->GetOpId(), e->GetOpId(),
+                 e->GetName().c_str(), OpCatalog::TypeName(e->GetDataType()).c_str(), indexType.c_str());
+        out << line;
+    }
+    return 0;
+}
+
+int Send(const CommandLine& cl, std::ostream& out, std::ostream& err) {
+    const OpCatalog catalog;
+    std::vector<SsOp> ops;
+    std::string error;
+    for (const std::string& a : cl.args) {
+        SsOp op;
+        if (!ParseAssignment(catalog, a, op, error)) return Fail(err, error, kUsage);
+        ops.push_back(op);
+    }
+    if (cl.apply) ops.push_back(MakeApplyOp());
+    DeviceLine line;
+    Capture capture;
+    if (!line.Open(cl.device, error) || !capture.Open(cl, cl.device, error)) return Fail(err, error);
+    LineSession::Options options;
+    options.json = cl.json;
+    options.echoSent = true;
+    options.capture = capture.writer.get();
+    LineSession session(line, catalog, out, options);
+    for (SsOp& op : ops) {
+        if (!session.Send(op)) return Fail(err, "writing to " + cl.device + " failed");
+    }
+    return 0;
+}
+
+int Raw(const CommandLine& cl, std::ostream& err) {
+    std::string hex, error;
+    for (const std::string& a : cl.args) hex += a + " ";
+    Bytes bytes;
+    if (!ParseHexBytes(hex, bytes, error)) return Fail(err, error, kUsage);
+    DeviceLine line;
+    if (!line.Open(cl.device, error)) return Fail(err, error);
+    if (!line.Write(bytes.data(), bytes.size())) return Fail(err, "writing to " + cl.device + " failed");
+    return 0;
+}
+
+int Monitor(const CommandLine& cl, std::ostream& out, std::ostream& err) {
+    const OpCatalog catalog;
+    std::string error;
+    std::unique_ptr<ISerialLine> line = OpenLine(cl, out, error);
+    Capture capture;
+    if (!line || !capture.Open(cl, line->Name(), error)) return Fail(err, error);
+    LineSession::Options options;
+    options.json = cl.json;
+    options.capture = capture.writer.get();
+    LineSession session(*line, catalog, out, options);
+    InstallStopHandlers();
+    session.Start();
+    while (!StopFlag() && (cl.duration < 0 || session.Elapsed() < cl.duration))
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    session.Stop();
+    return 0;
+}
+
+int Session(const CommandLine& cl, std::istream& in, std::ostream& out, std::ostream& err) {
+    const OpCatalog catalog;
+    std::string error;
+    std::ifstream script;
+    if (!cl.args.empty()) {
+        script.open(cl.args[0]);
+        if (!script) return Fail(err, "cannot read script " + cl.args[0]);
+    }
+    std::unique_ptr<ISerialLine> line = OpenLine(cl, out, error);
+    Capture capture;
+    if (!line || !capture.Open(cl, line->Name(), error)) return Fail(err, error);
+    LineSession::Options options;
+    options.json = cl.json;
+    options.capture = capture.writer.get();
+    LineSession session(*line, catalog, out, options);
+    InstallStopHandlers();
+    session.Start();
+    SessionRunner runner(session, catalog, err, &StopFlag());
+    int status = cl.args.empty() ? runner.RunInteractive(in, "stdin") : runner.RunScript(script, cl.args[0]);
+    session.Stop();
+    return status;
+}
+
+int Decode(const CommandLine& cl, std::istream& in, std::ostream& out, std::ostream& err) {
+    std::string content;
+    if (cl.args.empty() || cl.args[0] == "-") {
+        content.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+    } else {
+        std::ifstream file(cl.args[0], std::ios::binary);
+        if (!file) return Fail(err, "cannot read " + cl.args[0]);
+        content.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+    }
+    std::vector<CaptureChunk> chunks;
+    std::string error;
+    if (!CaptureReader::Read(content, cl.dir, chunks, error)) return Fail(err, error);
+    const OpCatalog catalog;
+    const OpFormatter formatter(catalog);
+    auto print = [&](double t, char dir, const LineFrame& f) {
+        out << (cl.json ? formatter.Json(t, dir, f) : formatter.Text(t, dir, f)) << '\n';
+    };
+    // Each direction is its own byte stream, split as the receiving end splits it.
+    LineDecoder toDaemon, toHost;
+    double lastTo = 0, lastFrom = 0;
+    std::vector<LineFrame> frames;
+    for (const CaptureChunk& c : chunks) {
+        frames.clear();
+        (c.dir == '>' ? toDaemon : toHost).Push(c.bytes.data(), c.bytes.size(), frames);
+        (c.dir == '>' ? lastTo : lastFrom) = c.t;
+        for (const LineFrame& f : frames) print(c.t, c.dir, f);
+    }
+    LineFrame rest;
+    if (toDaemon.Flush(rest)) print(lastTo, '>', rest);
+    if (toHost.Flush(rest)) print(lastFrom, '<', rest);
+    return 0;
+}
+
+int Upload(const CommandLine& cl, std::ostream& out, std::ostream& err) {
+    const bool tty = isatty(STDERR_FILENO) == 1;
+    int lastStep = -1;
+    auto progress = [&](uint64_t sent, uint64_t total) {
+        if (tty) {
+            err << "\r" << Uploader::ProgressBar(sent, total) << std::flush;
+            return;
+        }
+        int step = total == 0 ? 10 : static_cast<int>(sent * 10 / total);  // every 10 %
+        if (step == lastStep) return;
+        lastStep = step;
+        err << "upload: " << step * 10 << "% (" << Uploader::SizeText(sent) << " / " << Uploader::SizeText(total)
+            << ")" << std::endl;
+    };
+    UploadResult result;
+    std::string error;
+    bool ok = Uploader::Upload(cl.args[0], cl.host, cl.port, progress, result, error);
+    if (tty && result.bytes > 0) err << std::endl;
+    if (!ok) return Fail(err, error);
+    out << "uploaded " << cl.args[0] << ": " << Uploader::Summary(result) << std::endl;
+    return 0;
+}
+
+}  // namespace
+
+std::atomic<bool>& StopFlag() {
+    static std::atomic<bool> stop{false};
+    return stop;
+}
+
+int RunAvhost(const std::vector<std::string>& words, std::istream& in, std::ostream& out, std::ostream& err) {
+    CommandLine cl;
+    std::string error;
+    if (!ParseCommandLine(words, cl, error)) {
+        err << "avhost: " << error << "\n" << "Try 'avhost --help'." << std::endl;
+        return kUsage;
+    }
+    if (cl.help) {
+        out << UsageText();
+        return 0;
+    }
+    // The protocol code's diagnostics (e.g. about a malformed frame) are noise
+    // next to the tool's own report of the same frame.
+    if (!cl.verbose) KT::SetPrintSink([](const std::string&) {});
+    if (cl.command == "list") return List(cl, out);
+    if (cl.command == "send") return Send(cl, out, err);
+    if (cl.command == "raw") return Raw(cl, err);
+    if (cl.command == "monitor") return Monitor(cl, out, err);
+    if (cl.command == "session") return Session(cl, in, out, err);
+    if (cl.command == "decode") return Decode(cl, in, out, err);
+    return Upload(cl, out, err);
+}
+
+}  // namespace avhost

@@ -1,0 +1,108 @@
+// The live line: a receive thread that prints what the daemon sends, and the
+// send path of the caller's thread. Both record in the capture.
+#include "tools/line_session.h"
+
+namespace avhost {
+
+namespace {
+
+constexpr unsigned kReadTimeoutMs = 100;
+constexpr std::size_t kReadSize = 4096;
+
+}  // namespace
+
+LineSession::LineSession(ISerialLine& line, const OpCatalog& catalog, std::ostream& out, Options options)
+    : m_line(line),
+      m_formatter(catalog),
+      m_options(options),
+      m_start(std::chrono::steady_clock::now()),
+      m_out(out) {}
+
+LineSession::~LineSession() { Stop(); }
+
+void LineSession::Start() {
+    if (m_receiver.joinable()) return;
+    m_running = true;
+    m_receiver = std::thread([this] { ReceiveLoop(); });
+}
+
+void LineSession::Stop() {
+    if (!m_receiver.joinable()) return;
+    m_running = false;
+    m_receiver.join();
+    LineFrame rest;
+    if (m_decoder.Flush(rest)) Handle(Elapsed(), '<', rest);
+}
+
+double LineSession::Elapsed() const {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - m_start).count();
+}
+
+void LineSession::ReceiveLoop() {
+    std::vector<unsigned char> buffer(kReadSize);
+    std::vector<LineFrame> frames;
+    while (m_running) {
+        int n = m_line.Read(buffer.data(), buffer.size(), kReadTimeoutMs);
+        if (n <= 0) continue;
+        const double t = Elapsed();
+        frames.clear();
+        m_decoder.Push(buffer.data(), static_cast<std::size_t>(n), frames);
+        for (const LineFrame& frame : frames) Handle(t, '<', frame);
+    }
+}
+
+void LineSession::Handle(double t, char dir, const LineFrame& frame) {
+    if (m_options.capture != nullptr) m_options.capture->Record(t, dir, frame.line, m_formatter.Describe(frame));
+    if (dir == '<' || m_options.echoSent) Print(t, dir, frame);
+    if (dir != '<' || frame.kind != LineFrame::kOp) return;
+    {
+        std::lock_guard<std::mutex> lock(m_seenMutex);
+        m_seen.push_back(frame.op);
+    }
+    m_seenSignal.notify_all();
+}
+
+void LineSession::Print(double t, char dir, const LineFrame& frame) {
+    std::string text = m_options.json ? m_formatter.Json(t, dir, frame) : m_formatter.Text(t, dir, frame);
+    std::lock_guard<std::mutex> lock(m_outMutex);
+    m_out << text << std::endl;  // flushed: the reader may be another program
+}
+
+bool LineSession::Send(SsOp& op) {
+    // Serialise a copy: the caller's op keeps its cache untouched.
+    SsOp copy(op);
+    bool ok = true;
+    for (const Bytes& frame : EncodeOpFrames(copy)) {
+        ok = m_line.Write(frame.data(), frame.size()) && ok;
+        // Shown as decoded from the line, like the other direction (one chunk each).
+        LineDecoder decoder;
+        std::vector<LineFrame> sent;
+        decoder.Push(frame.data(), frame.size(), sent);
+        for (const LineFrame& f : sent) Handle(Elapsed(), '>', f);
+    }
+    return ok;
+}
+
+bool LineSession::SendRaw(const Bytes& bytes) {
+    bool ok = m_line.Write(bytes.data(), bytes.size());
+    if (m_options.capture != nullptr) m_options.capture->Record(Elapsed(), '>', bytes, "raw");
+    return ok;
+}
+
+bool LineSession::Expect(const Match& match, double timeoutS) {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::duration_cast<std::chrono::nanoseconds>(
+                                                                  std::chrono::duration<double>(timeoutS));
+    std::unique_lock<std::mutex> lock(m_seenMutex);
+    std::size_t checked = 0;
+    for (;;) {
+        for (; checked < m_seen.size(); ++checked) {
+            if (!match(m_seen[checked])) continue;
+            m_seen.erase(m_seen.begin(), m_seen.begin() + static_cast<std::ptrdiff_t>(checked) + 1);
+            return true;
+        }
+        if (m_seenSignal.wait_until(lock, deadline) == std::cv_status::timeout && checked == m_seen.size())
+            return false;
+    }
+}
+
+}  // namespace avhost

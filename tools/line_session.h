@@ -1,0 +1,82 @@
+// LineSession: the host's side of a live serial line. A receive thread of its
+// own reads the line, splits and decodes frames and prints each one (text or
+// JSON) as it arrives, records it in the capture if there is one, and keeps the
+// decoded operations for Expect. Send and SendRaw frame and write from the
+// calling thread and record in the capture too. The line, catalog, output stream
+// and capture writer are not owned and must outlive the session.
+#pragma once
+
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <deque>
+#include <functional>
+#include <mutex>
+#include <ostream>
+#include <thread>
+
+#include "tools/capture_writer.h"
+#include "tools/line_decoder.h"
+#include "tools/op_catalog.h"
+#include "tools/op_formatter.h"
+#include "tools/serial_line.h"
+
+namespace avhost {
+
+class LineSession {
+public:
+    struct Options {
+        bool json = false;                // one JSON object per line instead of text
+        bool echoSent = false;            // also print what Send writes (direction '>')
+        CaptureWriter* capture = nullptr;  // records both directions when set
+    };
+
+    LineSession(ISerialLine& line, const OpCatalog& catalog, std::ostream& out, Options options);
+    // Stops the receive thread if it runs.
+    ~LineSession();
+
+    // Starts the receive thread. Owner's thread.
+    void Start();
+    // Stops and joins it (within one 100 ms read), then reports bytes of a frame
+    // that had not ended. Owner's thread; safe when not started.
+    void Stop();
+
+    // Writes the operation's frames (one per 240-byte chunk). True when every
+    // byte was written. Any thread.
+    bool Send(SsOp& op);
+    // Writes bytes as given, unframed.
+    bool SendRaw(const Bytes& bytes);
+
+    using Match = std::function<bool(const SsOp&)>;
+    // Waits until an operation for which match holds has been received, looking
+    // at those received since the previous successful Expect (or the start), so
+    // a reply that came while earlier commands ran is not missed. On success the
+    // operations up to the match are consumed. False after timeoutS seconds.
+    bool Expect(const Match& match, double timeoutS);
+
+    // Seconds since construction.
+    double Elapsed() const;
+
+private:
+    void ReceiveLoop();
+    void Handle(double t, char dir, const LineFrame& frame);
+    void Print(double t, char dir, const LineFrame& frame);
+
+    ISerialLine& m_line;
+    OpFormatter m_formatter;
+    Options m_options;
+    const std::chrono::steady_clock::time_point m_start;
+
+    std::thread m_receiver;
+    std::atomic<bool> m_running{false};
+    LineDecoder m_decoder;  // receive thread only (and Stop after the join)
+
+    std::mutex m_outMutex;
+    std::ostream& m_out;  // guarded by m_outMutex
+
+    std::mutex m_seenMutex;
+    std::condition_variable m_seenSignal;
+    std::deque<SsOp> m_seen;  // guarded by m_seenMutex: received, not yet consumed by Expect
+};
+
+}  // namespace avhost
