@@ -287,6 +287,14 @@ void CBoard::StopEventThread() {
 }
 
 void CBoard::EventLoop() {
+    try {
+        EventLoopBody();
+    } catch (...) {
+        fprintf(stderr, "stbsim: event thread stopped by an internal failure\n");
+    }
+}
+
+void CBoard::EventLoopBody() {
     Lock lock(m_mutex);
     while (!m_eventStop) {
         const int64_t now = MonotonicUs();

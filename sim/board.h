@@ -178,6 +178,7 @@ private:
     void ResetOutputs();
     void WaitNoCallback(Lock& lock);
     void EventLoop();
+    void EventLoopBody();
     void StartEventThread();
     void StopEventThread();
     void WriteInputJson(class CJsonWriter& w, int64_t nowUs);

@@ -218,6 +218,8 @@ std::string CBoard::Command(const std::string& line) {
         return RunCommand(verb, rest);
     } catch (const std::exception& e) {
         return std::string("error: ") + e.what() + "\n";
+    } catch (...) {
+        return "error: internal failure\n";
     }
 }
 

@@ -43,7 +43,7 @@ bool LoadStreamInput(const std::string& path, StreamInput* out, std::string* err
     std::string head(189, '\0');
     f.read(&head[0], static_cast<std::streamsize>(head.size()));
     head.resize(static_cast<size_t>(f.gcount()));
-    static const CScenarioSource scenario;
+    const CScenarioSource scenario;
     const IStreamSource* source = &scenario;
     const IStreamSource* ts = TransportStreamSource();
     if (ts && ts->Recognises(path, head)) {
