@@ -1,8 +1,7 @@
-// HisiDecoderChip: brings the media library up (system, AV player, audio and
-// video outputs, window, track, captions), binds the handles it obtains into the
-// other adapters, starts display, and tears everything down in its destructor.
-// Caller's thread (start-up and the poller); no lock. The adapters are owned by
-// the subsystem assembly and outlive the chip; the chip owns only its records.
+// HisiDecoderChip: brings the media library up, binds the handles it obtains into
+// the other adapters, starts display, and tears everything down in its destructor.
+// Caller's thread; no lock. The adapters belong to the subsystem assembly and
+// outlive the chip; the chip owns only its platform records.
 #pragma once
 
 #include <cstdint>

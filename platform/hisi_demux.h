@@ -1,8 +1,7 @@
-// HisiDemux: the programme settings of the one decoded service. Each setter reads
-// the player's settings, changes one field in a pending copy and re-applies the
-// settings (stop, configure, restart audio and video) only when the pending copy
-// differs from what was applied last. No lock: poller thread only.
-// Owned by the subsystem assembly; the AV handle comes from the chip bring-up.
+// HisiDemux: the programme settings of the one decoded service. Each setter changes
+// one field of the player's settings and restarts the player (stop, configure,
+// start) only when they differ from what was applied last. No lock: poller thread
+// only. Owned by the subsystem assembly; the AV handle comes from the chip bring-up.
 #pragma once
 
 #include <cstdint>

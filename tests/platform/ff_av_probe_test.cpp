@@ -111,9 +111,4 @@ TEST_F(ProbeTest, DestructionStopsTheThreadPromptly) {
     EXPECT_LT(ms, 500);  // the goal is well under that; the bound only catches a full pass interval
 }
 
-TEST_F(ProbeTest, NeverStartedProbeIsDestroyedQuietly) {
-    FfAvProbe idle;
-    EXPECT_EQ(idle.GetServiceName(1), "");
-}
-
 }  // namespace

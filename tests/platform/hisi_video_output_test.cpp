@@ -108,14 +108,7 @@ TEST_F(VideoOutputTest, FailedSetKeepsTheCurrentFormat) {
     EXPECT_EQ(Display().format, 11u);
 }
 
-TEST_F(VideoOutputTest, SettingsWithoutEffectSucceed) {
-    EXPECT_TRUE(m_Output.SetRasterColor(RASTER_COLOR_BLUE));
-    EXPECT_TRUE(m_Output.SetRasterMode(RASTER_MODE_ON));
-    EXPECT_TRUE(m_Output.SetColourSpace(COLOUR_SPACE_UHD));
-    EXPECT_TRUE(m_Output.SetAspectRatio(VIDEO_ASPECT_RATIO_4X3));
-    EXPECT_TRUE(m_Output.SetDisplayMode(SD_DISPLAY_MODE_PAN_SCAN));
-    EXPECT_TRUE(m_Output.SetDisplayMode(HD_DISPLAY_MODE_PILLAR_BOX));
-    EXPECT_TRUE(m_Output.SetCvbsState(false));
+TEST_F(VideoOutputTest, LatencyIsOnlyLogged) {
     EXPECT_TRUE(m_Output.SetLatency(40));
     EXPECT_TRUE(m_Log.Has("DEBUG", "SetLatency: ST set latency 40"));
     EXPECT_EQ(CountCalls("vout_display_set"), 0u);
