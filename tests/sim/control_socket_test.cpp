@@ -156,7 +156,7 @@ TEST_F(ControlSocketTest, UnknownCommandsGetAnErrorLine) {
 TEST_F(ControlSocketTest, StreamSwitchesTheInputAndVideoChangesItNow) {
     const Handles h = BringUp();
     Play(h.av, 0x100, 5, 0x101, 1, 0x100);
-    const std::string file = ::testing::TempDir() + "stbsim_switch.scn";
+    const std::string file = ::testing::TempDir() + "stbsim_switch_" + std::to_string(getpid()) + ".scn";
     FILE* f = fopen(file.c_str(), "w");
     ASSERT_NE(f, nullptr);
     fputs("service 3 name=Other\nvideo pid=0x100 width=1280 height=720 scan=progressive fps=50\naudio pid=0x101\n", f);

@@ -1,5 +1,7 @@
 // Scenario files of the virtual board: what a valid file describes, and the
 // message a malformed line gets.
+#include <unistd.h>
+
 #include <gtest/gtest.h>
 
 #include "sim/scenario_parser.h"
@@ -110,7 +112,7 @@ TEST_F(ScenarioInputTest, ABadScenarioLeavesTheInputAsItWas) {
 }
 
 TEST_F(ScenarioInputTest, StbsimStreamIsReadAtSystemInit) {
-    const std::string path = ::testing::TempDir() + "stbsim_env.scn";
+    const std::string path = ::testing::TempDir() + "stbsim_env_" + std::to_string(getpid()) + ".scn";
     FILE* f = fopen(path.c_str(), "w");
     ASSERT_NE(f, nullptr);
     fputs("service 9 name=\"From env\"\nvideo pid=0x900\n", f);
@@ -130,7 +132,7 @@ TEST_F(ScenarioInputTest, StbsimStreamIsReadAtSystemInit) {
 }
 
 TEST_F(ScenarioInputTest, TransportStreamsNeedTheProber) {
-    const std::string path = ::testing::TempDir() + "stbsim_fake.ts";
+    const std::string path = ::testing::TempDir() + "stbsim_fake_" + std::to_string(getpid()) + ".ts";
     std::string packets(188 * 2, '\xff');
     packets[0] = packets[188] = 0x47;
     FILE* f = fopen(path.c_str(), "wb");
