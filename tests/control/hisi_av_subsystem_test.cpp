@@ -1,0 +1,368 @@
+// The assembled subsystem end to end: the decoder doubles below, a real pty
+// above with the test playing the host through the project's own protocol code,
+// and a hand-moved clock under the schedule (real time for the tear-down test).
+#include "control/hisi_av_subsystem.h"
+
+#include <dirent.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <chrono>
+#include <condition_variable>
+#include <cstdio>
+#include <fstream>
+#include <iostream>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "output/uhd_vid_format.h"
+#include "tests/control/pty_host.h"
+#include "tests/doubles/fake_decoder_set.h"
+#include "tests/protocol/print_capture.h"
+#include "tests/status/status_test_support.h"
+#include "toolkit/fixed_paths.h"
+
+using hisiav_test::FakeClock;
+using hisiav_test::LogCapture;
+using hisiav_test::OpIds;
+using hisiav_test::PtyHost;
+using hisiav_test::SentOp;
+using Ids = std::vector<unsigned int>;
+using Calls = std::vector<std::string>;
+
+namespace {
+
+size_t ThreadCount() {
+    size_t n = 0;
+    if (DIR* dir = opendir("/proc/self/task")) {
+        while (dirent* e = readdir(dir)) n += e->d_name[0] != '.';
+        closedir(dir);
+    }
+    return n;
+}
+
+template <typename Pred>
+bool WaitUntil(Pred pred, int timeoutMs = 10000) {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
+    while (!pred()) {
+        if (std::chrono::steady_clock::now() > end) return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    }
+    return true;
+}
+
+class SubsystemTest : public ::testing::Test {
+protected:
+    SubsystemTest() {
+        char tmpl[] = "/tmp/hisiav-core-XXXXXX";
+        m_Root = mkdtemp(tmpl);
+        hisiav::paths::SetRoot(m_Root);
+    }
+    ~SubsystemTest() override {
+        sub.reset();
+        hisiav::paths::SetRoot("");
+        std::remove((m_Root + "/vendor/etc/version").c_str());
+        rmdir((m_Root + "/vendor/etc").c_str());
+        rmdir((m_Root + "/vendor").c_str());
+        rmdir(m_Root.c_str());
+    }
+
+    void WriteVersionFile(const std::string& content) {
+        mkdir((m_Root + "/vendor").c_str(), 0755);
+        mkdir((m_Root + "/vendor/etc").c_str(), 0755);
+        std::ofstream(m_Root + "/vendor/etc/version") << content;
+    }
+    void Start(KT::IClock* schedClock) {
+        ASSERT_TRUE(host.IsOpen());
+        sub.reset(new HisiAvSubsystem(d.chip, d.demux, d.audioDecoders, d.videoDecoder, d.videoOutput, d.audioOutput,
+                                      d.closedCaption, host.SlaveName(), schedClock));
+        sub->StartProcess();
+        ASSERT_TRUE(host.WaitForOp(3));  // ready: reception is on
+        host.Take();
+    }
+    void Start() { Start(&clock); }
+    // Moves the schedule's clock and lets the poller see it.
+    void Tick(uint64_t ms) {
+        clock.Advance(ms);
+        sub->Schedule().Wake();
+    }
+    bool WaitCall(const std::string& call) {
+        return WaitUntil([&] { return d.log.Count(call) > 0; });
+    }
+    // Returns once every operation sent before has been processed: service
+    // number 0 (the doubles' own, so no status changes) goes through its own run.
+    void Fence() {
+        const size_t before = d.log.Count(kFenceCall);
+        host.SendU16(250, 0);
+        host.SendApply();
+        ASSERT_TRUE(WaitUntil([&] { return d.log.Count(kFenceCall) > before; }));
+    }
+    void EnableReporting(unsigned char value = 1) {
+        host.SendU8(4, value);
+        host.SendApply();
+    }
+    // A stream the status processors can report: one audio service and 1080p50
+    // video, with the output already at the format the automatic mode picks.
+    void ConfigureStream() {
+        d.demux.SetReportedPid(ES_TYPE_AUDIO, 0, 0x101);
+        d.demux.SetReportedPid(ES_TYPE_VIDEO, 0, 0x100);
+        d.audioDecoder->Configure([](hisiav_test::FakeAudioDecoderState& s) {
+            s.bitRate = 192000;
+            s.samplingRate = 48000;
+            s.reportedCodec = AUDIO_TYPE_STATUS_AC3;
+        });
+        d.videoDecoder.SetReportedFormat(1920, 1080, VIDEO_SCAN_TYPE_PROGRESSIVE, VIDEO_FRAME_RATE_50,
+                                         VIDEO_ASPECT_RATIO_16X9);
+        d.videoOutput.SetFormat(1920, 1080, VIDEO_SCAN_TYPE_PROGRESSIVE, VIDEO_FRAME_RATE_50, VIDEO_ASPECT_RATIO_16X9,
+                                VOUT_FORMAT_UNSET, VIDEO_OUTPUT_INTERFACE_HD);
+    }
+
+    PrintCapture prints;  // read diagnostics of the operation record
+    FakeClock clock;
+    LogCapture logs{{"hisiav.configmanager", "hisiav.opreceiver", "hisiav.subsystem"}};
+    PtyHost host;
+    hisiav_test::FakeDecoderSet d;
+    std::unique_ptr<HisiAvSubsystem> sub;
+
+    const std::string kFenceCall = "IDemux::SetServiceId(0)";
+
+private:
+    std::string m_Root;
+};
+
+}  // namespace
+
+TEST_F(SubsystemTest, StartUpReportsVersionAndReady) {
+    struct Case {
+        const char* file;
+        const char* version;
+    } cases[] = {{"# board\nversion = 2.4.1\n", "2.4.1"}, {nullptr, "unknown"}};
+    for (const Case& c : cases) {
+        if (c.file) WriteVersionFile(c.file);
+        sub.reset(new HisiAvSubsystem(d.chip, d.demux, d.audioDecoders, d.videoDecoder, d.videoOutput, d.audioOutput,
+                                      d.closedCaption, host.SlaveName(), &clock));
+        sub->StartProcess();
+        ASSERT_TRUE(host.WaitForOp(3));
+        auto ops = host.Take();
+        ASSERT_EQ(OpIds(ops), (Ids{2, 3}));
+        EXPECT_EQ(ops[0].Text(), c.version);
+        EXPECT_EQ(ops[1].Text(), "hisiav_ready");
+        sub.reset();
+        std::remove((hisiav::paths::Resolve(hisiav::paths::kVersionFile)).c_str());
+    }
+}
+
+TEST_F(SubsystemTest, BatchReachesTheDoublesInOrderEndingInOneApplyPass) {
+    Start();
+    const unsigned int manual1080i25 = UhdVidFormat(1080, 1920, VideoFormatBase::SCAN_TYPE_INTERLACED,
+                                                    VideoFormatBase::ASPECT_RATIO_16X9, VideoFormatBase::FRAME_RATE_25)
+                                           .GetId();
+    host.SendU16(245, 0x100);
+    host.SendU16(246, 0x101);
+    host.SendU16(247, 0x102);
+    host.SendU16(248, 0x103);  // the second audio PID is not applied
+    host.SendText(249, "News");
+    host.SendU16(250, 7);
+    host.SendU8(242, VIDEO_TYPE_H264);
+    host.SendU8(243, AUDIO_TYPE_AC3);
+    host.SendU8(261, VIDEO_OUTPUT_INTERFACE_HD);
+    host.SendU8(262, FORMAT_MODE_MANUAL);
+    host.SendU32(266, manual1080i25);
+    host.SendU8(115, COMPOSITE_625_PAL);
+    host.SendU8(18, ANALOG_AUDIO_ON);
+    host.SendU8(155, 2);  // overlay on
+    host.SendU8(156, OVERLAY_CC_TYPE_NTSC);
+    host.SendU8(157, OVERLAY_NTSC_CC2);
+    host.SendU8(254, ENABLE_STATE_ENABLE);
+    host.SendApply();
+    ASSERT_TRUE(WaitCall("IClosedCaption::SetVbiLine21CcState(true)"));
+    const Calls expected = {
+        "IDemux::SetPid(256,1,0)",
+        "IDemux::SetPid(257,3,0)",
+        "IDemux::SetPid(258,0,0)",
+        "IDemux::SetServiceName(\"News\")",
+        "IDemux::SetServiceId(7)",
+        "IDemux::SetServiceVideoCodecType(2)",
+        "IDemux::SetServiceAudioCodecType(3)",
+        // the apply pass: video, audio, captions
+        "IVideoOutput::SetFormat(1920,1080,1,3,1,2,1)",
+        "IAudioOutput::SetMute(false)",
+        "IAudioOutput::SetAnalogVolume(0)",
+        "IClosedCaption::SetOverlayCc(1,2)",
+        "IClosedCaption::SetOverlayCcState(true)",
+        "IClosedCaption::SetVbiLine21CcState(true)",
+    };
+    EXPECT_EQ(d.log.Calls(), expected);
+    d.log.Clear();
+    Fence();  // a later run finds nothing dirty: the batch was applied once
+    EXPECT_EQ(d.log.Calls(), (Calls{kFenceCall}));
+}
+
+TEST_F(SubsystemTest, BurstOfTriggersGivesOneRunAndOtherTypesAreNotQueued) {
+    Start();
+    std::mutex m;
+    std::condition_variable cv;
+    bool entered = false, released = false;
+    sub->Schedule().Add(KT::CSchedule::Action([&] {
+                            std::unique_lock<std::mutex> lock(m);
+                            entered = true;
+                            cv.notify_all();
+                            cv.wait_for(lock, std::chrono::seconds(10), [&] { return released; });
+                        }),
+                        0, false);
+    {
+        std::unique_lock<std::mutex> lock(m);
+        ASSERT_TRUE(cv.wait_for(lock, std::chrono::seconds(10), [&] { return entered; }));
+    }
+    const size_t before = sub->Schedule().PendingCount();  // the two one-second reports
+    host.SendU16(250, 42);
+    for (int i = 0; i < 5; ++i) host.SendApply();
+    host.SendBytes(251, {1}, static_cast<OpType_e>(8));  // above 7: dropped without a word
+    host.SendBytes(250, {0, 43}, OP_TYPE_RESERVED_3);   // not a value: never applied
+    ASSERT_TRUE(WaitUntil([&] { return logs.Contains("WARN hisiav.opreceiver: HandleCommOp: Unhandled OpType=3"); }));
+    EXPECT_EQ(sub->Schedule().PendingCount(), before + 1);
+    {
+        std::lock_guard<std::mutex> lock(m);
+        released = true;
+    }
+    cv.notify_all();
+    Fence();
+    EXPECT_EQ(d.log.Count("IDemux::SetServiceId(42)"), 1u);
+    EXPECT_EQ(d.log.Count("IDemux::SetServiceId(43)"), 0u);
+    size_t warnings = 0;
+    for (const std::string& l : logs.Lines()) warnings += l.find("Unhandled OpType") != std::string::npos;
+    EXPECT_EQ(warnings, 1u);
+}
+
+TEST_F(SubsystemTest, UnknownOpIdsAndUnfitValuesAreHandledAndTheRestApplies) {
+    Start();
+    host.SendU8(999, 1);
+    host.SendBytes(245, {0x55});  // one byte where two belong: read as 0
+    host.SendU8(20, 0xF6);        // -10 dBV, but the dictionary types it signed: the read fails, 0 applies
+    host.SendU8(18, ANALOG_AUDIO_ON);
+    host.SendU8(5, 1);
+    host.SendU8(244, 3);
+    host.SendText(249, "");
+    host.SendU16(248, 0x300);
+    host.SendU16(246, 0x200);
+    host.SendApply();
+    ASSERT_TRUE(WaitCall("IAudioOutput::SetAnalogVolume(0)"));
+    EXPECT_EQ(d.log.Calls(), (Calls{"IDemux::SetPid(0,1,0)", "IDemux::SetPid(512,3,0)", "IAudioOutput::SetMute(false)",
+                                    "IAudioOutput::SetAnalogVolume(0)"}));
+    for (const char* line : {
+             "WARN hisiav.configmanager: ProcessConfiguration: Unable to find OpId=999 in map!",
+             "DEBUG hisiav.configmanager: AV_OP_SERVICESELECTION_PCR opId = 245, value = 0",
+             "DEBUG hisiav.configmanager: AV_OP_ANALOGAUDIO_OUTPUT_LEVEL opId = 20, value = 0",
+             "DEBUG hisiav.configmanager: unhandled opId = 5, data type = 3",
+             "DEBUG hisiav.configmanager: unhandled opId = 244, data type = 3",
+             "DEBUG hisiav.configmanager: AV_OP_SERVICESELECTION_SERVICE_NAME opId = 249, value = ",
+             "DEBUG hisiav.configmanager: AV_OP_SERVICESELECTION_AUDIO2 opId = 248, value = 768",
+         })
+        EXPECT_TRUE(logs.Contains(line)) << line;
+    EXPECT_TRUE(prints.Contains("GetData wrong size (2 != 1)"));
+}
+
+TEST_F(SubsystemTest, StatusEnableInitialisesTheChipOnceAndRestartsReporting) {
+    Start();
+    for (unsigned char value : {1, 1, 2, 2, 0, 3, 1}) EnableReporting(value);
+    Fence();
+    ASSERT_TRUE(host.WaitForCount(0, 2));  // hisisystemReset goes only in a forced report
+    EXPECT_EQ(d.chip.Snapshot().initializeCount, 1);
+    EXPECT_EQ(host.CountOf(0), 2u);
+    EXPECT_EQ(logs.Count("DEBUG hisiav.configmanager: ProcessConfiguration: m_StatusMonitor.StartReporting() Enable"), 3u);
+    EXPECT_EQ(logs.Count("DEBUG hisiav.configmanager: ProcessConfiguration: m_StatusMonitor.StopReporting() Disable"),
+              2u);
+}
+
+TEST_F(SubsystemTest, ReportingSendsTheFullReportThenChangesAndTheHeartbeatEvery2s) {
+    ConfigureStream();
+    Start();
+    EnableReporting();
+    ASSERT_TRUE(host.WaitForOp(279));  // the last video item
+    const Ids fullReport = {213, 74, 75, 76, 77, 78, 79, 214, 80, 216,                           // audio
+                            0,   1,                                                              // chip
+                            220, 225, 221, 229, 270, 271, 272, 273, 274, 275, 276, 277, 278, 280,  // video
+                            281, 283, 267, 282, 269, 279};
+    EXPECT_EQ(OpIds(host.Take()), fullReport);
+    Fence();  // the next poll is armed once the enabling run is over
+
+    d.audioDecoder->Configure([](hisiav_test::FakeAudioDecoderState& s) { s.bitRate = 128000; });
+    Tick(2000);
+    ASSERT_TRUE(host.WaitForOp(1));
+    Fence();     // the poll has armed the next one
+    Tick(1999);  // not yet
+    Fence();
+    Tick(1);
+    ASSERT_TRUE(host.WaitForCount(1, 2));
+    Fence();  // any video item of the second poll would be on the line by now
+    auto ops = host.Take();
+    EXPECT_EQ(OpIds(ops), (Ids{74, 1, 1}));
+    EXPECT_EQ(ops[0].Value(), 128000u);
+}
+
+TEST_F(SubsystemTest, ReadyCheckAndStatusClearAreAnsweredOnTheNextSecond) {
+    Start();
+    host.SendU8(7, 1);
+    host.SendApply();
+    host.SendU8(7, 1);
+    host.SendApply();
+    Fence();
+    Tick(1000);
+    ASSERT_TRUE(host.WaitForOp(3));
+    auto ops = host.Take();
+    ASSERT_EQ(OpIds(ops), (Ids{2, 3}));
+    EXPECT_EQ(ops[0].Text(), "unknown");
+    EXPECT_EQ(ops[1].Text(), "hisiav_ready");
+
+    host.SendU8(8, 1);
+    host.SendApply();
+    Fence();
+    Tick(1000);  // the ready report runs first in this tick: it must stay quiet
+    ASSERT_TRUE(host.WaitForOp(9));
+    ops = host.Take();
+    ASSERT_EQ(OpIds(ops), (Ids{9}));
+    EXPECT_EQ(ops[0].Text(), "Hisiav status clear done!");
+    EXPECT_EQ(d.log.Count("IDemux::ClearBuffer"), 1u);
+}
+
+TEST_F(SubsystemTest, AutomaticOutputFollowsADecodedFormatChangeOnce) {
+    d.demux.SetReportedPid(ES_TYPE_VIDEO, 0, 0x100);
+    d.videoDecoder.SetReportedFormat(1280, 720, VIDEO_SCAN_TYPE_PROGRESSIVE, VIDEO_FRAME_RATE_50,
+                                     VIDEO_ASPECT_RATIO_16X9);
+    Start();
+    host.SendU8(262, FORMAT_MODE_AUTO);
+    EnableReporting();
+    ASSERT_TRUE(host.WaitForOp(279));
+    ASSERT_TRUE(WaitCall("IVideoOutput::SetFormat(1280,720,2,6,1,2,1)"));
+    Fence();
+    const size_t setFormats = d.log.Count("IVideoOutput::SetFormat");
+
+    d.videoDecoder.SetReportedFormat(1920, 1080, VIDEO_SCAN_TYPE_INTERLACED, VIDEO_FRAME_RATE_25,
+                                     VIDEO_ASPECT_RATIO_16X9);
+    Tick(2000);
+    ASSERT_TRUE(WaitCall("IVideoOutput::SetFormat(1920,1080,1,3,1,2,1)"));
+    Tick(2000);
+    ASSERT_TRUE(host.WaitForCount(1, 3));  // heartbeats: forced, first and second poll
+    Fence();
+    EXPECT_EQ(d.log.Count("IVideoOutput::SetFormat"), setFormats + 1);
+}
+
+TEST_F(SubsystemTest, DestructionWhileReceivingAndReportingIsQuickAndLeavesNoThread) {
+    const size_t threadsBefore = ThreadCount();
+    ConfigureStream();
+    Start(nullptr);  // the monotonic clock: the one-second reports really tick
+    EnableReporting();
+    ASSERT_TRUE(host.WaitForOp(279));
+    EXPECT_GT(ThreadCount(), threadsBefore);
+    host.SendU8(7, 1);
+    host.SendApply();
+    const auto start = std::chrono::steady_clock::now();
+    sub.reset();
+    const auto ms = std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start);
+    std::cout << "[ measure ] subsystem destruction took " << ms.count() << " ms" << std::endl;
+    EXPECT_LT(ms.count(), 1000);
+    EXPECT_EQ(ThreadCount(), threadsBefore);
+}
