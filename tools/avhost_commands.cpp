@@ -199,7 +199,9 @@ int Decode(const CommandLine& cl, std::istream& in, std::ostream& out, std::ostr
     std::vector<LineFrame> frames;
     for (const CaptureChunk& c : chunks) {
         frames.clear();
-        (c.dir == '>' ? toDaemon : toHost).Push(c.bytes.data(), c.bytes.size(), frames);
+        LineDecoder& decoder = c.dir == '>' ? toDaemon : toHost;
+        decoder.Push(c.bytes.data(), c.bytes.size(), frames);
+        decoder.TakeStray(frames);
         (c.dir == '>' ? lastTo : lastFrom) = c.t;
         for (const LineFrame& f : frames) print(c.t, c.dir, f);
     }

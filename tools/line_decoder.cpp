@@ -35,6 +35,10 @@ void LineDecoder::Emit(LineFrame::Kind kind, std::vector<LineFrame>& frames) {
     frames.push_back(std::move(frame));
 }
 
+void LineDecoder::TakeStray(std::vector<LineFrame>& frames) {
+    if (!m_decoder.InFrame() && !m_decoder.FrameEnded() && !m_line.empty()) Emit(LineFrame::kStray, frames);
+}
+
 bool LineDecoder::Flush(LineFrame& rest) {
     if (m_line.empty()) return false;
     rest = LineFrame();

@@ -31,6 +31,10 @@ class LineDecoder {
 public:
     // Feeds received bytes; appends what they complete to frames, in line order.
     void Push(const unsigned char* data, std::size_t len, std::vector<LineFrame>& frames);
+    // Stray bytes held since the last frame, reported now rather than when the
+    // next start marker comes (so they carry the time they arrived). Call after
+    // a read; appends nothing while a frame is open or nothing is held.
+    void TakeStray(std::vector<LineFrame>& frames);
     // The bytes of a frame still open (kIncomplete) or stray bytes still held
     // (kStray); false when nothing is pending. The decoder starts afresh.
     bool Flush(LineFrame& rest);

@@ -47,6 +47,7 @@ void LineSession::ReceiveLoop() {
         const double t = Elapsed();
         frames.clear();
         m_decoder.Push(buffer.data(), static_cast<std::size_t>(n), frames);
+        m_decoder.TakeStray(frames);
         for (const LineFrame& frame : frames) Handle(t, '<', frame);
     }
 }
@@ -73,20 +74,20 @@ bool LineSession::Send(SsOp& op) {
     SsOp copy(op);
     bool ok = true;
     for (const Bytes& frame : EncodeOpFrames(copy)) {
-        ok = m_line.Write(frame.data(), frame.size()) && ok;
-        // Shown as decoded from the line, like the other direction (one chunk each).
+        // Recorded before the write, so that an answer never precedes its cause
+        // in the capture. Shown as decoded from the line, like the other direction.
         LineDecoder decoder;
         std::vector<LineFrame> sent;
         decoder.Push(frame.data(), frame.size(), sent);
         for (const LineFrame& f : sent) Handle(Elapsed(), '>', f);
+        ok = m_line.Write(frame.data(), frame.size()) && ok;
     }
     return ok;
 }
 
 bool LineSession::SendRaw(const Bytes& bytes) {
-    bool ok = m_line.Write(bytes.data(), bytes.size());
     if (m_options.capture != nullptr) m_options.capture->Record(Elapsed(), '>', bytes, "raw");
-    return ok;
+    return m_line.Write(bytes.data(), bytes.size());
 }
 
 bool LineSession::Expect(const Match& match, double timeoutS) {

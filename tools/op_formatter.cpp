@@ -143,7 +143,7 @@ OpFormatter::Value OpFormatter::ValueOf(const SsOp& op, const COpSsData* entry) 
         v.plain = text;
     } else {
         v.text = "[" + HexString(data) + "]";
-        v.json = JsonString(HexString(data));
+        v.json = data.empty() ? "null" : JsonString(HexString(data));
     }
     return v;
 }

@@ -1,0 +1,232 @@
+// avhost run as a process, where exit statuses, messages and the bytes put on
+// a real pty line are the behaviour under test.
+#include <arpa/inet.h>
+#include <fcntl.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <pty.h>
+#include <sys/socket.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cstdio>
+#include <fstream>
+#include <sstream>
+
+#include "tests/tools/child_process.h"
+#include "tests/tools/daemon_double.h"
+#include "tools/capture_reader.h"
+#include "tools/line_decoder.h"
+#include "tools/value_parser.h"
+
+namespace {
+
+using avhost::Bytes;
+
+ChildProcess Avhost(std::vector<std::string> args) {
+    args.insert(args.begin(), AVHOST_BINARY);
+    return ChildProcess(args);
+}
+
+// A port on 127.0.0.1 that nothing listens on.
+uint16_t UnusedPort() {
+    int fd = socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in addr{};
+    addr.sin_family = AF_INET;
+    addr.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    bind(fd, reinterpret_cast<sockaddr*>(&addr), sizeof addr);
+    socklen_t len = sizeof addr;
+    getsockname(fd, reinterpret_cast<sockaddr*>(&addr), &len);
+    close(fd);
+    return ntohs(addr.sin_port);
+}
+
+std::string TempPath(const std::string& content) {
+    char path[] = "/tmp/avhost-test-XXXXXX";
+    int fd = mkstemp(path);
+    close(fd);
+    std::ofstream(path) << content;
+    return path;
+}
+
+// The pty pair of a test that plays the daemon on the master: avhost opens the slave.
+struct TestPty {
+    int master = -1, slave = -1;
+    std::string slaveName;
+    TestPty() {
+        char name[128] = {0};
+        if (openpty(&master, &slave, name, nullptr, nullptr) != 0) return;
+        slaveName = name;
+        termios tio;
+        tcgetattr(slave, &tio);
+        cfmakeraw(&tio);
+        tcsetattr(slave, TCSANOW, &tio);
+    }
+    ~TestPty() {
+        close(master);
+        close(slave);
+    }
+    // What the master has to read within a short quiet time after count bytes (or 10 s).
+    Bytes Read(size_t count) {
+        Bytes out;
+        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+        while (std::chrono::steady_clock::now() < end) {
+            pollfd p = {master, POLLIN, 0};
+            if (poll(&p, 1, out.size() >= count ? 200 : 100) <= 0) {
+                if (out.size() >= count) break;
+                continue;
+            }
+            unsigned char buf[4096];
+            ssize_t n = read(master, buf, sizeof buf);
+            if (n > 0) out.insert(out.end(), buf, buf + n);
+        }
+        return out;
+    }
+};
+
+TEST(AvhostProcess, UsageAndRuntimeErrorsHaveTheirStatusAndMessage) {
+    const std::string port = std::to_string(UnusedPort());
+    const std::string file = TempPath("payload");
+    const struct {
+        std::vector<std::string> args;
+        int status;
+        std::string err;
+    } cases[] = {
+        {{}, 2, "avhost: missing command\nTry 'avhost --help'.\n"},
+        {{"frobnicate"}, 2, "avhost: unknown command \"frobnicate\"\nTry 'avhost --help'.\n"},
+        {{"send", "-d", "/dev/null", "videoWidht=1"}, 2,
+         "avhost: unknown operation name \"videoWidht\"; 'avhost list' shows the dictionary\n"},
+        {{"send", "-d", "/dev/null", "videoWidth=70000"}, 2,
+         "avhost: videoWidth: value 70000 out of range for VT_UINT16 (0..65535)\n"},
+        {{"send", "-d", "/dev/null", "avssconfigGenlockAvail=maybe"}, 2,
+         "avhost: avssconfigGenlockAvail: malformed value \"maybe\" for VT_BOOL (0, 1, true or false)\n"},
+        {{"send", "videoWidth=1"}, 2, "avhost: send: missing -d DEVICE\nTry 'avhost --help'.\n"},
+        {{"send", "-d", "/dev/avhost-no-such-tty", "videoWidth=1"}, 1,
+         "avhost: cannot open /dev/avhost-no-such-tty: No such file or directory\n"},
+        {{"monitor", "--json"}, 2, "avhost: monitor: give either -d DEVICE or --pty\nTry 'avhost --help'.\n"},
+        {{"monitor", "--pty", "--apply"}, 2, "avhost: monitor does not take --apply\nTry 'avhost --help'.\n"},
+        {{"raw", "-d", "/dev/null", "0F", "1"}, 2, "avhost: not a hex byte string: odd number of hex digits\n"},
+        {{"upload", file, "--port", port}, 1,
+         "avhost: cannot connect to 127.0.0.1:" + port + ": Connection refused\n"},
+        {{"upload", file, "--port", "70000"}, 2, "avhost: upload: bad --port \"70000\" (1..65535)\nTry 'avhost --help'.\n"},
+        {{"upload", "/avhost-no-such-file"}, 1, "avhost: cannot read /avhost-no-such-file: No such file or directory\n"},
+    };
+    for (const auto& c : cases) {
+        ChildProcess child = Avhost(c.args);
+        ASSERT_TRUE(child.Started());
+        EXPECT_EQ(child.Wait(), c.status) << (c.args.empty() ? "" : c.args[0]) << " " << child.Stderr();
+        EXPECT_EQ(child.Stderr(), c.err);
+    }
+    std::remove(file.c_str());
+    ChildProcess help = Avhost({"--help"});
+    EXPECT_EQ(help.Wait(), 0);
+    EXPECT_EQ(help.Stdout().rfind("Usage: avhost", 0), 0u);
+}
+
+TEST(AvhostProcess, SendWithApplyPutsExactlyTheFramesOnTheLine) {
+    TestPty pty;
+    ASSERT_FALSE(pty.slaveName.empty());
+    ChildProcess child = Avhost({"send", "-d", pty.slaveName, "videooutputManualFormat=1920x1080p50",
+                                 "videooutputInterface=3@1", "serviceselectionServiceName=BBC", "--apply"});
+    ASSERT_EQ(child.Wait(), 0) << child.Stderr();
+    const std::string expected =
+        "0F 00 0A 01 01 00 04 63 0D 00 00 10 "  // videooutputManualFormat[0] = 0x630D0000
+        "0F 00 05 01 01 01 01 03 10 "           // videooutputInterface[1] = 3
+        "0F 00 F9 00 01 00 03 42 42 43 10 "     // serviceselectionServiceName[0] = "BBC"
+        "0F 06 00 00 00 00 10";                 // apply
+    EXPECT_EQ(avhost::HexString(pty.Read(39)), expected);
+    EXPECT_EQ(child.Stdout(),
+              "   0.000 > videooutputManualFormat[0] = 0x630D0000 (1920x1080p 16x9 50.00fps)\n"
+              "   0.000 > videooutputInterface[1] = 3\n"
+              "   0.000 > serviceselectionServiceName[0] = \"BBC\"\n"
+              "   0.000 > apply\n");
+}
+
+TEST(AvhostProcess, RawWritesTheBytesAsGiven) {
+    TestPty pty;
+    ChildProcess child = Avhost({"raw", "-d", pty.slaveName, "0F", "10", "0x12,0x2f"});
+    ASSERT_EQ(child.Wait(), 0) << child.Stderr();
+    EXPECT_EQ(avhost::HexString(pty.Read(4)), "0F 10 12 2F");
+}
+
+std::string SlaveFrom(ChildProcess& child) {
+    if (!child.WaitForOutput("\n")) return "";
+    const std::string& out = child.Stdout();
+    if (out.rfind("pty: ", 0) != 0) return "";
+    return out.substr(5, out.find('\n') - 5);
+}
+
+TEST(AvhostProcess, SessionOnItsOwnPtyExpectsWhatTheDaemonSends) {
+    const std::string script = TempPath(
+        "# select the output, apply, and wait for the daemon's answer\n"
+        "send videooutputFormatMode=2\n"
+        "apply\n"
+        "expect videoWidth=1920 10\n");
+    ChildProcess child = Avhost({"session", "--pty", script});
+    const std::string slave = SlaveFrom(child);
+    ASSERT_FALSE(slave.empty()) << child.Stdout() << child.Stderr();
+    DaemonSide daemon(slave);
+    SsOp width(OP_TYPE_DATA, 271);
+    width.SetIndexList({0});
+    width.SetDataU16(1920);
+    daemon.AnswerApplyWith(width);
+    ASSERT_TRUE(daemon.Start());
+    EXPECT_EQ(child.Wait(), 0) << child.Stderr();
+    std::remove(script.c_str());
+    EXPECT_NE(child.Stdout().find(" < videoWidth[0] = 1920\n"), std::string::npos) << child.Stdout();
+    std::vector<DaemonSide::Bytes> got = daemon.Received(2);
+    ASSERT_EQ(got.size(), 2u);
+    EXPECT_EQ(avhost::HexString(got[0]), "00 06 01 01 00 01 02");
+    EXPECT_EQ(avhost::HexString(got[1]), "06 00 00 00 00");
+}
+
+TEST(AvhostProcess, SessionFailsWhenAnExpectTimesOut) {
+    ChildProcess child = Avhost({"session", "--pty"});
+    ASSERT_FALSE(SlaveFrom(child).empty());
+    child.Write("wait 0.01\nexpect hisisystemReady=hisiav_ready 0.1\nsend videoWidth=1\n");
+    child.CloseInput();
+    EXPECT_EQ(child.Wait(), 1);
+    EXPECT_EQ(child.Stderr(),
+              "avhost: stdin:2: expect hisisystemReady=hisiav_ready 0.1: nothing matching received within 0.1 s\n");
+}
+
+TEST(AvhostProcess, MonitorPrintsJsonAndCapturesUntilTerminated) {
+    const std::string capture = TempPath("");
+    ChildProcess child = Avhost({"monitor", "--pty", "--json", "--capture", capture});
+    const std::string slave = SlaveFrom(child);
+    ASSERT_FALSE(slave.empty()) << child.Stderr();
+    DaemonSide daemon(slave);
+    ASSERT_TRUE(daemon.Start());
+    SsOp format(OP_TYPE_DATA, 267);
+    format.SetIndexList({0});
+    format.SetDataU32(0x630D0000);
+    SsOp ready(OP_TYPE_DATA, 3);
+    ready.SetIndexList({0});
+    ready.SetDataU8(std::string("hisiav_ready"));
+    ASSERT_TRUE(daemon.Send(ready));
+    ASSERT_TRUE(daemon.Send(format));
+    ASSERT_TRUE(child.WaitForOutput("\"text\":\"1920x1080p 16x9 50.00fps\"}\n")) << child.Stdout();
+    child.Signal(SIGTERM);
+    EXPECT_EQ(child.Wait(), 0) << child.Stderr();
+    EXPECT_NE(child.Stdout().find(R"("dir":"<","op":"hisisystemReady","opId":3,"opType":0,"type":"VT_INT8",)"
+                                  R"("index":0,"value":"hisiav_ready"})"),
+              std::string::npos)
+        << child.Stdout();
+
+    std::ifstream file(capture);
+    std::stringstream text;
+    text << file.rdbuf();
+    std::remove(capture.c_str());
+    EXPECT_NE(text.str().find("# line: " + slave + " 115200 8N1\n"), std::string::npos) << text.str();
+    std::vector<avhost::CaptureChunk> chunks;
+    std::string error;
+    ASSERT_TRUE(avhost::CaptureReader::Read(text.str(), '?', chunks, error)) << error;
+    ASSERT_EQ(chunks.size(), 2u);
+    EXPECT_EQ(avhost::HexString(chunks[1].bytes), "0F 00 0B 01 01 00 04 63 0D 00 00 10");
+    EXPECT_EQ(chunks[1].dir, '<');
+}
+
+}  // namespace

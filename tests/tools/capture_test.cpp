@@ -1,0 +1,168 @@
+// Frame splitting, the text capture (write, read back, golden file) and decoding
+// of raw binary and plain hex captures through the decode command.
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "tools/avhost_commands.h"
+#include "tools/capture_reader.h"
+#include "tools/capture_writer.h"
+#include "tools/line_decoder.h"
+#include "tools/value_parser.h"
+
+namespace avhost {
+namespace {
+
+Bytes Hex(const std::string& text) {
+    Bytes bytes;
+    std::string error;
+    EXPECT_TRUE(ParseHexBytes(text, bytes, error)) << text;
+    return bytes;
+}
+
+std::vector<std::string> Kinds(const std::vector<LineFrame>& frames) {
+    static const char* const names[] = {"op", "bad", "stray", "incomplete"};
+    std::vector<std::string> out;
+    for (const LineFrame& f : frames) out.push_back(std::string(names[f.kind]) + " " + HexString(f.line));
+    return out;
+}
+
+int Decode(const std::vector<std::string>& args, const std::string& input, std::string& out, std::string& err) {
+    std::istringstream in(input);
+    std::ostringstream o, e;
+    std::vector<std::string> words = {"decode"};
+    words.insert(words.end(), args.begin(), args.end());
+    int status = RunAvhost(words, in, o, e);
+    out = o.str();
+    err = e.str();
+    return status;
+}
+
+// Two operations, the second with escaped bytes (opId 0x010F and value 0x0F10).
+const char* const kTwoFrames = "0F 00 12 2F 01 01 00 02 07 80 10 0F 00 12 2F 01 01 01 02 12 2F 12 30 10";
+
+TEST(LineDecoder, SplitsTheLineAsTheReceiverDoes) {
+    const struct {
+        const char* line;
+        std::vector<std::string> frames;
+    } cases[] = {
+        {kTwoFrames, {"op 0F 00 12 2F 01 01 00 02 07 80 10", "op 0F 00 12 2F 01 01 01 02 12 2F 12 30 10"}},
+        {"41 42 0F 06 00 00 00 00 10", {"stray 41 42", "op 0F 06 00 00 00 00 10"}},
+        {"0F 01 10", {"bad 0F 01 10"}},
+        // an end marker outside a frame stays noted: the next start completes an empty frame
+        {"10 0F 00 05 0F 06 00 00 00 00 10", {"bad 10 0F", "stray 00 05", "op 0F 06 00 00 00 00 10"}},
+        {"0F 06 0F 00 00 00 00 10", {"op 0F 06 0F 00 00 00 00 10"}},  // a second start inside is ignored
+    };
+    for (const auto& c : cases) {
+        const Bytes line = Hex(c.line);
+        LineDecoder whole, byByte;
+        std::vector<LineFrame> a, b;
+        whole.Push(line.data(), line.size(), a);
+        for (unsigned char byte : line) byByte.Push(&byte, 1, b);
+        EXPECT_EQ(Kinds(a), c.frames) << c.line;
+        EXPECT_EQ(Kinds(b), c.frames) << c.line;
+    }
+}
+
+TEST(LineDecoder, DecodesEscapedBytes) {
+    const Bytes line = Hex(kTwoFrames);
+    LineDecoder decoder;
+    std::vector<LineFrame> frames;
+    decoder.Push(line.data(), line.size(), frames);
+    ASSERT_EQ(frames.size(), 2u);
+    EXPECT_EQ(frames[1].op.GetOpId(), 0x010Fu);
+    EXPECT_EQ(frames[1].op.GetIndexList(), Bytes{0x01});
+    EXPECT_EQ(frames[1].op.GetRawData(), (Bytes{0x0F, 0x10}));
+}
+
+TEST(EncodeOpFrames, CutsLongValuesIntoChunksOf240) {
+    SsOp op(OP_TYPE_DATA, 249);
+    op.SetIndexList({0});
+    op.SetDataU8(std::string(300, 'a'));
+    std::vector<Bytes> frames = EncodeOpFrames(op);
+    ASSERT_EQ(frames.size(), 2u);
+    LineDecoder decoder;
+    std::vector<LineFrame> decoded;
+    for (const Bytes& f : frames) decoder.Push(f.data(), f.size(), decoded);
+    ASSERT_EQ(decoded.size(), 2u);
+    EXPECT_EQ(decoded[0].op.GetDataLength(), 240u);
+    EXPECT_EQ(decoded[1].op.GetDataLength(), 60u);
+}
+
+TEST(Capture, WhatIsWrittenReadsBack) {
+    std::ostringstream text;
+    CaptureWriter writer(text);
+    writer.WriteHeader("/dev/pts/7", "2024-05-01T12:00:00Z");
+    writer.Record(0.0004, '>', Hex("0F 06 00 00 00 00 10"), "apply");
+    writer.Record(1.25, '<', Hex("0F 00 03 00 01 00 02 6F 6B 10"), "#3 note\nwith a line end");
+    writer.Record(12.5, '<', Hex("41"), "");
+    const std::string expected =
+        "# avhost capture 1\n"
+        "# date: 2024-05-01T12:00:00Z\n"
+        "# line: /dev/pts/7 115200 8N1\n"
+        "# time (s) since start, direction (> host to daemon, < daemon to host), frame bytes as on the line\n"
+        "0.000 > 0F 06 00 00 00 00 10  # apply\n"
+        "1.250 < 0F 00 03 00 01 00 02 6F 6B 10  # #3 note with a line end\n"
+        "12.500 < 41\n";
+    EXPECT_EQ(text.str(), expected);
+
+    std::vector<CaptureChunk> chunks;
+    std::string error;
+    ASSERT_EQ(CaptureReader::Detect(text.str()), CaptureReader::kText);
+    ASSERT_TRUE(CaptureReader::Read(text.str(), '<', chunks, error)) << error;
+    ASSERT_EQ(chunks.size(), 3u);
+    EXPECT_EQ(chunks[0].dir, '>');
+    EXPECT_EQ(HexString(chunks[1].bytes), "0F 00 03 00 01 00 02 6F 6B 10");
+    EXPECT_DOUBLE_EQ(chunks[1].t, 1.25);
+    EXPECT_EQ(chunks[2].dir, '<');
+    EXPECT_EQ(chunks[2].bytes, Bytes{0x41});
+}
+
+TEST(Capture, TellsTheThreeFormsApartAndReportsBadLines) {
+    EXPECT_EQ(CaptureReader::Detect("0.5 < 0F 10\n"), CaptureReader::kText);  // no header needed
+    EXPECT_EQ(CaptureReader::Detect("# from a logic analyser\n0F 00 10\n"), CaptureReader::kHex);
+    EXPECT_EQ(CaptureReader::Detect(std::string("\x0F\x06\x00\x00\x00\x00\x10", 7)), CaptureReader::kBinary);
+    std::vector<CaptureChunk> chunks;
+    std::string error;
+    EXPECT_FALSE(CaptureReader::Read("# avhost capture 1\n0.1 < 0F 10\n0.2 ? 0F\n", '<', chunks, error));
+    EXPECT_EQ(error, "line 3: expected '<time> <direction> <hex bytes>'");
+    EXPECT_FALSE(CaptureReader::Read("0.1 < 0F 1\n", '<', chunks, error));
+    EXPECT_EQ(error, "line 1: not a hex byte string: odd number of hex digits");
+}
+
+TEST(Decode, RawBinaryAndPlainHexGiveTheSameLines) {
+    const Bytes line = Hex(kTwoFrames);
+    std::string binaryOut, hexOut, jsonOut, err;
+    EXPECT_EQ(Decode({}, std::string(line.begin(), line.end()), binaryOut, err), 0) << err;
+    EXPECT_EQ(Decode({"--dir", "<"}, std::string(kTwoFrames) + "\n", hexOut, err), 0) << err;
+    EXPECT_EQ(binaryOut,
+              "   0.000 < videoWidth[0] = 1920\n"
+              "   0.000 < videoWidth[1] = 3856\n");
+    EXPECT_EQ(hexOut, binaryOut);
+    EXPECT_EQ(Decode({"--json", "--dir", ">"}, "0F 06 00 00 00 00 10 0F 00", jsonOut, err), 0) << err;
+    EXPECT_EQ(jsonOut,
+              "{\"t\":0.000,\"dir\":\">\",\"op\":\"apply\",\"opId\":0,\"opType\":6}\n"
+              "{\"t\":0.000,\"dir\":\">\",\"error\":\"incomplete frame\",\"bytes\":\"0F 00\"}\n");
+}
+
+TEST(Decode, GoldenCaptureOfASession) {
+    std::ifstream capture(TOOLS_TEST_DATA "/golden/session_capture.txt");
+    std::ifstream expected(TOOLS_TEST_DATA "/golden/session_capture.decoded.txt");
+    ASSERT_TRUE(capture && expected);
+    std::stringstream captureText, expectedText;
+    captureText << capture.rdbuf();
+    expectedText << expected.rdbuf();
+    std::string out, err;
+    EXPECT_EQ(Decode({}, captureText.str(), out, err), 0) << err;
+    EXPECT_EQ(out, expectedText.str());
+}
+
+TEST(Decode, AMalformedCaptureIsARuntimeFailure) {
+    std::string out, err;
+    EXPECT_EQ(Decode({}, "0.1 < 0F 10\n0.2 < 0F 1\n", out, err), 1);
+    EXPECT_EQ(err, "avhost: line 2: not a hex byte string: odd number of hex digits\n");
+}
+
+}  // namespace
+}  // namespace avhost

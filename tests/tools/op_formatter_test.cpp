@@ -1,0 +1,99 @@
+// How received frames are shown: fixed images to exact text and JSON lines.
+#include "tools/op_formatter.h"
+
+#include <gtest/gtest.h>
+
+#include "tools/value_parser.h"
+
+namespace avhost {
+namespace {
+
+// A frame as the line carries it, decoded as the monitor decodes it.
+LineFrame FrameOf(const std::string& imageHex) {
+    Bytes image;
+    std::string error;
+    EXPECT_TRUE(ParseHexBytes(imageHex, image, error)) << imageHex;
+    Bytes line = FrameEncoder::EncodeToBytes(image);
+    LineDecoder decoder;
+    std::vector<LineFrame> frames;
+    decoder.Push(line.data(), line.size(), frames);
+    EXPECT_EQ(frames.size(), 1u) << imageHex;
+    return frames.empty() ? LineFrame() : frames[0];
+}
+
+TEST(OpFormatter, ShowsEachValueByItsDictionaryType) {
+    const OpCatalog catalog;
+    const OpFormatter formatter(catalog);
+    const struct {
+        const char* image;
+        const char* text;
+        const char* json;
+    } cases[] = {
+        {"00 0F 01 01 00 02 07 80", "   1.234 < videoWidth[0] = 1920",
+         R"({"t":1.234,"dir":"<","op":"videoWidth","opId":271,"opType":0,"type":"VT_UINT16","index":0,"value":1920})"},
+        {"00 0B 01 01 01 04 63 0D 00 00",
+         "   1.234 < videooutputCurrentOutputFormat[1] = 0x630D0000 (1920x1080p 16x9 50.00fps)",
+         R"({"t":1.234,"dir":"<","op":"videooutputCurrentOutputFormat","opId":267,"opType":0,"type":"VT_UINT32",)"
+         R"("index":1,"value":1661796352,"text":"1920x1080p 16x9 50.00fps"})"},
+        // status texts travel under numeric types: shown as text
+        {"00 03 00 01 00 0C 68 69 73 69 61 76 5F 72 65 61 64 79", "   1.234 < hisisystemReady[0] = \"hisiav_ready\"",
+         R"({"t":1.234,"dir":"<","op":"hisisystemReady","opId":3,"opType":0,"type":"VT_INT8","index":0,)"
+         R"("value":"hisiav_ready"})"},
+        {"00 02 00 04 00 00 00 00 03 31 2E 30", "   1.234 < hisisystemSoftwareVersion[0] = \"1.0\"",
+         R"({"t":1.234,"dir":"<","op":"hisisystemSoftwareVersion","opId":2,"opType":0,"type":"VT_UINT32",)"
+         R"("index":0,"value":"1.0"})"},
+        {"00 14 00 01 02 01 FA", "   1.234 < analogaudioOutputLevel[2] = -6", nullptr},
+        {"00 D5 00 01 00 02 FF FF", "   1.234 < selectedaudioPid[0] = -1", nullptr},
+        {"00 68 00 01 00 01 02", "   1.234 < avssconfigGenlockAvail[0] = true",
+         R"({"t":1.234,"dir":"<","op":"avssconfigGenlockAvail","opId":104,"opType":0,"type":"VT_BOOL","index":0,)"
+         R"("value":true})"},
+        {"00 E2 00 01 00 05 61 22 5C 0A 01", R"(   1.234 < selectedserviceServiceName[0] = "a\"\\\n\x01")",
+         R"({"t":1.234,"dir":"<","op":"selectedserviceServiceName","opId":226,"opType":0,"type":"VT_STRING",)"
+         R"("index":0,"value":"a\"\\\u000a\u0001"})"},
+        {"00 0F 01 01 00 01 07", "   1.234 < videoWidth[0] = [07]", nullptr},  // wrong length, not text
+        {"00 0F 01 00 00", "   1.234 < videoWidth = []",
+         R"({"t":1.234,"dir":"<","op":"videoWidth","opId":271,"opType":0,"type":"VT_UINT16","index":null,)"
+         R"("value":null})"},
+        {"00 90 01 01 01 02 01 02", "   1.234 < #400[1] = \"\\x01\\x02\"",
+         R"({"t":1.234,"dir":"<","op":null,"opId":400,"opType":0,"type":null,"index":1,"value":"\u0001\u0002"})"},
+        {"06 00 00 00 00", "   1.234 < apply", R"({"t":1.234,"dir":"<","op":"apply","opId":0,"opType":6})"},
+        {"03 0F 01 01 00 02 07 80", "   1.234 < videoWidth[0] = 1920 (op type 3)", nullptr},
+    };
+    for (const auto& c : cases) {
+        LineFrame frame = FrameOf(c.image);
+        ASSERT_EQ(frame.kind, LineFrame::kOp) << c.image;
+        EXPECT_EQ(formatter.Text(1.2344, '<', frame), c.text) << c.image;
+        if (c.json != nullptr) {
+            EXPECT_EQ(formatter.Json(1.2344, '<', frame), c.json) << c.image;
+        }
+    }
+}
+
+TEST(OpFormatter, ReportsFramesThatAreNoOperation) {
+    const OpCatalog catalog;
+    const OpFormatter formatter(catalog);
+    LineDecoder decoder;
+    std::vector<LineFrame> frames;
+    const Bytes line = {0x41, 0x0F, 0x00, 0x01, 0x10, 0x0F, 0x00};
+    decoder.Push(line.data(), line.size(), frames);
+    LineFrame rest;
+    ASSERT_TRUE(decoder.Flush(rest));
+    frames.push_back(rest);
+    ASSERT_EQ(frames.size(), 3u);
+    EXPECT_EQ(formatter.Text(0, '<', frames[0]), "   0.000 < stray bytes: 41");
+    EXPECT_EQ(formatter.Text(0, '<', frames[1]), "   0.000 < decode failed: 0F 00 01 10");
+    EXPECT_EQ(formatter.Text(0, '<', frames[2]), "   0.000 < incomplete frame: 0F 00");
+    EXPECT_EQ(formatter.Json(2.5, '>', frames[1]),
+              R"({"t":2.500,"dir":">","error":"decode failed","bytes":"0F 00 01 10"})");
+}
+
+TEST(OpFormatter, PlainValueIsWhatOneWouldType) {
+    const OpCatalog catalog;
+    const OpFormatter formatter(catalog);
+    EXPECT_EQ(formatter.PlainValue(FrameOf("00 14 00 01 02 01 FA").op), "-6");
+    EXPECT_EQ(formatter.PlainValue(FrameOf("00 03 00 01 00 02 6F 6B").op), "ok");
+    EXPECT_EQ(formatter.PlainValue(FrameOf("00 0B 01 01 01 04 63 0D 00 00").op), "1661796352");
+}
+
+}  // namespace
+}  // namespace avhost

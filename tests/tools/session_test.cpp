@@ -1,0 +1,147 @@
+// The session language, and a live session over a real pty pair against the
+// daemon's own serial adapter.
+#include "tools/session_script.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "tests/tools/daemon_double.h"
+#include "tools/capture_reader.h"
+#include "tools/pty_line.h"
+
+namespace avhost {
+namespace {
+
+std::string ImageHex(const Bytes& image) { return HexString(image); }
+
+SsOp OpFrom(const OpCatalog& catalog, const std::string& assignment) {
+    SsOp op;
+    std::string error;
+    EXPECT_TRUE(ParseAssignment(catalog, assignment, op, error)) << error;
+    return op;
+}
+
+TEST(ParseSessionLine, KnowsTheCommandsAndSaysWhatIsWrong) {
+    const OpCatalog catalog;
+    const struct {
+        const char* line;
+        bool ok;
+        bool isCommand;
+        const char* error;
+    } cases[] = {
+        {"send videoWidth=1 videoHeight=2@1", true, true, ""},
+        {"send serviceselectionServiceName=\"My \\\"TV\\\"\"", true, true, ""},
+        {"  apply  # go", true, true, ""},
+        {"wait 0.5", true, true, ""},
+        {"expect hisisystemReady=hisiav_ready 3", true, true, ""},
+        {"expect videoWidth", true, true, ""},
+        {"raw 0F 06 00 00 00 00 10", true, true, ""},
+        {"# a comment", true, false, ""},
+        {"", true, false, ""},
+        {"send", false, true, "usage: send NAME=VALUE[@INDEX] ..."},
+        {"send videoWidth=70000", false, true, "videoWidth: value 70000 out of range for VT_UINT16 (0..65535)"},
+        {"apply now", false, true, "usage: apply"},
+        {"wait soon", false, true, "usage: wait SECONDS"},
+        {"expect", false, true, "usage: expect NAME[=VALUE][@INDEX] [TIMEOUT]"},
+        {"expect videoWidht", false, true, "unknown operation name \"videoWidht\"; 'avhost list' shows the dictionary"},
+        {"expect videoWidth 1s", false, true, "bad time-out \"1s\""},
+        {"raw 0F 1", false, true, "not a hex byte string: odd number of hex digits"},
+        {"sned videoWidth=1", false, true, "unknown command \"sned\" (send, apply, wait, expect, raw)"},
+        {"send serviceselectionServiceName=\"open", false, false, "unterminated quote"},
+    };
+    for (const auto& c : cases) {
+        SessionCommand command;
+        bool isCommand = false;
+        std::string error;
+        EXPECT_EQ(ParseSessionLine(catalog, c.line, command, isCommand, error), c.ok) << c.line;
+        EXPECT_EQ(isCommand, c.isCommand) << c.line;
+        EXPECT_EQ(error, c.error) << c.line;
+    }
+    SessionCommand command;
+    bool isCommand = false;
+    std::string error;
+    ASSERT_TRUE(ParseSessionLine(catalog, "send serviceselectionServiceName=\"My \\\"TV\\\"\"", command, isCommand,
+                                 error));
+    EXPECT_EQ(command.ops.at(0).GetDataString(), "My \"TV\"");
+}
+
+TEST(ExpectSpec, MatchesByNameIndexAndValue) {
+    const OpCatalog catalog;
+    const OpFormatter formatter(catalog);
+    const struct {
+        const char* expect;
+        const char* op;
+        bool matches;
+    } cases[] = {
+        {"expect videoWidth", "videoWidth=1920@3", true},
+        {"expect videoWidth=1920", "videoWidth=1920@3", true},
+        {"expect videoWidth=0x780", "videoWidth=1920", true},
+        {"expect videoWidth=1920@3", "videoWidth=1920@2", false},
+        {"expect videoWidth=1921", "videoWidth=1920", false},
+        {"expect videoHeight", "videoWidth=1920", false},
+        {"expect hisisystemReady=hisiav_ready", "serviceselectionServiceName=hisiav_ready", false},
+        {"expect videooutputCurrentOutputFormat=1920x1080p50", "videooutputCurrentOutputFormat=0x630D0000", true},
+        {"expect videooutputCurrentOutputFormat=1920x1080p25", "videooutputCurrentOutputFormat=0x630D0000", false},
+    };
+    for (const auto& c : cases) {
+        SessionCommand command;
+        bool isCommand = false;
+        std::string error;
+        ASSERT_TRUE(ParseSessionLine(catalog, c.expect, command, isCommand, error)) << error;
+        EXPECT_EQ(command.expect.Matches(OpFrom(catalog, c.op), formatter), c.matches) << c.expect << " / " << c.op;
+    }
+    // A status text sent under a numeric type matches its text.
+    SessionCommand command;
+    bool isCommand = false;
+    std::string error;
+    ASSERT_TRUE(ParseSessionLine(catalog, "expect hisisystemReady=hisiav_ready", command, isCommand, error));
+    SsOp ready(OP_TYPE_DATA, 3);
+    ready.SetIndexList({0});
+    ready.SetDataU8(std::string("hisiav_ready"));
+    EXPECT_TRUE(command.expect.Matches(ready, formatter));
+}
+
+// The host (this session) sends a batch and the apply trigger; the daemon's
+// adapter receives exactly those images and answers; expect sees the answer.
+TEST(SessionRunner, DrivesTheDaemonsAdapterOverAPty) {
+    const OpCatalog catalog;
+    PtyLine line;
+    std::string error;
+    ASSERT_TRUE(line.Open(error)) << error;
+    DaemonSide daemon(line.SlaveName());
+    daemon.AnswerApplyWith(OpFrom(catalog, "videoWidth=1920"));
+    ASSERT_TRUE(daemon.Start());
+
+    std::ostringstream out, err, captureText;
+    CaptureWriter capture(captureText);
+    LineSession::Options options;
+    options.capture = &capture;
+    LineSession session(line, catalog, out, options);
+    session.Start();
+    SessionRunner runner(session, catalog, err);
+    std::istringstream script(
+        "send videooutputFormatMode=2 videooutputManualFormat=1280x720p59.94@1\n"
+        "apply\n"
+        "expect videoWidth=1920 10\n"
+        "expect videoHeight 0.05\n");
+    EXPECT_EQ(runner.RunScript(script, "script"), 1);
+    session.Stop();
+
+    std::vector<DaemonSide::Bytes> got = daemon.Received(3);
+    ASSERT_EQ(got.size(), 3u);
+    EXPECT_EQ(ImageHex(got[0]), "00 06 01 01 00 01 02");
+    EXPECT_EQ(ImageHex(got[1]), "00 0A 01 01 01 04 73 09 00 00");
+    EXPECT_EQ(ImageHex(got[2]), "06 00 00 00 00");
+    EXPECT_NE(out.str().find(" < videoWidth[0] = 1920\n"), std::string::npos) << out.str();
+    EXPECT_EQ(err.str(), "avhost: script:4: expect videoHeight 0.05: nothing matching received within 0.05 s\n");
+
+    std::vector<CaptureChunk> chunks;
+    ASSERT_TRUE(CaptureReader::Read(captureText.str(), '<', chunks, error)) << error;
+    std::string dirs;
+    for (const CaptureChunk& c : chunks) dirs += c.dir;
+    EXPECT_EQ(dirs, ">>><");
+}
+
+}  // namespace
+}  // namespace avhost

@@ -1,0 +1,98 @@
+// Upload over a real TCP socket on 127.0.0.1 to a small receiver that stores
+// what it reads until the uploader closes its side.
+#include "tools/uploader.h"
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <fstream>
+#include <string>
+#include <thread>
+
+namespace avhost {
+namespace {
+
+// Listens on an ephemeral port; Serve takes one connection and reads it to its end.
+class Receiver {
+public:
+    Receiver() {
+        m_fd = socket(AF_INET, SOCK_STREAM, 0);
+        sockaddr_in addr{};
+        addr.sin_family = AF_INET;
+        addr.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        bind(m_fd, reinterpret_cast<sockaddr*>(&addr), sizeof addr);
+        listen(m_fd, 1);
+        socklen_t len = sizeof addr;
+        getsockname(m_fd, reinterpret_cast<sockaddr*>(&addr), &len);
+        m_port = ntohs(addr.sin_port);
+    }
+    ~Receiver() { close(m_fd); }
+    uint16_t Port() const { return m_port; }
+    std::string Serve() {
+        int conn = accept(m_fd, nullptr, nullptr);
+        std::string got;
+        char buf[8192];
+        for (ssize_t n; (n = read(conn, buf, sizeof buf)) > 0;) got.append(buf, static_cast<size_t>(n));
+        close(conn);
+        return got;
+    }
+
+private:
+    int m_fd = -1;
+    uint16_t m_port = 0;
+};
+
+std::string TempFileWith(const std::string& content) {
+    char path[] = "/tmp/avhost-upload-XXXXXX";
+    int fd = mkstemp(path);
+    close(fd);
+    std::ofstream(path, std::ios::binary) << content;
+    return path;
+}
+
+TEST(Uploader, SendsTheWholeFileAndEndsItByClosing) {
+    std::string content(300 * 1024 + 7, '\0');
+    for (size_t i = 0; i < content.size(); ++i) content[i] = static_cast<char>(i * 131 % 251);
+    const std::string path = TempFileWith(content);
+    Receiver receiver;
+    std::string received;
+    std::thread server([&] { received = receiver.Serve(); });
+    uint64_t lastSent = 0, lastTotal = 0;
+    int calls = 0;
+    UploadResult result;
+    std::string error;
+    bool ok = Uploader::Upload(
+        path, "127.0.0.1", receiver.Port(),
+        [&](uint64_t sent, uint64_t total) {
+            EXPECT_GE(sent, lastSent);
+            lastSent = sent;
+            lastTotal = total;
+            ++calls;
+        },
+        result, error);
+    server.join();
+    std::remove(path.c_str());
+    ASSERT_TRUE(ok) << error;
+    EXPECT_TRUE(received == content);
+    EXPECT_EQ(result.bytes, content.size());
+    EXPECT_EQ(lastSent, content.size());
+    EXPECT_EQ(lastTotal, content.size());
+    EXPECT_GT(calls, 1);
+}
+
+TEST(Uploader, ProgressAndSummaryTexts) {
+    EXPECT_EQ(Uploader::ProgressBar(512 * 1024, 1024 * 1024, 10), "[#####     ]   50%  512.0 KiB / 1.0 MiB");
+    EXPECT_EQ(Uploader::ProgressBar(0, 0, 4), "[####]  100%  0 B / 0 B");
+    UploadResult r;
+    r.bytes = 2 * 1024 * 1024;
+    r.seconds = 0.5;
+    EXPECT_EQ(Uploader::Summary(r), "2097152 bytes in 0.50 s (4.00 MiB/s)");
+}
+
+}  // namespace
+}  // namespace avhost
