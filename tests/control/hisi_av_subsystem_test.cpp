@@ -24,6 +24,7 @@
 #include "tests/protocol/print_capture.h"
 #include "tests/status/status_test_support.h"
 #include "toolkit/fixed_paths.h"
+#include "toolkit/kt_fs.h"
 
 using hisiav_test::FakeClock;
 using hisiav_test::LogCapture;
@@ -67,6 +68,7 @@ protected:
         std::remove((m_Root + "/vendor/etc/version").c_str());
         rmdir((m_Root + "/vendor/etc").c_str());
         rmdir((m_Root + "/vendor").c_str());
+        rmdir((m_Root + "/data").c_str());
         rmdir(m_Root.c_str());
     }
 
@@ -75,6 +77,7 @@ protected:
         mkdir((m_Root + "/vendor/etc").c_str(), 0755);
         std::ofstream(m_Root + "/vendor/etc/version") << content;
     }
+    std::string RootPath(const std::string& rel) const { return m_Root + rel; }
     void Start(KT::IClock* schedClock) {
         ASSERT_TRUE(host.IsOpen());
         sub.reset(new HisiAvSubsystem(d.chip, d.demux, d.audioDecoders, d.videoDecoder, d.videoOutput, d.audioOutput,
@@ -365,4 +368,13 @@ TEST_F(SubsystemTest, DestructionWhileReceivingAndReportingIsQuickAndLeavesNoThr
     std::cout << "[ measure ] subsystem destruction took " << ms.count() << " ms" << std::endl;
     EXPECT_LT(ms.count(), 1000);
     EXPECT_EQ(ThreadCount(), threadsBefore);
+}
+
+TEST_F(SubsystemTest, SambaCheckWithoutSmbdIsFalseAndRemovesItsFlagFile) {
+    mkdir(RootPath("/data").c_str(), 0755);
+    HisiAvSubsystem subsystem(d.chip, d.demux, d.audioDecoders, d.videoDecoder, d.videoOutput, d.audioOutput,
+                              d.closedCaption, host.SlaveName(), &clock);
+    EXPECT_FALSE(subsystem.ReportSambaServiceReady());
+    EXPECT_TRUE(logs.Contains("DEBUG hisiav.subsystem: ReportSambaServiceReady The Samba service startup failed!"));
+    EXPECT_FALSE(KT::CFs::Exists(RootPath("/data/smbdstartflag")));
 }

@@ -10,7 +10,6 @@
 #include <unistd.h>
 
 #include <chrono>
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -73,23 +72,8 @@ public:
         Send(op);
     }
 
-    // Reads from the line until some operation received so far (since the last
-    // Take) satisfies pred, or the deadline passes.
-    bool WaitFor(const std::function<bool(const SentOp&)>& pred, int timeoutMs = 10000) {
-        const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
-        for (;;) {
-            for (const SentOp& op : m_Received)
-                if (pred(op)) return true;
-            const auto left =
-                std::chrono::duration_cast<std::chrono::milliseconds>(end - std::chrono::steady_clock::now()).count();
-            if (left <= 0) return false;
-            Pump(static_cast<int>(left));
-        }
-    }
-    bool WaitForOp(unsigned int opId, int timeoutMs = 10000) {
-        return WaitFor([opId](const SentOp& op) { return op.opId == opId; }, timeoutMs);
-    }
-    // Waits until count operations with opId arrived.
+    // Reads from the line until count operations with opId arrived since the
+    // last Take, or the deadline passed.
     bool WaitForCount(unsigned int opId, size_t count, int timeoutMs = 10000) {
         const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
         while (CountOf(opId) < count) {
@@ -100,6 +84,7 @@ public:
         }
         return true;
     }
+    bool WaitForOp(unsigned int opId, int timeoutMs = 10000) { return WaitForCount(opId, 1, timeoutMs); }
     size_t CountOf(unsigned int opId) const {
         size_t n = 0;
         for (const SentOp& op : m_Received) n += op.opId == opId;

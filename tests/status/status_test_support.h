@@ -60,10 +60,6 @@ public:
         m_Sent.push_back(ToSentOp(op));
         return m_Result;
     }
-    std::vector<SentOp> Sent() const {
-        std::lock_guard<std::mutex> lock(m_Mutex);
-        return m_Sent;
-    }
     // The operations sent so far, and forgets them.
     std::vector<SentOp> Take() {
         std::lock_guard<std::mutex> lock(m_Mutex);
