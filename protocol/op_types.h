@@ -3,8 +3,11 @@
 // line and are compared by the dictionary, so they must never be renumbered.
 #pragma once
 
-// Value type of an operation's value and of each index field.
-enum DataVarType_e {
+#include <cstdint>
+
+// Value type of an operation's value and of each index field. 32 bits wide, so
+// that any code read from the line or a table is a valid value.
+enum DataVarType_e : int32_t {
     VT_INT32 = 0,    // 4 bytes, big-endian, two's complement
     VT_UINT32 = 1,   // 4 bytes, big-endian; as index field: 4 bytes
     VT_INT8 = 2,     // 1 byte
@@ -22,7 +25,7 @@ enum DataVarType_e {
 // Operation type; one byte of it travels. Only 0 and 6 have a meaning for the
 // daemon; 1 to 5 and 7 are legal on the line but nobody handles them, and a
 // receiver ignores anything above 7.
-enum OpType_e {
+enum OpType_e : int32_t {
     OP_TYPE_DATA = 0,          // a setting from the host or a status value to it
     OP_TYPE_RESERVED_1 = 1,
     OP_TYPE_RESERVED_2 = 2,
