@@ -70,11 +70,3 @@ TEST(CIndex, EmptyValuesLeaveTheStream) {
     EXPECT_FALSE(none.GetIndex(0, v));
     EXPECT_EQ(v, 5u);
 }
-
-TEST(CIndex, FieldSizes) {
-    EXPECT_EQ(CIndex::GetIndexSize(VT_UINT32), 4u);
-    EXPECT_EQ(CIndex::GetIndexSize(VT_UINT16), 2u);
-    EXPECT_EQ(CIndex::GetIndexSize(VT_UINT8), 1u);
-    for (DataVarType_e t : {VT_INT32, VT_INT8, VT_INT16, VT_BOOL, VT_MAC, VT_IP, VT_STRING, VT_INT64, VT_UINT64})
-        EXPECT_EQ(CIndex::GetIndexSize(t), 0u) << t;
-}
