@@ -1,0 +1,100 @@
+// hisiavd: the daemon entry. Reads the options, sets up the debug log, writes the
+// pid file, brings the decoder platform up, starts the subsystem (and, with -U,
+// the upgrade receiver), then waits on the main thread for SIGTERM or SIGINT and
+// tears everything down in reverse order. Only wiring; the parts live in control/.
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+
+#include "control/daemon_log.h"
+#include "control/daemon_options.h"
+#include "control/daemon_pid_file.h"
+#include "control/daemon_platform.h"
+#include "control/daemon_signals.h"
+#include "control/hisi_av_subsystem.h"
+#include "control/hisi_receive_upgrade_file.h"
+#include "control/process_entry.h"
+#include "toolkit/fixed_paths.h"
+#include "toolkit/log.h"
+
+namespace {
+
+// The host line must exist: the serial adapter would otherwise start no reader.
+bool CheckSerialDevice(const std::string& device) {
+    const int fd = open(device.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK);
+    if (fd < 0) {
+        std::fprintf(stderr, "hisiavd: cannot open the serial device %s: %s\n", device.c_str(), std::strerror(errno));
+        return false;
+    }
+    close(fd);
+    return true;
+}
+
+// From bring-up to the end of tear-down. The exit status.
+int RunDaemon(const DaemonOptions& options, const sigset_t& stopSignals) {
+    log4cpp::Category& log = hisiav::Logger("hisiav.daemon");
+    DaemonPlatform platform(options.audioDecoderCount);
+    if (platform.BringUp() != 0) {
+        std::fprintf(stderr, "hisiavd: the decoder platform failed to come up (HisiControlInit); stopping\n");
+        return 1;  // the platform's destructor releases what was obtained
+    }
+    {
+        HisiAvSubsystem subsystem(platform.Chip(), platform.Demux(), platform.AudioDecoders(),
+                                  platform.VideoDecoder(), platform.VideoOutput(), platform.AudioOutput(),
+                                  platform.ClosedCaption(), options.serialDevice);
+        subsystem.StartProcess();
+        std::unique_ptr<HisiReceiveUpgradeFile> receiver;
+        if (options.uploadReceiver) {
+            // Under a fresh -R root the package's folder does not exist yet.
+            MakeParentFolders(hisiav::paths::Resolve(hisiav::paths::kUpgradePackage));
+            receiver.reset(new HisiReceiveUpgradeFile(options.uploadPort));
+        }
+        hisiav::LogNotice(log, "running on %s", options.serialDevice.c_str());
+
+        const int sig = WaitForStopSignal(stopSignals);
+        hisiav::LogNotice(log, "signal %d: stopping", sig);
+        receiver.reset();
+    }
+    platform.TearDown();
+    hisiav::LogNotice(log, "stopped");
+    return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const sigset_t stopSignals = BlockStopSignals();
+    DaemonOptions options;
+    std::string error;
+    switch (ParseDaemonOptions(argc, argv, options, error)) {
+        case DaemonCommand::kHelp:
+            PrintUsage();
+            PrintDaemonOptionsUsage();
+            return 0;
+        case DaemonCommand::kUsageError:
+            std::fprintf(stderr, "hisiavd: %s\n", error.c_str());
+            PrintUsage();
+            PrintDaemonOptionsUsage();
+            return 2;
+        case DaemonCommand::kRun:
+            break;
+    }
+    hisiav::paths::SetRoot(options.root);
+    InitDebugLog(DaemonLogConfigFile(options.logConfigFile));
+    std::fflush(stdout);
+    SetDaemonLogLevel(options.logLevel);
+    EnsureDaemonLogOutput();
+    if (!CheckSerialDevice(options.serialDevice)) return 1;
+
+    DaemonPidFile pidFile;
+    const std::string pidPath = hisiav::paths::Resolve(hisiav::paths::kPidFile);
+    if (!pidFile.Write(pidPath)) {
+        std::fprintf(stderr, "hisiavd: cannot write the pid file %s: %s\n", pidPath.c_str(), std::strerror(errno));
+        return 1;
+    }
+    return RunDaemon(options, stopSignals);
+}

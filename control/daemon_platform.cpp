@@ -1,0 +1,26 @@
+// The daemon's platform objects: construction, bring-up and ordered tear-down.
+// Main thread.
+#include "control/daemon_platform.h"
+
+DaemonPlatform::DaemonPlatform(uint32_t audioDecoderCount)
+    : m_Probe(new FfAvProbe()), m_VideoDecoder(*m_Probe) {
+    for (uint32_t i = 0; i < audioDecoderCount; ++i) {
+        KT::CSharedPtr<HisiAudioDecoder> decoder(new HisiAudioDecoder(*m_Probe));
+        m_HisiAudioDecoders.push_back(decoder);
+        m_AudioDecoders.push_back(KT::CSharedPtr<IAudioDecoder>(decoder));
+    }
+    m_Chip.reset(new HisiDecoderChip(m_Demux, m_HisiAudioDecoders, audioDecoderCount, m_VideoDecoder,
+                                     m_VideoOutput, m_AudioOutput, m_ClosedCaption, *m_Probe));
+}
+
+DaemonPlatform::~DaemonPlatform() { TearDown(); }
+
+int DaemonPlatform::BringUp() { return m_Chip->HisiControlInit(); }
+
+void DaemonPlatform::TearDown() {
+    if (!m_Chip) return;
+    // The decoders and the chip keep references to the probe, but nothing calls
+    // them any more: the subsystem is gone and the chip's tear-down does not use it.
+    m_Probe.reset();
+    m_Chip.reset();
+}

@@ -1,0 +1,327 @@
+// Process-level test support. Test thread only.
+#include "tests/e2e/e2e_support.h"
+
+#include <arpa/inet.h>
+#include <fcntl.h>
+#include <ftw.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cctype>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <sstream>
+#include <thread>
+
+extern char** environ;
+
+namespace e2e {
+
+bool WaitUntil(const std::function<bool()>& pred, int timeoutMs) {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
+    while (!pred()) {
+        if (std::chrono::steady_clock::now() > end) return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    return true;
+}
+
+// ---- files ------------------------------------------------------------------
+
+TempDir::TempDir() {
+    char tmpl[] = "/tmp/hisiav-e2e-XXXXXX";
+    if (mkdtemp(tmpl) != nullptr) m_Path = tmpl;
+}
+
+TempDir::~TempDir() {
+    if (m_Path.empty()) return;
+    nftw(
+        m_Path.c_str(), [](const char* path, const struct stat*, int, struct FTW*) { return remove(path); }, 16,
+        FTW_DEPTH | FTW_PHYS);
+}
+
+bool WriteFile(const std::string& path, const std::string& content) {
+    for (size_t pos = path.find('/', 1); pos != std::string::npos; pos = path.find('/', pos + 1))
+        mkdir(path.substr(0, pos).c_str(), 0755);
+    std::ofstream out(path, std::ios::binary);
+    out << content;
+    return static_cast<bool>(out);
+}
+
+bool ReadFile(const std::string& path, std::string& content) {
+    std::ifstream in(path, std::ios::binary);
+    if (!in) return false;
+    std::ostringstream all;
+    all << in.rdbuf();
+    content = all.str();
+    return true;
+}
+
+bool FileExists(const std::string& path) {
+    struct stat st;
+    return lstat(path.c_str(), &st) == 0;
+}
+
+// ---- sockets ----------------------------------------------------------------
+
+uint16_t FreeTcpPort() {
+    int fd = socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in addr{};
+    addr.sin_family = AF_INET;
+    addr.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    addr.sin_port = 0;
+    socklen_t len = sizeof addr;
+    uint16_t port = 0;
+    if (bind(fd, reinterpret_cast<sockaddr*>(&addr), sizeof addr) == 0 &&
+        getsockname(fd, reinterpret_cast<sockaddr*>(&addr), &len) == 0)
+        port = ntohs(addr.sin_port);
+    close(fd);
+    return port;
+}
+
+bool UploadTcp(uint16_t port, const std::string& bytes) {
+    int fd = socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in addr{};
+    addr.sin_family = AF_INET;
+    addr.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    addr.sin_port = htons(port);
+    bool ok = connect(fd, reinterpret_cast<sockaddr*>(&addr), sizeof addr) == 0;
+    for (size_t done = 0; ok && done < bytes.size();) {
+        ssize_t n = send(fd, bytes.data() + done, bytes.size() - done, MSG_NOSIGNAL);
+        ok = n > 0;
+        if (ok) done += static_cast<size_t>(n);
+    }
+    close(fd);
+    return ok;
+}
+
+std::string BoardCommand(const std::string& socketPath, const std::string& command) {
+    int fd = socket(AF_UNIX, SOCK_STREAM, 0);
+    sockaddr_un addr{};
+    addr.sun_family = AF_UNIX;
+    std::snprintf(addr.sun_path, sizeof addr.sun_path, "%s", socketPath.c_str());
+    std::string answer;
+    if (connect(fd, reinterpret_cast<sockaddr*>(&addr), sizeof addr) == 0) {
+        const std::string line = command + "\n";
+        if (send(fd, line.data(), line.size(), MSG_NOSIGNAL) == static_cast<ssize_t>(line.size())) {
+            char buf[8192];
+            pollfd p = {fd, POLLIN, 0};
+            while (poll(&p, 1, 10000) > 0) {
+                ssize_t n = read(fd, buf, sizeof buf);
+                if (n <= 0) break;
+                answer.append(buf, static_cast<size_t>(n));
+            }
+        }
+    }
+    close(fd);
+    return answer;
+}
+
+// ---- JSON ---------------------------------------------------------------------
+
+namespace {
+
+class JsonFlattener {
+public:
+    JsonFlattener(const std::string& text, std::map<std::string, std::string>& out) : m_Text(text), m_Out(out) {}
+
+    bool Run() {
+        if (!Value("")) return false;
+        SkipBlanks();
+        return m_Pos == m_Text.size();
+    }
+
+private:
+    static std::string Join(const std::string& prefix, const std::string& key) {
+        return prefix.empty() ? key : prefix + "." + key;
+    }
+    void SkipBlanks() {
+        while (m_Pos < m_Text.size() && std::isspace(static_cast<unsigned char>(m_Text[m_Pos]))) ++m_Pos;
+    }
+    bool Eat(char c) {
+        SkipBlanks();
+        if (m_Pos >= m_Text.size() || m_Text[m_Pos] != c) return false;
+        ++m_Pos;
+        return true;
+    }
+    bool Value(const std::string& path) {
+        SkipBlanks();
+        if (m_Pos >= m_Text.size()) return false;
+        const char c = m_Text[m_Pos];
+        if (c == '{') return Object(path);
+        if (c == '[') return Array(path);
+        if (c == '"') {
+            std::string s;
+            if (!String(s)) return false;
+            m_Out[path] = s;
+            return true;
+        }
+        const size_t start = m_Pos;
+        while (m_Pos < m_Text.size() && std::strchr(",}] \t\r\n", m_Text[m_Pos]) == nullptr) ++m_Pos;
+        if (m_Pos == start) return false;
+        m_Out[path] = m_Text.substr(start, m_Pos - start);
+        return true;
+    }
+    bool Object(const std::string& path) {
+        ++m_Pos;
+        if (Eat('}')) return true;
+        do {
+            std::string key;
+            SkipBlanks();
+            if (!String(key) || !Eat(':') || !Value(Join(path, key))) return false;
+        } while (Eat(','));
+        return Eat('}');
+    }
+    bool Array(const std::string& path) {
+        ++m_Pos;
+        if (Eat(']')) return true;
+        int i = 0;
+        do {
+            if (!Value(Join(path, std::to_string(i++)))) return false;
+        } while (Eat(','));
+        return Eat(']');
+    }
+    bool String(std::string& s) {
+        if (m_Pos >= m_Text.size() || m_Text[m_Pos] != '"') return false;
+        for (++m_Pos; m_Pos < m_Text.size(); ++m_Pos) {
+            char c = m_Text[m_Pos];
+            if (c == '"') {
+                ++m_Pos;
+                return true;
+            }
+            if (c == '\\' && m_Pos + 1 < m_Text.size()) c = m_Text[++m_Pos];  // good enough for paths and names
+            s += c;
+        }
+        return false;
+    }
+
+    const std::string& m_Text;
+    std::map<std::string, std::string>& m_Out;
+    size_t m_Pos = 0;
+};
+
+}  // namespace
+
+bool FlatJson::Parse(const std::string& text) {
+    m_Values.clear();
+    return JsonFlattener(text, m_Values).Run();
+}
+
+std::string FlatJson::Get(const std::string& path) const {
+    auto it = m_Values.find(path);
+    return it == m_Values.end() ? std::string() : it->second;
+}
+
+long long FlatJson::Num(const std::string& path, long long def) const {
+    auto it = m_Values.find(path);
+    if (it == m_Values.end() || it->second.empty()) return def;
+    char* end = nullptr;
+    long long v = std::strtoll(it->second.c_str(), &end, 10);
+    return *end == '\0' ? v : def;
+}
+
+// ---- journal ------------------------------------------------------------------
+
+std::vector<JournalEntry> ParseJournal(const std::string& text) {
+    std::vector<JournalEntry> entries;
+    std::istringstream in(text);
+    std::string line;
+    while (std::getline(in, line)) {
+        std::string rest = line.compare(0, 8, "stbsim: ") == 0 ? line.substr(8) : line;
+        const size_t blank = rest.find(' ');
+        const size_t paren = rest.find('(');
+        if (blank == std::string::npos || paren == std::string::npos || paren < blank) continue;
+        JournalEntry e;
+        e.timeUs = std::strtoull(rest.c_str(), nullptr, 10);
+        e.name = rest.substr(blank + 1, paren - blank - 1);
+        e.line = line;
+        entries.push_back(e);
+    }
+    return entries;
+}
+
+// ---- child process ------------------------------------------------------------
+
+namespace {
+
+// The test's environment with env laid over it.
+std::vector<std::string> MergeEnvironment(const std::vector<std::string>& env) {
+    std::vector<std::string> merged;
+    for (char** e = environ; *e != nullptr; ++e) {
+        const std::string entry = *e;
+        const std::string name = entry.substr(0, entry.find('='));
+        bool replaced = false;
+        for (const std::string& add : env) replaced = replaced || add.compare(0, name.size() + 1, name + "=") == 0;
+        if (!replaced) merged.push_back(entry);
+    }
+    merged.insert(merged.end(), env.begin(), env.end());
+    return merged;
+}
+
+std::vector<char*> Pointers(std::vector<std::string>& strings) {
+    std::vector<char*> p;
+    for (std::string& s : strings) p.push_back(&s[0]);
+    p.push_back(nullptr);
+    return p;
+}
+
+}  // namespace
+
+ChildProcess::~ChildProcess() {
+    if (m_Pid <= 0) return;
+    kill(m_Pid, SIGKILL);
+    int status = 0;
+    waitpid(m_Pid, &status, 0);
+}
+
+bool ChildProcess::Start(const std::string& program, const std::vector<std::string>& args,
+                         const std::vector<std::string>& env, const std::string& stdoutFile,
+                         const std::string& stderrFile) {
+    std::vector<std::string> argv = {program};
+    argv.insert(argv.end(), args.begin(), args.end());
+    std::vector<std::string> envp = MergeEnvironment(env);
+    std::vector<char*> argvp = Pointers(argv);
+    std::vector<char*> envpp = Pointers(envp);
+
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, stdoutFile.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+    posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, stderrFile.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+    pid_t pid = -1;
+    const int r = posix_spawn(&pid, program.c_str(), &actions, nullptr, argvp.data(), envpp.data());
+    posix_spawn_file_actions_destroy(&actions);
+    if (r != 0) return false;
+    m_Pid = pid;
+    return true;
+}
+
+bool ChildProcess::Wait(int timeoutMs, int& status) {
+    if (m_Pid <= 0) return false;
+    const bool ended = WaitUntil([&] { return waitpid(m_Pid, &status, WNOHANG) == m_Pid; }, timeoutMs);
+    if (ended) m_Pid = -1;
+    return ended;
+}
+
+bool ChildProcess::Stop(int sig, int timeoutMs, int& status) {
+    if (m_Pid <= 0) return false;
+    kill(m_Pid, sig);
+    return Wait(timeoutMs, status);
+}
+
+std::string DescribeStatus(int status) {
+    if (WIFEXITED(status)) return "exit " + std::to_string(WEXITSTATUS(status));
+    if (WIFSIGNALED(status)) return "signal " + std::to_string(WTERMSIG(status));
+    return "status " + std::to_string(status);
+}
+
+}  // namespace e2e

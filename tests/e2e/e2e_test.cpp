@@ -1,0 +1,380 @@
+// The daemon as a process: the real hisiavd on the virtual board, its serial
+// line a pty whose master the test holds, playing the host with the project's
+// own protocol code; the board watched and steered through its control socket
+// and its journal. Every test ends with SIGTERM and a clean exit (status 0, no
+// sanitizer report in the daemon's stderr).
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <random>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "output/uhd_vid_format.h"
+#include "tests/e2e/e2e_support.h"
+#include "tests/e2e/host_line.h"
+
+using e2e::FlatJson;
+using e2e::HostOp;
+
+namespace {
+
+// Operations the host receives.
+enum : unsigned {
+    kReset = 0, kHeartBeat = 1, kSoftwareVersion = 2, kReady = 3,
+    kSelAudioPid = 213, kSelAudioType = 214, kSelVideoPid = 220, kSelVideoType = 221,
+    kSelServiceNum = 225, kSelServiceName = 226, kCurrentOutputFormat = 267,
+    kVideoWidth = 271, kVideoHeight = 272, kVideoScanType = 275,
+};
+// Operations the host sends.
+enum : unsigned {
+    kStatusEnable = 4, kSystemUpdate = 6,
+    kVideoCodecType = 242, kAudioCodecType = 243, kPcr = 245, kVideo = 246, kAudio = 247,
+    kServiceName = 249, kServiceNum = 250, kFormatMode = 262, kManualFormat = 266,
+};
+
+// Display words of the board.
+constexpr long long kDisplay720p = 10, kDisplay1080i = 11, kDisplay1080p = 12, kRate50 = 64;
+
+const char* const kScenario =
+    "service 1 name=\"e2e HD\" pcr=0x100\n"
+    "video pid=0x100 codec=h264 width=1920 height=1080 scan=tff fps=25 aspect=16:9\n"
+    "audio pid=0x101 codec=mpeg2 rate=48000 channels=2\n"
+    "service 2 name=\"e2e SD\" pcr=0x200\n"
+    "video pid=0x200 codec=mpeg2 width=720 height=576 scan=tff fps=25 aspect=4:3\n"
+    "audio pid=0x201 codec=ac3 rate=48000 channels=5.1\n";
+
+// The platform tear-down as the daemon must run it, last calls of the journal.
+const std::vector<std::string> kTearDown = {
+    "av_stop", "aout_track_detach_input", "aout_track_destroy", "vout_window_close", "vout_window_detach_input",
+    "av_destory", "av_deinit", "vout_window_destroy", "vout_close_channel", "vout_deinit", "aout_close",
+    "aout_deinit", "system_deinit", "cc_deinit", "cc_stop", "cc_destroy",
+};
+
+uint32_t Format1080p50() {
+    return UhdVidFormat(1080, 1920, VideoFormatBase::SCAN_TYPE_PROGRESSIVE, VideoFormatBase::ASPECT_RATIO_16X9,
+                        VideoFormatBase::FRAME_RATE_50).GetId();
+}
+
+// A sanitizer in the daemon writes its report on stderr and sets this status.
+std::vector<std::string> SanitizerEnvironment() {
+    auto with = [](const char* name, const char* extra) {
+        const char* old = getenv(name);
+        return std::string(name) + "=" + (old != nullptr && *old != '\0' ? std::string(old) + ":" : "") + extra;
+    };
+    return {with("ASAN_OPTIONS", "exitcode=97"), with("UBSAN_OPTIONS", "halt_on_error=1:exitcode=97"),
+            with("TSAN_OPTIONS", "exitcode=98")};
+}
+
+bool HasSanitizerReport(const std::string& text) {
+    return text.find("Sanitizer") != std::string::npos || text.find("runtime error:") != std::string::npos;
+}
+
+class DaemonTest : public ::testing::Test {
+protected:
+    DaemonTest() {
+        e2e::WriteFile(Root("/vendor/etc/version"), "# build identity\nversion=e2e-1.2.3\n");
+        std::string logConfig;
+        e2e::ReadFile(std::string(HISIAV_ETC_DIR) + "/tevrin-log4cpp.init", logConfig);
+        e2e::WriteFile(Root("/vendor/etc/tevrin-log4cpp.init"), logConfig);
+        e2e::WriteFile(m_Tmp / "input.scn", kScenario);
+    }
+    ~DaemonTest() override {
+        if (m_Daemon.Running()) StopCleanly();
+    }
+
+    std::string Root(const std::string& fixedPath) const { return m_Tmp / "root" + fixedPath; }
+    std::string Socket() const { return m_Tmp / "board.sock"; }
+    std::string JournalFile() const { return m_Tmp / "journal.txt"; }
+    std::string Stderr() const {
+        std::string text;
+        e2e::ReadFile(m_Tmp / "daemon.err", text);
+        return text;
+    }
+    std::string Stdout() const {
+        std::string text;
+        e2e::ReadFile(m_Tmp / "daemon.out", text);
+        return text;
+    }
+    // The end of the daemon's stderr, for failure messages.
+    std::string StderrTail() const {
+        const std::string text = Stderr();
+        return "--- daemon stderr (tail) ---\n" + text.substr(text.size() > 6000 ? text.size() - 6000 : 0);
+    }
+
+    // Starts hisiavd on the host's pty; extra options after the common ones.
+    void Launch(const std::vector<std::string>& extra = {}, const std::string& stream = "") {
+        ASSERT_TRUE(m_Host.IsOpen());
+        std::vector<std::string> args = {"-d", m_Host.DeviceName(), "-R", m_Tmp / "root", "-v", "4"};
+        args.insert(args.end(), extra.begin(), extra.end());
+        std::vector<std::string> env = SanitizerEnvironment();
+        env.push_back("STBSIM_STREAM=" + (stream.empty() ? m_Tmp / "input.scn" : stream));
+        env.push_back("STBSIM_CONTROL=" + Socket());
+        env.push_back("STBSIM_JOURNAL=" + JournalFile());
+        ASSERT_TRUE(m_Daemon.Start(HISIAVD_PATH, args, env, m_Tmp / "daemon.out", m_Tmp / "daemon.err"));
+    }
+    // Launch, then wait for "hisiav_ready" and for the board's socket.
+    void StartDaemon(const std::vector<std::string>& extra = {}) {
+        Launch(extra);
+        ASSERT_TRUE(m_Host.WaitForOp(kReady)) << StderrTail();
+        ASSERT_TRUE(e2e::WaitUntil([&] { return e2e::FileExists(Socket()); })) << StderrTail();
+    }
+    // SIGTERM; the daemon must end by itself with status 0 and no sanitizer report.
+    void StopCleanly() {
+        int status = -1;
+        const bool ended = m_Daemon.Stop(SIGTERM, 20000, status);
+        EXPECT_TRUE(ended) << "the daemon did not end on SIGTERM\n" << StderrTail();
+        if (!ended) return;
+        EXPECT_EQ("exit 0", e2e::DescribeStatus(status)) << StderrTail();
+        EXPECT_FALSE(HasSanitizerReport(Stderr())) << StderrTail();
+    }
+
+    FlatJson State() {
+        FlatJson state;
+        const std::string text = e2e::BoardCommand(Socket(), "state");
+        EXPECT_TRUE(state.Parse(text)) << text;
+        return state;
+    }
+    bool DisplayIs(long long format, long long rate) {
+        return e2e::WaitUntil([&] {
+            const FlatJson s = State();
+            return s.Num("display.format") == format && s.Num("display.rate") == rate;
+        });
+    }
+
+    void EnableStatus() {
+        m_Host.SendU8(kStatusEnable, 1);
+        m_Host.SendApply();
+    }
+    // Service 1 of the scenario: H.264 video (type 2) and MPEG-2 audio (type 2).
+    void SelectService() {
+        m_Host.SendU16(kPcr, 0x100);
+        m_Host.SendU16(kVideo, 0x100);
+        m_Host.SendU16(kAudio, 0x101);
+        m_Host.SendU8(kVideoCodecType, 2);
+        m_Host.SendU8(kAudioCodecType, 2);
+        m_Host.SendU16(kServiceNum, 1);
+        m_Host.SendText(kServiceName, "e2e HD");
+        m_Host.SendApply();
+    }
+
+    e2e::TempDir m_Tmp;
+    e2e::HostLine m_Host;
+    e2e::ChildProcess m_Daemon;
+};
+
+// (a) The host hears the version from the version file, then readiness; the
+// shipped log configuration loads and the pid file names the daemon.
+TEST_F(DaemonTest, StartUpReportsVersionAndReady) {
+    StartDaemon();
+    const HostOp* version = m_Host.Last(kSoftwareVersion);
+    ASSERT_NE(nullptr, version);
+    EXPECT_EQ("e2e-1.2.3", version->Text());
+    EXPECT_EQ("hisiav_ready", m_Host.Last(kReady)->Text());
+    EXPECT_LT(version, m_Host.Last(kReady)) << "the version comes first";
+
+    EXPECT_NE(std::string::npos,
+              Stdout().find("Found debug-log configuration file: " + Root("/vendor/etc/tevrin-log4cpp.init")));
+    std::string pid;
+    ASSERT_TRUE(e2e::ReadFile(Root("/data/var/run/tevrin.pid"), pid));
+    EXPECT_EQ(std::to_string(m_Daemon.Pid()) + "\n", pid);
+}
+
+// (b) Enabling status brings every item at once, then only the heartbeat every
+// two seconds while nothing changes.
+TEST_F(DaemonTest, EnablingStatusGivesFullReportThenHeartbeats) {
+    StartDaemon();
+    m_Host.Clear();
+    EnableStatus();
+    ASSERT_TRUE(m_Host.WaitForOp(kHeartBeat)) << StderrTail();
+    m_Host.Drain(300);  // the rest of the first report
+    std::set<unsigned> first;
+    for (const HostOp& op : m_Host.Received()) first.insert(op.opId);
+    for (unsigned id : {kReset, kHeartBeat, kSelAudioPid, kSelVideoPid, kSelServiceName, kVideoWidth, kVideoHeight,
+                        kCurrentOutputFormat})
+        EXPECT_EQ(1u, first.count(id)) << "opId " << id << " missing from the full report";
+
+    m_Host.Clear();
+    ASSERT_TRUE(m_Host.WaitForCount(kHeartBeat, 3, 15000));
+    std::vector<uint64_t> beats;
+    for (const HostOp& op : m_Host.Received()) {
+        EXPECT_EQ(kHeartBeat, op.opId) << "only the heartbeat while nothing changes";
+        if (op.opId == kHeartBeat) beats.push_back(op.monoUs);
+    }
+    for (size_t i = 1; i < beats.size(); ++i) {
+        const uint64_t gapMs = (beats[i] - beats[i - 1]) / 1000;
+        EXPECT_GE(gapMs, 1000u);
+        EXPECT_LE(gapMs, 4000u);
+    }
+}
+
+// (c) Service selection: the player is reconfigured with the PIDs and codec
+// codes and restarted; the board decodes; the host's status shows the service.
+TEST_F(DaemonTest, ServiceSelectionReconfiguresAndRestartsThePlayer) {
+    StartDaemon();
+    EnableStatus();
+    ASSERT_TRUE(m_Host.WaitForOp(kHeartBeat));
+    ASSERT_EQ("ok\n", e2e::BoardCommand(Socket(), "reset-journal"));
+    SelectService();
+
+    const std::string wanted = "video_pid=256, audio_pid=257, pcr_pid=256, video_type=5, audio_type=1, service_id=1";
+    std::vector<e2e::JournalEntry> calls;
+    ASSERT_TRUE(e2e::WaitUntil([&] {
+        calls = e2e::ParseJournal(e2e::BoardCommand(Socket(), "journal"));
+        auto set = std::find_if(calls.begin(), calls.end(), [&](const e2e::JournalEntry& e) {
+            return e.name == "av_set_config" && e.line.find(wanted) != std::string::npos;
+        });
+        if (set == calls.end() || set == calls.begin() || (set - 1)->name != "av_stop") return false;
+        std::set<std::string> after;
+        for (auto it = set + 1; it != calls.end(); ++it) after.insert(it->name);
+        return after.count("av_start_video") && after.count("av_start_audio");
+    })) << e2e::BoardCommand(Socket(), "journal");
+
+    const FlatJson state = State();
+    EXPECT_EQ("true", state.Get("player.video_decoding"));
+    EXPECT_EQ("true", state.Get("player.audio_decoding"));
+    EXPECT_EQ("e2e HD", state.Get("player.service_name"));
+
+    EXPECT_TRUE(m_Host.WaitForValue(kSelVideoPid, 0x100));
+    EXPECT_TRUE(m_Host.WaitForValue(kSelVideoType, 2));
+    EXPECT_TRUE(m_Host.WaitForValue(kSelAudioPid, 0x101));
+    EXPECT_TRUE(m_Host.WaitForValue(kSelAudioType, 2));
+    EXPECT_TRUE(m_Host.WaitForValue(kSelServiceNum, 1));
+    EXPECT_TRUE(m_Host.WaitFor([](const HostOp& op) { return op.opId == kSelServiceName && op.Text() == "e2e HD"; }));
+}
+
+// (d) Manual 1080p50 sets the display's words; automatic brings back the
+// input's 1080i25.
+TEST_F(DaemonTest, ManualThenAutomaticOutputFormat) {
+    StartDaemon();
+    EnableStatus();
+    SelectService();
+    ASSERT_TRUE(m_Host.WaitForValue(kVideoWidth, 1920)) << StderrTail();
+
+    m_Host.SendU8(kFormatMode, 2);
+    m_Host.SendU32(kManualFormat, Format1080p50());
+    m_Host.SendApply();
+    EXPECT_TRUE(DisplayIs(kDisplay1080p, kRate50));
+    EXPECT_TRUE(m_Host.WaitForValue(kCurrentOutputFormat, Format1080p50()));
+
+    m_Host.SendU8(kFormatMode, 1);
+    m_Host.SendApply();
+    EXPECT_TRUE(DisplayIs(kDisplay1080i, kRate50));
+    EXPECT_TRUE(m_Host.WaitFor([](const HostOp& op) {
+        return op.opId == kCurrentOutputFormat && UhdVidFormat(static_cast<uint32_t>(op.Value())).GetScanType() ==
+                                                      VideoFormatBase::SCAN_TYPE_INTERLACED;
+    }));
+}
+
+// (e) The input turns 720p50 while automatic: the display follows within a poll
+// and the host sees the new picture.
+TEST_F(DaemonTest, DisplayFollowsTheInputInAutomaticMode) {
+    StartDaemon();
+    EnableStatus();
+    SelectService();
+    ASSERT_TRUE(m_Host.WaitForValue(kVideoWidth, 1920)) << StderrTail();
+    ASSERT_TRUE(DisplayIs(kDisplay1080i, kRate50));
+
+    m_Host.Clear();
+    const uint64_t changed = e2e::MonotonicUs();
+    ASSERT_EQ("ok\n", e2e::BoardCommand(Socket(), "video width=1280 height=720 scan=progressive fps=50"));
+    EXPECT_TRUE(DisplayIs(kDisplay720p, kRate50));
+    // One 2 s poll notices the change; the rest is slack for slow builds.
+    EXPECT_LT((e2e::MonotonicUs() - changed) / 1000, 4500u);
+    EXPECT_TRUE(m_Host.WaitForValue(kVideoWidth, 1280));
+    EXPECT_TRUE(m_Host.WaitForValue(kVideoHeight, 720));
+    EXPECT_TRUE(m_Host.WaitForValue(kVideoScanType, 2));  // progressive
+}
+
+// (f) A package uploaded over TCP lands in the root's sdcard/update.zip, and
+// hisisystemUpdate 1 hands exactly that file to the board's upgrade service.
+TEST_F(DaemonTest, UploadThenUpgrade) {
+    const uint16_t port = e2e::FreeTcpPort();
+    ASSERT_NE(0, port);
+    StartDaemon({"-U", "-P", std::to_string(port)});
+
+    std::string package(300 * 1024, '\0');
+    std::mt19937 random(7);
+    for (char& c : package) c = static_cast<char>(random());
+    ASSERT_TRUE(e2e::WaitUntil([&] { return e2e::UploadTcp(port, package); })) << StderrTail();
+    std::string stored;
+    EXPECT_TRUE(e2e::WaitUntil([&] { return e2e::ReadFile(Root("/sdcard/update.zip"), stored) && stored == package; }))
+        << "stored " << stored.size() << " of " << package.size() << " bytes";
+
+    m_Host.SendU8(kSystemUpdate, 1);
+    m_Host.SendApply();
+    EXPECT_TRUE(e2e::WaitUntil([&] { return State().Get("upgrades.0") == Root("/sdcard/update.zip"); }))
+        << e2e::BoardCommand(Socket(), "state");
+}
+
+// (g) SIGTERM: exit status 0, the platform torn down in order as the last calls
+// the board saw, and nothing left behind.
+TEST_F(DaemonTest, SigtermStopsCleanly) {
+    StartDaemon();
+    EnableStatus();
+    SelectService();
+    ASSERT_TRUE(m_Host.WaitForValue(kVideoWidth, 1920)) << StderrTail();
+    ASSERT_TRUE(e2e::FileExists(Root("/data/var/run/tevrin.pid")));
+
+    StopCleanly();
+    ASSERT_FALSE(m_Daemon.Running());
+    EXPECT_FALSE(e2e::FileExists(Root("/data/var/run/tevrin.pid")));
+    EXPECT_FALSE(e2e::FileExists(Socket()));
+
+    std::string journal;
+    ASSERT_TRUE(e2e::ReadFile(JournalFile(), journal));
+    const std::vector<e2e::JournalEntry> calls = e2e::ParseJournal(journal);
+    ASSERT_GE(calls.size(), kTearDown.size());
+    std::vector<std::string> last;
+    for (size_t i = calls.size() - kTearDown.size(); i < calls.size(); ++i) {
+        last.push_back(calls[i].name);
+        EXPECT_EQ(" = 0", calls[i].line.substr(calls[i].line.size() - 4)) << calls[i].line;
+    }
+    EXPECT_EQ(kTearDown, last);
+}
+
+// The command line and failed starts, each as its own process.
+TEST_F(DaemonTest, CommandLineAndFailedStarts) {
+    e2e::WriteFile(m_Tmp / "broken.scn", "video pid=0x100\n");  // a stream before any service
+    struct Case {
+        std::vector<std::string> args;  // after the common options when launched on the pty
+        bool onPty;
+        std::string stream;
+        std::string status;
+        std::string stderrHas;
+    } const cases[] = {
+        {{"-h"}, false, "", "exit 0", "morlin usage:\n  -h     show usage\n  -v n   logging level\n"},
+        {{"-x"}, false, "", "exit 2", "morlin usage:"},
+        {{"-v", "5"}, false, "", "exit 2", "bad value '5' for -v"},
+        {{"-v"}, false, "", "exit 2", "-v needs a value"},
+        {{"-U", "-P", "0"}, false, "", "exit 2", "bad value '0' for -P"},
+        {{"extra"}, false, "", "exit 2", "morlin usage:"},
+        {{"-d", "/nonexistent/ttyS9"}, false, "", "exit 1", "cannot open the serial device /nonexistent/ttyS9"},
+        {{"-c", "/nonexistent/log.init"}, true, m_Tmp / "broken.scn", "exit 1",
+         "system_init failed: 0x80a10004."},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.args[0]);
+        if (c.onPty) {
+            Launch(c.args, c.stream);
+        } else {
+            ASSERT_TRUE(m_Daemon.Start(HISIAVD_PATH, c.args, SanitizerEnvironment(), m_Tmp / "daemon.out",
+                                       m_Tmp / "daemon.err"));
+        }
+        int status = -1;
+        ASSERT_TRUE(m_Daemon.Wait(20000, status));
+        EXPECT_EQ(c.status, e2e::DescribeStatus(status)) << StderrTail();
+        EXPECT_NE(std::string::npos, Stderr().find(c.stderrHas)) << StderrTail();
+        EXPECT_FALSE(HasSanitizerReport(Stderr())) << StderrTail();
+    }
+    // The failed bring-up: a clear line, no pid file left.
+    EXPECT_NE(std::string::npos, Stderr().find("hisiavd: the decoder platform failed to come up"));
+    EXPECT_NE(std::string::npos,
+              Stdout().find("ERROR: Failed to initialize the debug logger with config file, /nonexistent/log.init"));
+    EXPECT_FALSE(e2e::FileExists(Root("/data/var/run/tevrin.pid")));
+}
+
+}  // namespace
