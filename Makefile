@@ -5,11 +5,12 @@
 #   make asan-test  the test suite under AddressSanitizer + UBSan
 #   make tsan-test  the test suite under ThreadSanitizer
 #   make demo       the daemon on the virtual board, seen from the host
+#   make upgrade    the upgrade hand-off entry on the virtual board
 #   make bench      build and run the benchmarks (release preset)
 
 DEBS := build-essential cmake ninja-build pkg-config g++ clang \
         libgtest-dev libgmock-dev googletest libbenchmark-dev liblog4cpp5-dev \
-        libavformat-dev libavcodec-dev libavutil-dev ffmpeg
+        libavformat-dev libavcodec-dev libavutil-dev ffmpeg socat
 JOBS ?= 2
 
 .PHONY: all deps build test asan-test tsan-test demo bench clean upgrade
@@ -47,12 +48,14 @@ bench: deps build/release/build.ninja
 	@cmake --build --preset release -j $(JOBS)
 	@for b in build/release/bench/bench_*; do [ -x "$$b" ] && "$$b"; done; true
 
-# Until the daemon entry exists, the main job is the upgrade hand-off entry on the virtual board.
-upgrade: build
-	@mkdir -p build/demo-root
-	@STBSIM_JOURNAL=1 ./build/dev/control/hisiav-upgrade
+# hisiavd on the virtual board over a pty, driven by a scripted host session
+# (avhost); prints what the host sees beside the board's display. About 20 s.
+demo: build
+	@scripts/demo.sh build/dev
 
-demo: upgrade
+# The upgrade hand-off entry on the virtual board; the board's journal shows the call.
+upgrade: build
+	@STBSIM_JOURNAL=1 ./build/dev/control/hisiav-upgrade
 
 clean:
 	rm -rf build
