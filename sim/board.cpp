@@ -338,25 +338,28 @@ void CBoard::WaitNoCallback(Lock& lock) {
 // ---- system
 
 int CBoard::SystemInit(uint32_t) {
-    std::string control;
     {
         Lock lock(m_mutex);
         if (m_system) return 0;
-        if (const char* path = getenv("STBSIM_STREAM")) {
-            StreamInput in;
-            std::string error;
-            if (*path && !LoadStreamInput(path, &in, &error)) {
-                fprintf(stderr, "stbsim: STBSIM_STREAM: %s\n", error.c_str());
-                return kErrInvalidParam;
-            }
-            if (*path) InstallInput(in, MonotonicUs());
-        }
+    }
+    // The input file is read before the lock is taken: probing an MPEG-TS file takes a while.
+    const char* path = getenv("STBSIM_STREAM");
+    const bool haveFile = path && *path;
+    StreamInput in;
+    std::string control, error;
+    if (haveFile && !LoadStreamInput(path, &in, &error)) {
+        fprintf(stderr, "stbsim: STBSIM_STREAM: %s\n", error.c_str());
+        return kErrInvalidParam;
+    }
+    {
+        Lock lock(m_mutex);
+        if (m_system) return 0;
+        if (haveFile) InstallInput(in, MonotonicUs());
         m_system = true;
         const char* c = getenv("STBSIM_CONTROL");
         if (c && *c) control = c;
     }
     StartEventThread();
-    std::string error;
     if (!control.empty() && !StartControl(control, &error)) fprintf(stderr, "stbsim: control socket: %s\n", error.c_str());
     return 0;
 }

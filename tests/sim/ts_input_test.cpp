@@ -1,0 +1,336 @@
+// Real MPEG-TS files as the virtual board's input: streams made with ffmpeg are
+// loaded into the board, and the daemon's own adapters (demux, stream probe,
+// video and audio decoders) read back what the host would be sent. Also the
+// records of the C API, input switching and the failures of a bad file.
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "platform/ff_av_probe.h"
+#include "platform/hisi_audio_decoder.h"
+#include "platform/hisi_demux.h"
+#include "platform/hisi_video_decoder.h"
+#include "tests/platform/board_fixture.h"
+#include "tests/platform/log_capture.h"
+#include "tests/sim/ts_streams.h"
+
+namespace {
+
+using hisiav_test::BoardHandles;
+using hisiav_test::BoardTest;
+using hisiav_test::WaitUntil;
+
+class TsInputTest : public BoardTest {
+protected:
+    void SetUp() override {
+        BoardTest::SetUp();
+        if (!tstest::HaveFfmpeg())
+            GTEST_SKIP() << "the ffmpeg command-line tool is not installed; these tests make their MPEG-TS files "
+                            "with it (make deps installs it)";
+    }
+
+    // The stream's file, made by ffmpeg the first time any test of this build asks.
+    static std::string File(const tstest::TsStream& s) {
+        std::string why;
+        double seconds = 0;
+        const std::string path = tstest::MakeTsFile(s, HISIAV_TS_STREAM_DIR, &why, &seconds);
+        EXPECT_FALSE(path.empty()) << why;
+        if (seconds > 0) printf("[ ffmpeg   ] %s made in %.2f s\n", s.name, seconds);
+        return path;
+    }
+
+    // A file of this process's own (not shared with other test processes).
+    static std::string OwnFile(const std::string& name, const std::string& bytes) {
+        return tstest::WriteFile(HISIAV_TS_STREAM_DIR, std::to_string(getpid()) + "-" + name, bytes);
+    }
+
+    static _AV_SETTING_S FirstProgramme() {
+        _AV_SETTING_S s;
+        memset(&s, 0, sizeof s);
+        EXPECT_EQ(av_search_progInfo(&s, nullptr), 0);
+        return s;
+    }
+
+    static void Play(uint32_t av, uint16_t video, uint32_t videoType, uint16_t audio, uint32_t audioType) {
+        _AV_SETTING_S s;
+        memset(&s, 0, sizeof s);
+        s.video_pid = s.pcr_pid = video;
+        s.video_type = videoType;
+        s.audio_pid = audio;
+        s.audio_type = audioType;
+        ASSERT_EQ(av_set_config(av, &s), 0);
+        ASSERT_EQ(av_start_video(av), 0);
+        ASSERT_EQ(av_start_audio(av), 0);
+    }
+
+    static AvStatusInfo Status(uint32_t av) {
+        AvStatusInfo st;
+        memset(&st, 0, sizeof st);
+        EXPECT_EQ(av_get_status_info(av, &st), 0);
+        return st;
+    }
+};
+
+// Null packets only: sync bytes, but no programme association table.
+std::string NullPackets(int count) {
+    std::string packet(188, '\xff');
+    packet[0] = 0x47;
+    packet[1] = 0x1f;
+    packet[2] = '\xff';
+    packet[3] = 0x10;
+    std::string bytes;
+    for (int i = 0; i < count; ++i) bytes += packet;
+    return bytes;
+}
+
+// What the host is sent for each stream, as the daemon's mappings define it.
+// Where a mapping cannot give the truth (sim/README.md), the expected value is
+// the mapped one and the comment says what the stream really carries.
+struct Case {
+    const tstest::TsStream* stream;
+    uint16_t serviceId, videoPid, audioPid;
+    uint32_t videoPlatform, audioPlatform;  // codec codes of av_search_progInfo
+    VideoType_e videoType;
+    AudioType_e audioType;
+    uint32_t width, height;
+    VideoScanType_e scan;
+    VideoFrameRate_e rate;
+    VideoAspectRatio_e aspect;
+    VideoProfile_e profile;
+    VideoLevel_e level;
+    VideoChromaFormat_e chroma;
+    ChromaBitDepth_e depth;
+    const char* serviceName;
+    uint32_t samplingRate;
+    AudioTypeStatus_e audioStatus;
+    AudioChannelCoding_e coding;
+};
+
+const Case kCases[] = {
+    // MPEG-1 Layer II: the status record has one MPEG code, read as MPEG-2.
+    {&tstest::kMpeg2Sd, 101, 0x101, 0x102, 0, 0, VIDEO_TYPE_MPEG2, AUDIO_TYPE_MPEG1, 720, 576,
+     VIDEO_SCAN_TYPE_INTERLACED, VIDEO_FRAME_RATE_25, VIDEO_ASPECT_RATIO_4X3, VIDEO_PROFILE_MPEG2_MAIN,
+     VIDEO_LEVEL_MPEG2_MAIN, VIDEO_CHROMA_FORMAT_420, CHROMA_BIT_DEPTH_8, "SD MPEG-2", 48000,
+     AUDIO_TYPE_STATUS_MPEG2, AUDIO_CHANNEL_CODING_STEREO},
+    {&tstest::kH264Interlaced, 202, 0x201, 0x202, 5, 4, VIDEO_TYPE_H264, AUDIO_TYPE_AC3, 1920, 1080,
+     VIDEO_SCAN_TYPE_INTERLACED, VIDEO_FRAME_RATE_25, VIDEO_ASPECT_RATIO_16X9, VIDEO_PROFILE_H264_HIGH, VIDEO_LEVEL_4,
+     VIDEO_CHROMA_FORMAT_420, CHROMA_BIT_DEPTH_8, "HD H.264", 48000, AUDIO_TYPE_STATUS_AC3,
+     AUDIO_CHANNEL_CODING_3_2},
+    // ADTS AAC: the status record's only AAC code reads as LATM.
+    {&tstest::kH264Progressive, 303, 0x301, 0x302, 5, 2, VIDEO_TYPE_H264, AUDIO_TYPE_AAC_ADTS, 1280, 720,
+     VIDEO_SCAN_TYPE_PROGRESSIVE, VIDEO_FRAME_RATE_59_94, VIDEO_ASPECT_RATIO_16X9, VIDEO_PROFILE_H264_HIGH,
+     VIDEO_LEVEL_3_2, VIDEO_CHROMA_FORMAT_420, CHROMA_BIT_DEPTH_8, "HD 720p", 44100, AUDIO_TYPE_STATUS_AAC_LATM,
+     AUDIO_CHANNEL_CODING_STEREO},
+    // E-AC-3: no status code maps to E-AC-3.
+    {&tstest::kHevcUhd, 404, 0x401, 0x402, 38, 5, VIDEO_TYPE_HEVC, AUDIO_TYPE_EAC3, 3840, 2160,
+     VIDEO_SCAN_TYPE_PROGRESSIVE, VIDEO_FRAME_RATE_50, VIDEO_ASPECT_RATIO_16X9, VIDEO_PROFILE_HEVC_MAIN10,
+     VIDEO_LEVEL_5_1, VIDEO_CHROMA_FORMAT_420, CHROMA_BIT_DEPTH_10, "UHD HEVC", 48000, AUDIO_TYPE_STATUS_9,
+     AUDIO_CHANNEL_CODING_3_2},
+    {&tstest::kTwoProgrammes, 0x501, 0x511, 0x512, 0, 1, VIDEO_TYPE_MPEG2, AUDIO_TYPE_MPEG2, 720, 576,
+     VIDEO_SCAN_TYPE_INTERLACED, VIDEO_FRAME_RATE_25, VIDEO_ASPECT_RATIO_4X3, VIDEO_PROFILE_MPEG2_422,
+     VIDEO_LEVEL_MPEG2_MAIN, VIDEO_CHROMA_FORMAT_422, CHROMA_BIT_DEPTH_8, "Studio 422", 24000,
+     AUDIO_TYPE_STATUS_MPEG2, AUDIO_CHANNEL_CODING_MONO},
+};
+
+void CheckVideo(HisiVideoDecoder& video, const Case& c) {
+    uint32_t w = 0, h = 0;
+    VideoScanType_e scan = VIDEO_SCAN_TYPE_PSF;
+    VideoFrameRate_e rate = VIDEO_FRAME_RATE_UNKNOWN;
+    VideoAspectRatio_e aspect = VIDEO_ASPECT_RATIO_UNKNOWN;
+    ASSERT_TRUE(video.GetFormat(w, h, scan, rate, aspect));
+    EXPECT_EQ(w, c.width);
+    EXPECT_EQ(h, c.height);
+    EXPECT_EQ(scan, c.scan);
+    EXPECT_EQ(rate, c.rate);
+    EXPECT_EQ(aspect, c.aspect);
+    EXPECT_EQ(video.GetCodec(), c.videoType);
+    EXPECT_EQ(video.GetProfile(), c.profile);
+    EXPECT_EQ(video.GetLevel(), c.level);
+    EXPECT_EQ(video.GetChromaFormat(), c.chroma);
+    EXPECT_EQ(video.GetBitDepth(), c.depth);
+}
+
+void CheckAudio(HisiAudioDecoder& audio, const Case& c) {
+    EXPECT_EQ(audio.GetSamplingRate(), c.samplingRate);
+    EXPECT_EQ(audio.GetCodec(), c.audioStatus);
+    EXPECT_EQ(audio.GetCodingMode(), c.coding);
+    EXPECT_GT(audio.GetBitRate(), 0u);
+}
+
+TEST_F(TsInputTest, TheDaemonReadsEachStreamsAttributes) {
+    const BoardHandles h = BringUpByHand();
+    for (const Case& c : kCases) {
+        SCOPED_TRACE(c.stream->name);
+        const std::string path = File(*c.stream);
+        ASSERT_FALSE(path.empty());
+        std::string error;
+        ASSERT_TRUE(stbsim::SetInputFile(path, &error)) << error;
+
+        // The host learns the first programme, then selects it as it would.
+        const _AV_SETTING_S found = FirstProgramme();
+        EXPECT_EQ(found.service_id, c.serviceId);
+        EXPECT_EQ(found.video_pid, c.videoPid);
+        EXPECT_EQ(found.audio_pid, c.audioPid);
+        EXPECT_EQ(found.pcr_pid, c.videoPid);
+        EXPECT_EQ(found.video_type, c.videoPlatform);
+        EXPECT_EQ(found.audio_type, c.audioPlatform);
+        EXPECT_STREQ(found.service_name, c.serviceName);
+
+        HisiDemux demux;
+        demux.BondAvHandle(h.av);
+        ASSERT_TRUE(demux.SetServiceVideoCodecType(c.videoType));
+        ASSERT_TRUE(demux.SetServiceAudioCodecType(c.audioType));
+        ASSERT_TRUE(demux.SetPid(found.video_pid, ES_TYPE_VIDEO));
+        ASSERT_TRUE(demux.SetPid(found.audio_pid, ES_TYPE_AUDIO));
+        ASSERT_TRUE(demux.SetPid(found.pcr_pid, ES_TYPE_PCR));
+        ASSERT_TRUE(demux.SetServiceId(found.service_id));
+        EXPECT_EQ(demux.GetPid(ES_TYPE_VIDEO), c.videoPid);
+        EXPECT_EQ(demux.GetPid(ES_TYPE_AUDIO), c.audioPid);
+        EXPECT_EQ(demux.GetPid(ES_TYPE_PCR), c.videoPid);
+
+        FfAvProbe probe;
+        probe.BondAvHandle(h.av);
+        probe.StartProbe();
+        ASSERT_TRUE(WaitUntil([&] { return probe.GetVideoLevel(c.videoPid) != 0 && probe.GetAudioSampleRate(c.audioPid); }));
+        HisiVideoDecoder video(probe);
+        video.BondAvHandle(h.av);
+        video.SetCodec(c.videoType);
+        HisiAudioDecoder audio(probe);
+        audio.BondAvHandle(h.av);
+        audio.SetCodec(c.audioType);
+
+        CheckVideo(video, c);
+        CheckAudio(audio, c);
+        EXPECT_EQ(demux.GetServiceId(), c.serviceId);
+        EXPECT_EQ(video.GetServiceName(demux.GetServiceId()), c.serviceName);
+        EXPECT_TRUE(WaitUntil([&] { return video.GetFrameCount() > 1 && audio.GetFrameCount() > 1; }));
+    }
+}
+
+TEST_F(TsInputTest, EveryProgrammeIsListedInTheStreamInformation) {
+    const std::string path = File(tstest::kTwoProgrammes);
+    ASSERT_FALSE(path.empty());
+    ASSERT_TRUE(stbsim::SetInputFile(path));
+    const BoardHandles h = BringUpByHand();
+    AvStreamInfo info;
+    memset(&info, 0, sizeof info);
+    ASSERT_EQ(av_get_stream_info(h.av, &info), 0);
+    ASSERT_EQ(info.service_count, 2u);
+    EXPECT_EQ(info.service[1].program_number, 0x502);
+    EXPECT_STREQ(info.service[1].name, "CIF");
+    ASSERT_EQ(info.video_count, 2u);
+    ASSERT_EQ(info.audio_count, 2u);
+
+    // The second programme's picture: 352x288 shown at 4:3 has 12:11 pixels.
+    const AvVideoStreamEntry& v = info.video[1];
+    EXPECT_EQ(v.pid, 0x521u);
+    EXPECT_EQ(v.width, 352u);
+    EXPECT_EQ(v.height, 288u);
+    EXPECT_EQ(v.aspect_first, 12u);
+    EXPECT_EQ(v.aspect_second, 11u);
+    EXPECT_EQ(v.frame_rate_num, 25u);
+    EXPECT_EQ(v.frame_rate_den, 1u);
+    EXPECT_EQ(v.field_order, 1u);  // progressive
+    EXPECT_EQ(v.profile, 4u);      // Main
+    EXPECT_EQ(v.level, 8u);        // Main level
+    EXPECT_EQ(v.chroma_format, 1u);
+    EXPECT_EQ(v.bit_depth, 0u);
+    EXPECT_EQ(info.video[0].field_order, 3u);  // the first programme's is bottom field first
+
+    // MPEG audio at 32 kHz is MPEG-1; at 24 kHz (the first programme's) MPEG-2.
+    const AvAudioStreamEntry& a = info.audio[1];
+    EXPECT_EQ(a.pid, 0x522u);
+    EXPECT_EQ(a.audio_type, 0u);
+    EXPECT_EQ(info.audio[0].audio_type, 1u);
+    EXPECT_EQ(a.sample_rate, 32000u);
+    EXPECT_EQ(a.channels, 1u);
+    EXPECT_EQ(a.format, 0u);
+    EXPECT_EQ(a.bit_rate, 64000u);
+}
+
+// Sets STBSIM_STREAM for one scope.
+class StreamVariable {
+public:
+    explicit StreamVariable(const std::string& path) { setenv("STBSIM_STREAM", path.c_str(), 1); }
+    ~StreamVariable() { unsetenv("STBSIM_STREAM"); }
+    StreamVariable(const StreamVariable&) = delete;
+    StreamVariable& operator=(const StreamVariable&) = delete;
+};
+
+TEST_F(TsInputTest, TheStreamVariableIsProbedAtSystemInit) {
+    const std::string good = File(tstest::kMpeg2Sd);
+    const std::string bad = OwnFile("null-packets.ts", NullPackets(20));
+    ASSERT_FALSE(good.empty());
+    {
+        StreamVariable var(good);
+        const BoardHandles h = BringUpByHand();
+        EXPECT_EQ(FirstProgramme().service_id, 101);
+        EXPECT_EQ(av_destory(h.av), 0);
+    }
+    stbsim::Reset();
+    {
+        StreamVariable var(bad);
+        EXPECT_EQ(system_init(0), stbsim::kErrInvalidParam);
+    }
+    unlink(bad.c_str());
+}
+
+TEST_F(TsInputTest, SwitchingTheInputFileChangesWhatIsDecoded) {
+    const std::string first = File(tstest::kH264Interlaced);
+    const std::string second = File(tstest::kH264Progressive);
+    ASSERT_FALSE(first.empty() || second.empty());
+    const BoardHandles h = BringUpByHand();
+    ASSERT_EQ(stbsim::Command("stream " + first), "ok\n");
+    Play(h.av, 0x201, 5, 0x202, 4);
+    AvStatusInfo st = Status(h.av);
+    EXPECT_EQ(st.width, 1920u);
+    EXPECT_EQ(st.height, 1080u);
+    EXPECT_EQ(st.frame_rate_int, 25);
+    EXPECT_EQ(st.frame_rate_dec, 0);
+    EXPECT_EQ(st.video_pid, 0x201);
+
+    ASSERT_EQ(stbsim::Command("stream " + second), "ok\n");
+    st = Status(h.av);
+    EXPECT_EQ(st.video_pid, 0);  // the old PIDs are gone from the input
+    EXPECT_EQ(st.audio_pid, 0);
+    Play(h.av, 0x301, 5, 0x302, 2);
+    st = Status(h.av);
+    EXPECT_EQ(st.width, 1280u);
+    EXPECT_EQ(st.height, 720u);
+    EXPECT_EQ(st.frame_rate_int, 59);
+    EXPECT_EQ(st.frame_rate_dec, 94);
+    EXPECT_EQ(st.audio_sample_rate, 44100u);
+    // The audio clock carries on from the stream's own timestamps, which start 100 s in.
+    EXPECT_GE(st.audio_pts, 100u * 90000);
+    EXPECT_LT(st.audio_pts, 200u * 90000);
+    EXPECT_TRUE(WaitUntil([&] { return Status(h.av).video_frame_count > 2; }));
+}
+
+TEST_F(TsInputTest, AFileThatCannotBeProbedLeavesTheInputAsItWas) {
+    const std::string good = File(tstest::kH264Progressive);
+    ASSERT_FALSE(good.empty());
+    const std::string nulls = OwnFile("null-packets.ts", NullPackets(20));
+    const std::string missing = std::string(HISIAV_TS_STREAM_DIR) + "/no-such-file.ts";
+    BringUpByHand();
+    ASSERT_EQ(stbsim::Command("stream " + good), "ok\n");
+    const struct {
+        std::string path;
+        std::string reply;
+    } cases[] = {
+        {nulls, "error: " + nulls + ": no programme in the MPEG-TS file (no PAT/PMT)\n"},
+        {missing, "error: " + missing + ": cannot open\n"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.path);
+        EXPECT_EQ(stbsim::Command("stream " + c.path), c.reply);
+        EXPECT_EQ(FirstProgramme().service_id, 303);
+    }
+    unlink(nulls.c_str());
+}
+
+}  // namespace
