@@ -97,7 +97,7 @@ void PrintDaemonOptionsUsage() {
     static const char* const kLines[] = {
         "  -d DEV serial device of the host line (default /dev/ttyS2)",
         "  -R DIR prefix every fixed path (/vendor, /data, /sdcard) with DIR",
-        "  -c FILE  log configuration (default /vendor/etc/tevrin-log4cpp.init under the prefix)",
+        "  -c FILE log configuration (default /vendor/etc/tevrin-log4cpp.init under the prefix)",
         "  -U     receive upgrade packages over TCP",
         "  -P n   port of the upgrade receiver (default 8888)",
         "  -a n   audio decoders (default 1)",
