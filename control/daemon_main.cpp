@@ -23,6 +23,24 @@
 
 namespace {
 
+// -h and bad options end here: the exit status, or -1 to go on.
+int ReadCommandLine(int argc, char** argv, DaemonOptions& options) {
+    std::string error;
+    const DaemonCommand command = ParseDaemonOptions(argc, argv, options, error);
+    if (command == DaemonCommand::kRun) return -1;
+    if (command == DaemonCommand::kUsageError) std::fprintf(stderr, "hisiavd: %s\n", error.c_str());
+    PrintUsage();
+    PrintDaemonOptionsUsage();
+    return command == DaemonCommand::kHelp ? 0 : 2;
+}
+
+void SetUpLog(const DaemonOptions& options) {
+    InitDebugLog(DaemonLogConfigFile(options.logConfigFile));
+    std::fflush(stdout);
+    SetDaemonLogLevel(options.logLevel);
+    EnsureDaemonLogOutput();
+}
+
 // The host line must exist: the serial adapter would otherwise start no reader.
 bool CheckSerialDevice(const std::string& device) {
     const int fd = open(device.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK);
@@ -34,67 +52,56 @@ bool CheckSerialDevice(const std::string& device) {
     return true;
 }
 
+bool WritePidFile(DaemonPidFile& pidFile) {
+    const std::string path = hisiav::paths::Resolve(hisiav::paths::kPidFile);
+    if (pidFile.Write(path)) return true;
+    std::fprintf(stderr, "hisiavd: cannot write the pid file %s: %s\n", path.c_str(), std::strerror(errno));
+    return false;
+}
+
+// The subsystem (and, with -U, the upgrade receiver) from start to a stop signal.
+void ServeUntilStopped(DaemonPlatform& platform, const DaemonOptions& options, const sigset_t& stopSignals) {
+    log4cpp::Category& log = hisiav::Logger("hisiav.daemon");
+    HisiAvSubsystem subsystem(platform.Chip(), platform.Demux(), platform.AudioDecoders(), platform.VideoDecoder(),
+                              platform.VideoOutput(), platform.AudioOutput(), platform.ClosedCaption(),
+                              options.serialDevice);
+    subsystem.StartProcess();
+    std::unique_ptr<HisiReceiveUpgradeFile> receiver;
+    if (options.uploadReceiver) {
+        // Under a fresh -R root the package's folder does not exist yet.
+        MakeParentFolders(hisiav::paths::Resolve(hisiav::paths::kUpgradePackage));
+        receiver.reset(new HisiReceiveUpgradeFile(options.uploadPort));
+    }
+    hisiav::LogNotice(log, "running on %s", options.serialDevice.c_str());
+    const int sig = WaitForStopSignal(stopSignals);
+    hisiav::LogNotice(log, "signal %d: stopping", sig);
+    receiver.reset();
+}  // the subsystem goes before the platform it holds by reference
+
 // From bring-up to the end of tear-down. The exit status.
 int RunDaemon(const DaemonOptions& options, const sigset_t& stopSignals) {
-    log4cpp::Category& log = hisiav::Logger("hisiav.daemon");
     DaemonPlatform platform(options.audioDecoderCount);
     if (platform.BringUp() != 0) {
         std::fprintf(stderr, "hisiavd: the decoder platform failed to come up (HisiControlInit); stopping\n");
         return 1;  // the platform's destructor releases what was obtained
     }
-    {
-        HisiAvSubsystem subsystem(platform.Chip(), platform.Demux(), platform.AudioDecoders(),
-                                  platform.VideoDecoder(), platform.VideoOutput(), platform.AudioOutput(),
-                                  platform.ClosedCaption(), options.serialDevice);
-        subsystem.StartProcess();
-        std::unique_ptr<HisiReceiveUpgradeFile> receiver;
-        if (options.uploadReceiver) {
-            // Under a fresh -R root the package's folder does not exist yet.
-            MakeParentFolders(hisiav::paths::Resolve(hisiav::paths::kUpgradePackage));
-            receiver.reset(new HisiReceiveUpgradeFile(options.uploadPort));
-        }
-        hisiav::LogNotice(log, "running on %s", options.serialDevice.c_str());
-
-        const int sig = WaitForStopSignal(stopSignals);
-        hisiav::LogNotice(log, "signal %d: stopping", sig);
-        receiver.reset();
-    }
+    ServeUntilStopped(platform, options, stopSignals);
     platform.TearDown();
-    hisiav::LogNotice(log, "stopped");
+    hisiav::LogNotice(hisiav::Logger("hisiav.daemon"), "stopped");
     return 0;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    const sigset_t stopSignals = BlockStopSignals();
+    const sigset_t stopSignals = BlockStopSignals();  // before any thread exists
     DaemonOptions options;
-    std::string error;
-    switch (ParseDaemonOptions(argc, argv, options, error)) {
-        case DaemonCommand::kHelp:
-            PrintUsage();
-            PrintDaemonOptionsUsage();
-            return 0;
-        case DaemonCommand::kUsageError:
-            std::fprintf(stderr, "hisiavd: %s\n", error.c_str());
-            PrintUsage();
-            PrintDaemonOptionsUsage();
-            return 2;
-        case DaemonCommand::kRun:
-            break;
-    }
+    const int status = ReadCommandLine(argc, argv, options);
+    if (status >= 0) return status;
     hisiav::paths::SetRoot(options.root);
-    InitDebugLog(DaemonLogConfigFile(options.logConfigFile));
-    std::fflush(stdout);
-    SetDaemonLogLevel(options.logLevel);
-    EnsureDaemonLogOutput();
+    SetUpLog(options);
     if (!CheckSerialDevice(options.serialDevice)) return 1;
-
-    DaemonPidFile pidFile;
-    const std::string pidPath = hisiav::paths::Resolve(hisiav::paths::kPidFile);
-    if (!pidFile.Write(pidPath)) {
-        std::fprintf(stderr, "hisiavd: cannot write the pid file %s: %s\n", pidPath.c_str(), std::strerror(errno));
-        return 1;
-    }
+    DaemonPidFile pidFile;  // removed when main returns
+    if (!WritePidFile(pidFile)) return 1;
     return RunDaemon(options, stopSignals);
 }
