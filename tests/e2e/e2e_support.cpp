@@ -324,4 +324,17 @@ std::string DescribeStatus(int status) {
     return "status " + std::to_string(status);
 }
 
+std::vector<std::string> SanitizerEnvironment() {
+    auto with = [](const char* name, const char* extra) {
+        const char* old = getenv(name);
+        return std::string(name) + "=" + (old != nullptr && *old != '\0' ? std::string(old) + ":" : "") + extra;
+    };
+    return {with("ASAN_OPTIONS", "exitcode=97"), with("UBSAN_OPTIONS", "halt_on_error=1:exitcode=97"),
+            with("TSAN_OPTIONS", "exitcode=98")};
+}
+
+bool HasSanitizerReport(const std::string& text) {
+    return text.find("Sanitizer") != std::string::npos || text.find("runtime error:") != std::string::npos;
+}
+
 }  // namespace e2e

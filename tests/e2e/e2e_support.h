@@ -91,4 +91,11 @@ private:
 // "exit 0", "exit 2", "signal 9", for messages.
 std::string DescribeStatus(int status);
 
+// Environment entries for a child under a sanitizer build: a report ends it
+// with status 97 (ASan, UBSan) or 98 (TSan), on top of the options the test's
+// own environment already sets.
+std::vector<std::string> SanitizerEnvironment();
+// True when text (a child's stderr) holds a sanitizer report.
+bool HasSanitizerReport(const std::string& text);
+
 }  // namespace e2e

@@ -1,0 +1,280 @@
+// Real MPEG-TS files through the whole chain: hisiavd on the virtual board with a
+// stream made by ffmpeg as its input, the test playing the host over a pty. The
+// host selects the file's service and must be sent the stream's true attributes;
+// with the output automatic, switching the board's input file moves the display.
+// Test thread only; every daemon ends with SIGTERM and a clean exit.
+#include <gtest/gtest.h>
+#include <signal.h>
+
+#include <cstdio>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "platform/decoder_types.h"
+#include "tests/e2e/e2e_support.h"
+#include "tests/e2e/host_line.h"
+#include "tests/sim/ts_streams.h"
+
+using e2e::HostOp;
+
+namespace {
+
+// Operations the host receives.
+enum : unsigned {
+    kReady = 3, kSamplingRate = 75, kSelAudioPid = 213, kSelVideoPid = 220, kSelVideoType = 221,
+    kSelServiceNum = 225, kSelServiceName = 226, kVideoWidth = 271, kVideoHeight = 272, kVideoAspect = 273,
+    kVideoFrameRate = 274, kVideoScanType = 275, kVideoProfile = 276, kVideoLevel = 277, kVideoChroma = 280,
+    kVideoBitDepth = 283,
+};
+// Operations the host sends.
+enum : unsigned {
+    kStatusEnable = 4, kVideoCodecType = 242, kAudioCodecType = 243, kPcr = 245, kVideo = 246, kAudio = 247,
+    kServiceName = 249, kServiceNum = 250, kOutputInterface = 261, kFormatMode = 262,
+};
+
+// Generous: a 2 s status poll and a 1 s stream-information refresh stand between
+// a selection and the values it brings.
+constexpr int kDeadlineMs = 10000;
+
+// One generated file: the service the host selects (PCR on the video PID) and
+// what the host must be sent, each value worked out from the file's true
+// attributes through the daemon's enumerations; then the board's display words
+// with the output automatic on the HD interface.
+struct TsCase {
+    const char* label;
+    const tstest::TsStream* stream;
+    uint16_t serviceNum;
+    const char* serviceName;
+    uint16_t videoPid, audioPid;
+    VideoType_e videoType;
+    AudioType_e audioType;
+    uint32_t width, height;
+    VideoScanType_e scan;
+    VideoFrameRate_e rate;
+    VideoAspectRatio_e aspect;
+    VideoProfile_e profile;
+    VideoLevel_e level;
+    VideoChromaFormat_e chroma;
+    ChromaBitDepth_e depth;
+    uint32_t samplingRate;
+    long long displayFormat, displayRate;
+};
+
+const TsCase kSd = {"Mpeg2Sd576i25", &tstest::kMpeg2Sd, 101, "SD MPEG-2", 0x101, 0x102, VIDEO_TYPE_MPEG2,
+                    AUDIO_TYPE_MPEG1,  // Layer II at 48 kHz
+                    720, 576, VIDEO_SCAN_TYPE_INTERLACED, VIDEO_FRAME_RATE_25, VIDEO_ASPECT_RATIO_4X3,
+                    VIDEO_PROFILE_MPEG2_MAIN, VIDEO_LEVEL_MPEG2_MAIN, VIDEO_CHROMA_FORMAT_420, CHROMA_BIT_DEPTH_8,
+                    48000, 9, 64};  // 576i, 50 fields
+// x264 "superfast" codes High; its automatic level is 4 for 1080i25, 3.2 for 720p59.94.
+const TsCase kHd1080i = {"H264Hd1080i25", &tstest::kH264Interlaced, 202, "HD H.264", 0x201, 0x202, VIDEO_TYPE_H264,
+                         AUDIO_TYPE_AC3, 1920, 1080, VIDEO_SCAN_TYPE_INTERLACED, VIDEO_FRAME_RATE_25,
+                         VIDEO_ASPECT_RATIO_16X9, VIDEO_PROFILE_H264_HIGH, VIDEO_LEVEL_4, VIDEO_CHROMA_FORMAT_420,
+                         CHROMA_BIT_DEPTH_8, 48000, 11, 64};  // 1080i, 50 fields
+const TsCase kHd720p = {"H264Hd720p5994", &tstest::kH264Progressive, 303, "HD 720p", 0x301, 0x302, VIDEO_TYPE_H264,
+                        AUDIO_TYPE_AAC_ADTS, 1280, 720, VIDEO_SCAN_TYPE_PROGRESSIVE, VIDEO_FRAME_RATE_59_94,
+                        VIDEO_ASPECT_RATIO_16X9, VIDEO_PROFILE_H264_HIGH, VIDEO_LEVEL_3_2, VIDEO_CHROMA_FORMAT_420,
+                        CHROMA_BIT_DEPTH_8, 44100, 10, 128};  // 720p, 59.94
+// x265 codes Main 10 (general_profile_idc 2) at level 5.1 (general_level_idc 153) for 2160p50.
+const TsCase kUhd = {"HevcUhd2160p50", &tstest::kHevcUhd, 404, "UHD HEVC", 0x401, 0x402, VIDEO_TYPE_HEVC,
+                     AUDIO_TYPE_EAC3, 3840, 2160, VIDEO_SCAN_TYPE_PROGRESSIVE, VIDEO_FRAME_RATE_50,
+                     VIDEO_ASPECT_RATIO_16X9, VIDEO_PROFILE_HEVC_MAIN10, VIDEO_LEVEL_5_1, VIDEO_CHROMA_FORMAT_420,
+                     CHROMA_BIT_DEPTH_10, 48000, 13, 64};  // 2160p 3840, 50
+
+// The numeric values the host must have received last, by operation.
+std::vector<std::pair<unsigned, uint64_t>> ExpectedValues(const TsCase& c) {
+    return {{kVideoWidth, c.width},          {kVideoHeight, c.height},       {kVideoScanType, c.scan},
+            {kVideoFrameRate, c.rate},       {kVideoAspect, c.aspect},       {kVideoProfile, c.profile},
+            {kVideoLevel, c.level},          {kVideoChroma, c.chroma},       {kVideoBitDepth, c.depth},
+            {kSelServiceNum, c.serviceNum},  {kSamplingRate, c.samplingRate}, {kSelVideoPid, c.videoPid},
+            {kSelAudioPid, c.audioPid},      {kSelVideoType, c.videoType}};
+}
+
+// "" when the last value of every operation is the expected one, else one line per difference.
+std::string Mismatches(const e2e::HostLine& host, const TsCase& c) {
+    std::ostringstream out;
+    for (const auto& e : ExpectedValues(c)) {
+        const HostOp* last = host.Last(e.first);
+        if (last == nullptr || last->Value() != e.second)
+            out << "opId " << e.first << ": " << (last ? std::to_string(last->Value()) : "none") << ", want "
+                << e.second << "\n";
+    }
+    const HostOp* name = host.Last(kSelServiceName);
+    if (name == nullptr || name->Text() != c.serviceName)
+        out << "service name: " << (name ? "\"" + name->Text() + "\"" : "none") << ", want \"" << c.serviceName
+            << "\"\n";
+    return out.str();
+}
+
+std::string Observed(const e2e::HostLine& host) {
+    std::ostringstream out;
+    auto v = [&](unsigned id) { return host.Last(id) ? std::to_string(host.Last(id)->Value()) : "-"; };
+    out << v(kVideoWidth) << "x" << v(kVideoHeight) << " scan " << v(kVideoScanType) << " rate "
+        << v(kVideoFrameRate) << " aspect " << v(kVideoAspect) << " profile " << v(kVideoProfile) << " level "
+        << v(kVideoLevel) << " chroma " << v(kVideoChroma) << " depth " << v(kVideoBitDepth) << " service "
+        << v(kSelServiceNum) << " \"" << (host.Last(kSelServiceName) ? host.Last(kSelServiceName)->Text() : "")
+        << "\" " << v(kSamplingRate) << " Hz, PIDs video " << v(kSelVideoPid) << " audio " << v(kSelAudioPid);
+    return out.str();
+}
+
+double MsSince(uint64_t startUs) { return static_cast<double>(e2e::MonotonicUs() - startUs) / 1000.0; }
+
+class TsDaemonTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        if (!tstest::HaveFfmpeg())
+            GTEST_SKIP() << "the ffmpeg command-line tool is not installed; these tests make their MPEG-TS files "
+                            "with it (make deps installs it)";
+        ASSERT_TRUE(m_Host.IsOpen());
+        e2e::WriteFile(m_Tmp / "root/vendor/etc/version", "version=ts-e2e\n");
+        std::string logConfig;
+        e2e::ReadFile(std::string(HISIAV_ETC_DIR) + "/tevrin-log4cpp.init", logConfig);
+        e2e::WriteFile(m_Tmp / "root/vendor/etc/tevrin-log4cpp.init", logConfig);
+    }
+    void TearDown() override {
+        if (m_Daemon.Running()) StopCleanly();
+    }
+
+    // The stream's file in this build's cache, made by ffmpeg the first time.
+    static std::string File(const tstest::TsStream& s) {
+        std::string why;
+        double seconds = 0;
+        const std::string path = tstest::MakeTsFile(s, HISIAV_TS_STREAM_DIR, &why, &seconds);
+        EXPECT_FALSE(path.empty()) << why;
+        if (seconds > 0) printf("[ ffmpeg   ] %s made in %.2f s\n", s.name, seconds);
+        return path;
+    }
+
+    std::string Socket() const { return m_Tmp / "board.sock"; }
+    std::string StderrTail() const {
+        std::string text;
+        e2e::ReadFile(m_Tmp / "daemon.err", text);
+        return "--- daemon stderr (tail) ---\n" + text.substr(text.size() > 6000 ? text.size() - 6000 : 0);
+    }
+
+    // hisiavd on the host's pty with file as the board's input; returns once it reported ready.
+    void StartOn(const std::string& file) {
+        std::vector<std::string> env = e2e::SanitizerEnvironment();
+        env.push_back("STBSIM_STREAM=" + file);
+        env.push_back("STBSIM_CONTROL=" + Socket());
+        ASSERT_TRUE(m_Daemon.Start(HISIAVD_PATH, {"-d", m_Host.DeviceName(), "-R", m_Tmp / "root", "-v", "4"}, env,
+                                   m_Tmp / "daemon.out", m_Tmp / "daemon.err"));
+        ASSERT_TRUE(m_Host.WaitForOp(kReady)) << StderrTail();
+        ASSERT_TRUE(e2e::WaitUntil([&] { return e2e::FileExists(Socket()); })) << StderrTail();
+    }
+    void StopCleanly() {
+        int status = -1;
+        const bool ended = m_Daemon.Stop(SIGTERM, 20000, status);
+        EXPECT_TRUE(ended) << "the daemon did not end on SIGTERM\n" << StderrTail();
+        if (!ended) return;
+        EXPECT_EQ("exit 0", e2e::DescribeStatus(status)) << StderrTail();
+        std::string text;
+        e2e::ReadFile(m_Tmp / "daemon.err", text);
+        EXPECT_FALSE(e2e::HasSanitizerReport(text)) << StderrTail();
+    }
+
+    // The integrator's set-up: status on, HD interface, output following the input.
+    void EnableStatusAutoOutput() {
+        m_Host.SendU8(kStatusEnable, 1);
+        m_Host.SendU8(kOutputInterface, VIDEO_OUTPUT_INTERFACE_HD);
+        m_Host.SendU8(kFormatMode, FORMAT_MODE_AUTO);
+        m_Host.SendApply();
+    }
+    // Returns the time the apply trigger went out.
+    uint64_t SelectService(const TsCase& c) {
+        m_Host.SendU8(kVideoCodecType, c.videoType);
+        m_Host.SendU8(kAudioCodecType, c.audioType);
+        m_Host.SendU16(kPcr, c.videoPid);
+        m_Host.SendU16(kVideo, c.videoPid);
+        m_Host.SendU16(kAudio, c.audioPid);
+        m_Host.SendU16(kServiceNum, c.serviceNum);
+        m_Host.SendText(kServiceName, c.serviceName);
+        return m_Host.SendApply();
+    }
+
+    // Waits until the last value of every operation is c's; the differences otherwise.
+    std::string WaitForAttributes(const TsCase& c) {
+        m_Host.WaitFor([&](const HostOp&) { return Mismatches(m_Host, c).empty(); }, kDeadlineMs);
+        return Mismatches(m_Host, c);
+    }
+    // Polls the board's state until its display words are these.
+    bool DisplayIs(long long format, long long rate) {
+        return e2e::WaitUntil(
+            [&] {
+                e2e::FlatJson s;
+                return s.Parse(e2e::BoardCommand(Socket(), "state")) && s.Num("display.format") == format &&
+                       s.Num("display.rate") == rate;
+            },
+            kDeadlineMs);
+    }
+    std::string Display() const {
+        e2e::FlatJson s;
+        s.Parse(e2e::BoardCommand(Socket(), "state"));
+        return s.Get("display.format") + "/" + s.Get("display.rate");
+    }
+
+    e2e::TempDir m_Tmp;
+    e2e::HostLine m_Host;
+    e2e::ChildProcess m_Daemon;
+};
+
+class TsFileTest : public TsDaemonTest, public ::testing::WithParamInterface<TsCase> {};
+
+// Each file as the board's input from the start: once its service is selected,
+// the host is sent the stream's true attributes and the display takes its format.
+TEST_P(TsFileTest, HostReceivesTheStreamsAttributes) {
+    const TsCase& c = GetParam();
+    const std::string file = File(*c.stream);
+    ASSERT_FALSE(file.empty());
+    StartOn(file);
+    EnableStatusAutoOutput();
+    const uint64_t applied = SelectService(c);
+    ASSERT_NE(0u, applied);
+
+    EXPECT_EQ("", WaitForAttributes(c)) << StderrTail();
+    const double attributesMs = MsSince(applied);
+    EXPECT_TRUE(DisplayIs(c.displayFormat, c.displayRate)) << "display " << Display();
+    printf("[ observed ] %s: %s; display %s; all values %.0f ms after the apply\n", c.stream->name,
+           Observed(m_Host).c_str(), Display().c_str(), attributesMs);
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, TsFileTest, ::testing::Values(kSd, kHd1080i, kHd720p, kUhd),
+                         [](const ::testing::TestParamInfo<TsCase>& info) { return std::string(info.param.label); });
+
+// One daemon; the board's input is switched with "stream FILE" while the output
+// follows the input. The new file carries other PIDs and codecs, so the host
+// selects its service right after the switch, as an integrator would; the
+// display words must follow within a status poll.
+TEST_F(TsDaemonTest, DisplayFollowsASwitchedInputFile) {
+    const TsCase* const order[] = {&kHd1080i, &kHd720p, &kUhd, &kHd1080i};
+    std::vector<std::string> files;
+    for (const TsCase* c : order) files.push_back(File(*c->stream));
+    for (const std::string& f : files) ASSERT_FALSE(f.empty());
+
+    StartOn(files[0]);
+    EnableStatusAutoOutput();
+    SelectService(*order[0]);
+    ASSERT_EQ("", WaitForAttributes(*order[0])) << StderrTail();
+    ASSERT_TRUE(DisplayIs(order[0]->displayFormat, order[0]->displayRate)) << "display " << Display();
+
+    for (size_t i = 1; i < files.size(); ++i) {
+        const TsCase& c = *order[i];
+        SCOPED_TRACE(c.stream->name);
+        const uint64_t asked = e2e::MonotonicUs();
+        ASSERT_EQ("ok\n", e2e::BoardCommand(Socket(), "stream " + files[i])) << StderrTail();
+        const uint64_t switched = e2e::MonotonicUs();
+        SelectService(c);
+
+        EXPECT_TRUE(DisplayIs(c.displayFormat, c.displayRate)) << "display " << Display();
+        const double displayMs = MsSince(switched);
+        // One 2 s poll notices the new picture (the stream information it reads
+        // is at most 1 s old); the rest is slack for sanitizer builds.
+        EXPECT_LT(displayMs, 4500.0);
+        EXPECT_EQ("", WaitForAttributes(c)) << StderrTail();
+        printf("[ switch   ] to %s: probed in %.0f ms, display %s after %.0f ms, host values after %.0f ms: %s\n",
+               c.stream->name, static_cast<double>(switched - asked) / 1000.0, Display().c_str(), displayMs,
+               MsSince(switched), Observed(m_Host).c_str());
+    }
+}
+
+}  // namespace
