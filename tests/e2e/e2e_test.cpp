@@ -18,7 +18,9 @@
 #include "tests/e2e/host_line.h"
 
 using e2e::FlatJson;
+using e2e::HasSanitizerReport;
 using e2e::HostOp;
+using e2e::SanitizerEnvironment;
 
 namespace {
 
@@ -57,20 +59,6 @@ const std::vector<std::string> kTearDown = {
 uint32_t Format1080p50() {
     return UhdVidFormat(1080, 1920, VideoFormatBase::SCAN_TYPE_PROGRESSIVE, VideoFormatBase::ASPECT_RATIO_16X9,
                         VideoFormatBase::FRAME_RATE_50).GetId();
-}
-
-// A sanitizer in the daemon writes its report on stderr and sets this status.
-std::vector<std::string> SanitizerEnvironment() {
-    auto with = [](const char* name, const char* extra) {
-        const char* old = getenv(name);
-        return std::string(name) + "=" + (old != nullptr && *old != '\0' ? std::string(old) + ":" : "") + extra;
-    };
-    return {with("ASAN_OPTIONS", "exitcode=97"), with("UBSAN_OPTIONS", "halt_on_error=1:exitcode=97"),
-            with("TSAN_OPTIONS", "exitcode=98")};
-}
-
-bool HasSanitizerReport(const std::string& text) {
-    return text.find("Sanitizer") != std::string::npos || text.find("runtime error:") != std::string::npos;
 }
 
 class DaemonTest : public ::testing::Test {
