@@ -3,18 +3,14 @@
 #include "control/hisi_av_op_sender.h"
 
 #include <gtest/gtest.h>
-#include <log4cpp/Category.hh>
-#include <log4cpp/PatternLayout.hh>
-#include <log4cpp/StringQueueAppender.hh>
 
-#include <algorithm>
-#include <queue>
 #include <string>
 #include <vector>
 
 #include "platform/decoder_types.h"
 #include "protocol/op_ss_data_tables.h"
 #include "tests/protocol/print_capture.h"
+#include "tests/support/log_capture.h"
 
 using Bytes = std::vector<unsigned char>;
 
@@ -33,41 +29,13 @@ public:
     bool result = true;
 };
 
-// Collects the lines of the "hisiav.opsender" category while it lives.
-class LogCapture {
-public:
-    LogCapture() : m_cat(log4cpp::Category::getInstance("hisiav.opsender")) {
-        m_appender = new log4cpp::StringQueueAppender("capture");
-        auto* layout = new log4cpp::PatternLayout();
-        layout->setConversionPattern("%p %c: %m%n");
-        m_appender->setLayout(layout);
-        m_oldPriority = m_cat.getPriority();
-        m_cat.setPriority(log4cpp::Priority::DEBUG);
-        m_cat.addAppender(m_appender);
-    }
-    ~LogCapture() {
-        m_cat.removeAppender(m_appender);  // deletes it
-        m_cat.setPriority(m_oldPriority);
-    }
-    std::vector<std::string> Lines() {
-        std::vector<std::string> out;
-        std::queue<std::string> copy = m_appender->getQueue();
-        for (; !copy.empty(); copy.pop()) out.push_back(copy.front());
-        return out;
-    }
-
-private:
-    log4cpp::Category& m_cat;
-    log4cpp::StringQueueAppender* m_appender;
-    log4cpp::Priority::Value m_oldPriority;
-};
-
 class HisiAvOpSenderTest : public ::testing::Test {
 protected:
     HisiAvOpSenderTest() {
         COpSsData** tables[] = {hisiAvSubsystemSsData, videoSsData, selectedServiceSsData, avSsConfigSsData};
         for (COpSsData** t : tables) dictionary.FillMap(t);
     }
+    hisiav_test::LogCapture log{"hisiav.opsender"};
     PrintCapture prints;  // the missing port's message
     RecordingAdapter adapter;
     COpSsDataMap dictionary;
@@ -92,38 +60,29 @@ TEST_F(HisiAvOpSenderTest, SignedMinusOneGoesAsFF) {
     EXPECT_EQ(adapter.sent[0], (Bytes{0x00, 0x00, 0x00, 0x01, 0x01, 0x01, 0xFF}));
 }
 
-TEST_F(HisiAvOpSenderTest, TextEntryThroughTheTypedPathSendsNothing) {
-    LogCapture log;
+TEST_F(HisiAvOpSenderTest, TextEntryThroughTheTypedPathOrAnUnknownOpIdSendsNothing) {
     sender.TransmitStatus(226u, 1u, 5u);  // selectedserviceServiceName, VT_STRING
-    EXPECT_TRUE(adapter.sent.empty());
-    EXPECT_TRUE(prints.Contains("Unexpected datatype received: 12"));
-    EXPECT_EQ(log.Lines(), std::vector<std::string>{
-                               "ERROR hisiav.opsender: TransmitStatus::SetSsOpData failed, opId: 226, dataType: 12\n"});
-}
-
-TEST_F(HisiAvOpSenderTest, UnknownOpIdSendsNothing) {
     sender.TransmitStatus(400u, 1u, 5u);
     EXPECT_TRUE(adapter.sent.empty());
+    EXPECT_TRUE(prints.Contains("Unexpected datatype received: 12"));
+    EXPECT_EQ(log.Lines(), (std::vector<std::string>{
+                               "ERROR hisiav.opsender: TransmitStatus::SetSsOpData failed, opId: 226, dataType: 12",
+                               "ERROR hisiav.opsender: TransmitStatus: OpId 400 is not in the dictionary"}));
 }
 
 TEST_F(HisiAvOpSenderTest, TextGoesAsStringWhateverTheDictionarySays) {
-    LogCapture log;
     sender.TransmitStatus(2u, 0x1FFu, std::string("1.4.2"));  // hisisystemSoftwareVersion is VT_UINT32
     ASSERT_EQ(adapter.sent.size(), 1u);
     EXPECT_EQ(adapter.sent[0], (Bytes{0x00, 0x02, 0x00, 0x01, 0xFF, 0x05, '1', '.', '4', '.', '2'}));
-    EXPECT_EQ(log.Lines(), (std::vector<std::string>{"DEBUG hisiav.opsender: TransmitStatus::Sending OpId:2 index: 511\n",
-                                                     "DEBUG hisiav.opsender: TransmitStatus::Pushing op: 2 into UartAdapter...\n"}));
+    EXPECT_EQ(log.Lines(), (std::vector<std::string>{"DEBUG hisiav.opsender: TransmitStatus::Sending OpId:2 index: 511",
+                                                     "DEBUG hisiav.opsender: TransmitStatus::Pushing op: 2 into UartAdapter..."}));
 }
 
 TEST_F(HisiAvOpSenderTest, FailedSendsAreLogged) {
-    LogCapture log;
     adapter.result = false;
     sender.TransmitStatus(3u, 1u, static_cast<signed char>(1));
     sender.TransmitStatus(2u, 0u, std::string("v"));
     EXPECT_EQ(adapter.sent.size(), 2u);
-    std::vector<std::string> lines = log.Lines();
-    EXPECT_NE(std::find(lines.begin(), lines.end(), "ERROR hisiav.opsender: TransmitStatus::SendOperation failed, opId: 3.\n"),
-              lines.end());
-    EXPECT_NE(std::find(lines.begin(), lines.end(), "ERROR hisiav.opsender: TransmitStatus::Adapter failed to send operation!\n"),
-              lines.end());
+    EXPECT_TRUE(log.Has("ERROR", "TransmitStatus::SendOperation failed, opId: 3."));
+    EXPECT_TRUE(log.Has("ERROR", "TransmitStatus::Adapter failed to send operation!"));
 }

@@ -20,7 +20,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/platform/log_capture.h"
+#include "tests/support/log_capture.h"
 #include "toolkit/fixed_paths.h"
 
 namespace {

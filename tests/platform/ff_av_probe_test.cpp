@@ -10,7 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/platform/board_fixture.h"
-#include "tests/platform/log_capture.h"
+#include "tests/support/log_capture.h"
 
 namespace {
 

@@ -12,7 +12,7 @@
 #include "platform/hisi_audio_decoder.h"
 #include "platform/hisi_audio_output.h"
 #include "tests/platform/board_fixture.h"
-#include "tests/platform/log_capture.h"
+#include "tests/support/log_capture.h"
 
 namespace {
 

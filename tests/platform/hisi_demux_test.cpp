@@ -11,7 +11,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/platform/board_fixture.h"
-#include "tests/platform/log_capture.h"
+#include "tests/support/log_capture.h"
 
 namespace {
 
@@ -100,7 +100,7 @@ TEST_F(DemuxTest, SettingsChangedOnThePlayerRestartEvenForARememberedPid) {
     EXPECT_EQ(PlayerCalls(), ReadThenRestart());
 }
 
-TEST_F(DemuxTest, ExtraStreamsAndTypeTwoNeverRestartThePlayer) {
+TEST_F(DemuxTest, ExtraStreamsTypeTwoAndBadIndexesNeverRestartThePlayer) {
     for (EsType_e type : {ES_TYPE_EXTRA, ES_TYPE_EXTRA_INDEXED, ES_TYPE_NONE, static_cast<EsType_e>(9)}) {
         SCOPED_TRACE(type);
         stbsim::ClearJournal();
@@ -111,9 +111,7 @@ TEST_F(DemuxTest, ExtraStreamsAndTypeTwoNeverRestartThePlayer) {
     EXPECT_EQ(m_Demux.GetPid(ES_TYPE_EXTRA_INDEXED, 2), 0x300);
     EXPECT_EQ(m_Demux.GetPid(ES_TYPE_EXTRA_INDEXED, 1), 0);
     EXPECT_EQ(m_Demux.GetPid(ES_TYPE_NONE), 0);
-}
-
-TEST_F(DemuxTest, IndexOutOfRangeIsRefusedAfterOnlyTheSettingsRead) {
+    // An index out of range is refused after only the settings read.
     for (EsType_e type : {ES_TYPE_AUDIO, ES_TYPE_EXTRA_INDEXED}) {
         SCOPED_TRACE(type);
         stbsim::ClearJournal();
@@ -264,16 +262,6 @@ TEST_F(DemuxTest, ClearBufferAlwaysStopsResetsAndRestarts) {
                                         "av_start_video"}));
     Fail("av_reset");
     EXPECT_TRUE(m_Demux.ClearBuffer());  // the reset's result is not looked at
-}
-
-TEST_F(DemuxTest, ProgSettingsAreThePendingCopy) {
-    ASSERT_TRUE(m_Demux.SetServiceId(12));
-    _AV_SETTING_S out;
-    memset(&out, 0xFF, sizeof out);
-    EXPECT_EQ(m_Demux.GetProgSettings(&out), 0);
-    EXPECT_EQ(out.service_id, 12);
-    EXPECT_EQ(m_Demux.UpdateProgSettings(), 0);
-    EXPECT_TRUE(m_Log.Has("DEBUG", "UpdateProgSettings progSettings is not changed"));
 }
 
 }  // namespace

@@ -14,7 +14,7 @@
 
 #include "platform/ff_av_probe.h"
 #include "tests/platform/board_fixture.h"
-#include "tests/platform/log_capture.h"
+#include "tests/support/log_capture.h"
 
 namespace {
 

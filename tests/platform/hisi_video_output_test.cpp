@@ -9,7 +9,7 @@
 #include "platform/hisi_closed_caption.h"
 #include "platform/hisi_video_output.h"
 #include "tests/platform/board_fixture.h"
-#include "tests/platform/log_capture.h"
+#include "tests/support/log_capture.h"
 
 namespace {
 
@@ -108,12 +108,6 @@ TEST_F(VideoOutputTest, FailedSetKeepsTheCurrentFormat) {
     EXPECT_EQ(Display().format, 11u);
 }
 
-TEST_F(VideoOutputTest, LatencyIsOnlyLogged) {
-    EXPECT_TRUE(m_Output.SetLatency(40));
-    EXPECT_TRUE(m_Log.Has("DEBUG", "SetLatency: ST set latency 40"));
-    EXPECT_EQ(CountCalls("vout_display_set"), 0u);
-}
-
 const std::vector<std::string> kCcCalls = {"cc_init",  "cc_deinit", "cc_creat",   "cc_destroy",
                                            "cc_set_window", "cc_start", "cc_stop", "cc_getAttr",
                                            "cc_setAttr"};
@@ -130,7 +124,7 @@ protected:
     HisiClosedCaption m_Captions;
 };
 
-TEST_F(ClosedCaptionTest, InitializeBringsUpTheDigitalOverlay) {
+TEST_F(ClosedCaptionTest, InitializeBringsUpTheDigitalOverlayDeinitializeInItsOwnOrder) {
     ASSERT_EQ(m_Captions.Initialize(), 0);
     EXPECT_EQ(CcCalls(), (std::vector<std::string>{"cc_init", "cc_creat", "cc_set_window", "cc_start", "cc_getAttr",
                                                    "cc_setAttr"}));
@@ -143,40 +137,33 @@ TEST_F(ClosedCaptionTest, InitializeBringsUpTheDigitalOverlay) {
     EXPECT_EQ(cc.attr.data_type, 1u);
     EXPECT_EQ(cc.attr.digital_mode, 3u);
     EXPECT_TRUE(m_Log.Has("DEBUG", "call cc_setAttr successfully!"));
-}
 
-TEST_F(ClosedCaptionTest, InitializeStopsAtTheFirstFailure) {
-    const std::vector<std::string> steps = {"cc_init", "cc_creat", "cc_set_window", "cc_start", "cc_getAttr",
-                                            "cc_setAttr"};
-    for (size_t i = 0; i < steps.size(); ++i) {
-        SCOPED_TRACE(steps[i]);
-        stbsim::Reset();
-        BringUpByHand();
-        Fail(steps[i]);
-        EXPECT_EQ(m_Captions.Initialize(), hisiav_test::kInjected);
-        EXPECT_TRUE(m_Log.Has("ERROR", "call " + steps[i] + " failed 0x1234"));
-        EXPECT_EQ(CcCalls(), std::vector<std::string>(steps.begin(), steps.begin() + i + 1));
-    }
-}
-
-TEST_F(ClosedCaptionTest, DeinitializeInItsOwnOrderAndItsFailures) {
-    ASSERT_EQ(m_Captions.Initialize(), 0);
     stbsim::ClearJournal();
     EXPECT_EQ(m_Captions.Deinitialize(), 0);
     EXPECT_EQ(CcCalls(), (std::vector<std::string>{"cc_deinit", "cc_stop", "cc_destroy"}));
     EXPECT_TRUE(m_Log.Has("DEBUG", "Finish deinitializing ClosedCaption"));
+}
 
-    const std::vector<std::string> steps = {"cc_deinit", "cc_stop", "cc_destroy"};
-    for (size_t i = 0; i < steps.size(); ++i) {
-        SCOPED_TRACE(steps[i]);
-        stbsim::Reset();
-        BringUpByHand();
-        ASSERT_EQ(m_Captions.Initialize(), 0);
-        stbsim::ClearJournal();
-        Fail(steps[i]);
-        EXPECT_EQ(m_Captions.Deinitialize(), hisiav_test::kInjected);
-        EXPECT_TRUE(m_Log.Has("ERROR", "call " + steps[i] + " failed 0x1234"));
-        EXPECT_EQ(CcCalls(), std::vector<std::string>(steps.begin(), steps.begin() + i + 1));
+// Initialize and Deinitialize stop at the first failing step and return its code.
+TEST_F(ClosedCaptionTest, BringUpAndTearDownStopAtTheFirstFailure) {
+    const std::vector<std::string> init = {"cc_init", "cc_creat", "cc_set_window", "cc_start", "cc_getAttr",
+                                           "cc_setAttr"};
+    const std::vector<std::string> deinit = {"cc_deinit", "cc_stop", "cc_destroy"};
+    for (const auto* steps : {&init, &deinit}) {
+        for (size_t i = 0; i < steps->size(); ++i) {
+            const std::string& step = (*steps)[i];
+            SCOPED_TRACE(step);
+            stbsim::Reset();
+            BringUpByHand();
+            if (steps == &deinit) {
+                ASSERT_EQ(m_Captions.Initialize(), 0);
+            }
+            stbsim::ClearJournal();
+            Fail(step);
+            EXPECT_EQ(steps == &init ? m_Captions.Initialize() : m_Captions.Deinitialize(), hisiav_test::kInjected);
+            EXPECT_TRUE(m_Log.Has("ERROR", "call " + step + " failed 0x1234"));
+            EXPECT_EQ(CcCalls(), std::vector<std::string>(steps->begin(), steps->begin() + i + 1));
+        }
     }
 }
 
