@@ -5,7 +5,9 @@
 
 #include <chrono>
 #include <cstdio>
+#include <functional>
 #include <memory>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -35,45 +37,37 @@ protected:
     FfAvProbe m_Probe;
 };
 
-TEST_F(ProbeTest, UnknownKeysGiveTheDefaults) {
+// Each getter on a stream of the default input and on a PID it does not carry.
+TEST_F(ProbeTest, EntriesOfTheDefaultInputAndDefaultsForUnknownKeys) {
     StartAndWaitFor("stbsim HD");
     EXPECT_TRUE(m_Log.Has("DEBUG", "StartProbe"));
-    const uint16_t none = 0x1234;
-    EXPECT_EQ(m_Probe.GetVideoChromaFormat(none), 19u);
-    EXPECT_EQ(m_Probe.GetVideoBitDepth(none), 3u);
-    EXPECT_EQ(m_Probe.GetVideoProfile(none), 0u);
-    EXPECT_EQ(m_Probe.GetVideoLevel(none), 0u);
-    EXPECT_EQ(m_Probe.GetVideoFieldOrder(none), 0u);
-    int32_t a = 77, b = 88;
-    m_Probe.GetVideoAspectRatio(none, a, b);
-    EXPECT_EQ(a, 77);
-    EXPECT_EQ(b, 88);
-    uint32_t num = 5, den = 5;
-    m_Probe.GetVideoFrameRate(none, num, den);
-    EXPECT_EQ(num, 0u);
-    EXPECT_EQ(den, 0u);
-    EXPECT_EQ(m_Probe.GetAudioChannels(none), 0u);
-    EXPECT_EQ(m_Probe.GetAudioEnFormat(none), -1);
-    EXPECT_EQ(m_Probe.GetAudioSampleRate(none), 0u);
-    EXPECT_EQ(m_Probe.GetAudioBitRate(none), 0u);
+    FfAvProbe& p = m_Probe;
+    struct Case {
+        const char* name;
+        uint16_t pid;
+        std::function<int64_t(uint16_t)> get;
+        int64_t known, unknown;
+    };
+    const std::vector<Case> cases = {
+        {"frame rate", 0x100, [&](uint16_t k) { uint32_t n = 5, d = 5; p.GetVideoFrameRate(k, n, d); return n * 1000 + d; },
+         25001, 0},
+        {"aspect", 0x100, [&](uint16_t k) { int32_t a = 77, b = 88; p.GetVideoAspectRatio(k, a, b); return a * 1000 + b; },
+         1001, 77088},
+        {"field order", 0x100, [&](uint16_t k) { return p.GetVideoFieldOrder(k); }, 2, 0},
+        {"profile", 0x100, [&](uint16_t k) { return p.GetVideoProfile(k); }, 100, 0},
+        {"level", 0x100, [&](uint16_t k) { return p.GetVideoLevel(k); }, 40, 0},
+        {"chroma", 0x100, [&](uint16_t k) { return p.GetVideoChromaFormat(k); }, 1, 19},
+        {"bit depth", 0x100, [&](uint16_t k) { return p.GetVideoBitDepth(k); }, 0, 3},
+        {"channels", 0x101, [&](uint16_t k) { return p.GetAudioChannels(k); }, 2, 0},
+        {"audio format", 0x101, [&](uint16_t k) { return p.GetAudioEnFormat(k); }, 0, -1},
+        {"sample rate", 0x101, [&](uint16_t k) { return p.GetAudioSampleRate(k); }, 48000, 0},
+        {"bit rate", 0x101, [&](uint16_t k) { return p.GetAudioBitRate(k); }, 192000, 0},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(c.get(c.pid), c.known) << c.name;
+        EXPECT_EQ(c.get(0x1234), c.unknown) << c.name;
+    }
     EXPECT_EQ(m_Probe.GetServiceName(7), "");
-}
-
-TEST_F(ProbeTest, EntriesOfTheDefaultInput) {
-    StartAndWaitFor("stbsim HD");
-    uint32_t num = 0, den = 0;
-    m_Probe.GetVideoFrameRate(0x100, num, den);
-    EXPECT_EQ(num, 25u);
-    EXPECT_EQ(den, 1u);
-    EXPECT_EQ(m_Probe.GetVideoFieldOrder(0x100), 2u);
-    EXPECT_EQ(m_Probe.GetVideoProfile(0x100), 100u);
-    EXPECT_EQ(m_Probe.GetVideoLevel(0x100), 40u);
-    EXPECT_EQ(m_Probe.GetVideoChromaFormat(0x100), 1u);
-    EXPECT_EQ(m_Probe.GetVideoBitDepth(0x100), 0u);
-    EXPECT_EQ(m_Probe.GetAudioChannels(0x101), 2u);
-    EXPECT_EQ(m_Probe.GetAudioEnFormat(0x101), 0);
-    EXPECT_EQ(m_Probe.GetAudioSampleRate(0x101), 48000u);
-    EXPECT_EQ(m_Probe.GetAudioBitRate(0x101), 192000u);
 }
 
 TEST_F(ProbeTest, FailedPassKeepsTheCacheAndTheNextPassStillRuns) {

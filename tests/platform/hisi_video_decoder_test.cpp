@@ -141,17 +141,12 @@ TEST_F(VideoDecoderTest, SetCodecReportsOnlyAChange) {
     EXPECT_TRUE(m_Log.Lines().empty());
 }
 
-TEST_F(VideoDecoderTest, ServiceNameFrameCountAndFixedAnswers) {
+TEST_F(VideoDecoderTest, ServiceNameAndFrameCount) {
     EXPECT_EQ(m_Decoder.GetServiceName(1), "Probe");
     EXPECT_TRUE(m_Log.Has("DEBUG", "GetServiceName serviceName is Probe"));
     EXPECT_EQ(m_Decoder.GetServiceName(2), "");
     Select(0x110, 5);
     EXPECT_TRUE(WaitUntil([&] { return m_Decoder.GetFrameCount() > 0; }));
-    EXPECT_EQ(m_Decoder.GetBitrate(), 0u);
-    EXPECT_EQ(m_Decoder.GetDecodeFailureReason(), 0u);
-    EXPECT_EQ(m_Decoder.GetVideoSyncStatus(), 0u);
-    EXPECT_TRUE(m_Log.Has("DEBUG", "GetDecodeFailureReason reason is 0"));
-    EXPECT_TRUE(m_Log.Has("DEBUG", "GetVideoSyncStatus sync status is 0"));
 }
 
 TEST_F(VideoDecoderTest, StatusFailuresGiveZeroWithTheirLogLine) {

@@ -81,9 +81,7 @@ TEST_F(ScheduleTest, RepeatingEventIsRearmedAfterEachRun) {
     EXPECT_EQ(schedule.RunDue(), 1u);
     EXPECT_EQ(Runs(), "RRRR");
     EXPECT_EQ(schedule.PendingCount(), 1u);
-}
-
-TEST_F(ScheduleTest, RepeatingEventWithNoDelayRunsOncePerPass) {
+    // With no delay it runs once per pass.
     schedule.Add(Log("Z"), 0, true);
     EXPECT_EQ(schedule.RunDue(), 1u);
     EXPECT_EQ(schedule.RunDue(), 1u);
@@ -108,7 +106,7 @@ TEST_F(ScheduleTest, CancelRules) {
     EXPECT_EQ(schedule.PendingCount(), 0u);
 }
 
-TEST_F(ScheduleTest, ActionMayCancelItselfOrAnotherDueEvent) {
+TEST_F(ScheduleTest, ActionMayCancelItselfOrAnotherDueEventAOneShotItselfNot) {
     KT::CSchedule::CEvent self;
     KT::CSchedule::CEvent victim;
     bool selfCancel = false;
@@ -128,12 +126,10 @@ TEST_F(ScheduleTest, ActionMayCancelItselfOrAnotherDueEvent) {
     clock.Advance(100);
     EXPECT_EQ(schedule.RunDue(), 0u);
     EXPECT_EQ(Runs(), "S");
-}
-
-TEST_F(ScheduleTest, OneShotCancellingItselfWhileRunningStopsNothing) {
-    KT::CSchedule::CEvent self;
+    // A one-shot cancelling itself while it runs finds nothing to stop.
+    KT::CSchedule::CEvent once;
     bool result = true;
-    self = schedule.Add([&] { result = schedule.Cancel(self); }, 0, false);
+    once = schedule.Add([&] { result = schedule.Cancel(once); }, 0, false);
     schedule.RunDue();
     EXPECT_FALSE(result);
 }
