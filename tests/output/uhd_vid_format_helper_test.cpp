@@ -47,18 +47,13 @@ TEST(GetValidScalerSettings, MapsInputsOntoScalerOutputs) {
         {"2160i has no interlaced row: first progressive candidate", {2160, 3840, 1, 3, 1}, {2160, 3840, 2, 3, 1}},
         {"720p25 becomes 720p50", {720, 1280, 2, 3, 1}, {720, 1280, 2, 6, 1}},
         {"720p23.976 becomes 720p59.94", {720, 1280, 2, 1, 1}, {720, 1280, 2, 7, 1}},
-        {"720p24 becomes 720p60", {720, 1280, 2, 2, 1}, {720, 1280, 2, 8, 1}},
         {"720p29.97 becomes 720p59.94", {720, 1280, 2, 4, 1}, {720, 1280, 2, 7, 1}},
-        {"720p30 becomes 720p60", {720, 1280, 2, 5, 1}, {720, 1280, 2, 8, 1}},
-        {"720p50 unchanged", {720, 1280, 2, 6, 1}, {720, 1280, 2, 6, 1}},
         {"960-wide 720p25 is widened", {720, 960, 2, 3, 2}, {720, 1280, 2, 6, 1}},
         {"720i has no interlaced row", {720, 1280, 1, 3, 1}, {720, 1280, 2, 6, 1}},
         {"no 1080 row fits 800 pixels: next lower height", {1080, 800, 2, 6, 1}, {720, 1280, 2, 6, 1}},
-        {"576i25", {576, 720, 1, 3, 2}, {576, 720, 1, 3, 1}},
         {"576p25 becomes 576p50", {576, 720, 2, 3, 1}, {576, 720, 2, 6, 1}},
         {"576i50 becomes 576i25", {576, 720, 1, 6, 1}, {576, 720, 1, 3, 1}},
         {"704-wide 576i25 is widened", {576, 704, 1, 3, 1}, {576, 720, 1, 3, 1}},
-        {"352-wide 576i25 is widened", {576, 352, 1, 3, 1}, {576, 720, 1, 3, 1}},
         {"480i29.97 comes out at 30", {480, 720, 1, 4, 2}, {480, 720, 1, 5, 1}},
         {"480p8: row 135 answers before the odd row 141", {480, 720, 2, 8, 1}, {480, 720, 2, 8, 1}},
         {"480i8: no interlaced row, first candidate progressive", {480, 720, 1, 8, 1}, {480, 720, 2, 8, 1}},
@@ -145,10 +140,8 @@ TEST(GetSDFormatSimultaneousHD, PicksTheSdFamily) {
         Fmt hd, sd;
     } const cases[] = {
         {{1080, 1920, 2, 6, 2}, pal},  {{1080, 1920, 2, 3, 1}, pal},  {{1080, 1920, 1, 3, 1}, pal},
-        {{720, 1280, 2, 6, 1}, pal},   {{1080, 1920, 2, 8, 1}, ntsc}, {{1080, 1920, 2, 7, 1}, ntsc},
-        {{1080, 1920, 2, 5, 1}, ntsc}, {{1080, 1920, 2, 4, 1}, ntsc}, {{1080, 1920, 2, 2, 1}, ntsc},
-        {{1080, 1920, 2, 1, 1}, ntsc}, {{1080, 1920, 2, 0, 1}, ntsc}, {{1080, 1920, 1, 4, 1}, ntsc},
-        {{1080, 1920, 1, 5, 2}, ntsc}, {{720, 1280, 2, 7, 1}, ntsc},  {{720, 1280, 2, 8, 1}, ntsc},
+        {{720, 1280, 2, 6, 1}, pal},   {{1080, 1920, 2, 8, 1}, ntsc}, {{1080, 1920, 2, 1, 1}, ntsc},
+        {{1080, 1920, 2, 0, 1}, ntsc}, {{1080, 1920, 1, 5, 2}, ntsc}, {{720, 1280, 2, 7, 1}, ntsc},
         // UHD, SD, invalid and unknown formats stay as they are.
         {{2160, 3840, 2, 6, 1}, {2160, 3840, 2, 6, 1}},
         {{576, 720, 1, 3, 2}, {576, 720, 1, 3, 2}},
@@ -216,11 +209,6 @@ TEST(VideoOutputFormatGenerator, EveryGeneratorHoldsTheSameList) {
     VideoOutputFormatGenerator a, b;
     ASSERT_EQ(a.Formats().size(), b.Formats().size());
     for (size_t i = 0; i < a.Formats().size(); ++i) EXPECT_EQ(a.Formats()[i].format, b.Formats()[i].format);
-    const auto& row17 = a.Formats()[16];
-    EXPECT_EQ(row17.height, 1080u);
-    EXPECT_EQ(row17.scanType, VIDEO_SCAN_TYPE_PROGRESSIVE);
-    EXPECT_EQ(row17.frameRate, VIDEO_FRAME_RATE_60);
-    EXPECT_EQ(row17.format.GetId(), 0x830D0000u);
 }
 
 }  // namespace

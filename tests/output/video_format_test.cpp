@@ -32,6 +32,10 @@ TEST(UhdVidFormat, PacksAndUnpacksKnownCodes) {
         UhdVidFormat built(c.resolution, static_cast<VFB::ScanType_e>(c.scan), static_cast<VFB::AspectRatio_e>(c.aspect),
                            static_cast<VFB::FrameRate_e>(c.rate));
         EXPECT_EQ(built.GetId(), c.code);
+        EXPECT_EQ(UhdVidFormat(c.height, c.width, static_cast<VFB::ScanType_e>(c.scan),
+                               static_cast<VFB::AspectRatio_e>(c.aspect), static_cast<VFB::FrameRate_e>(c.rate))
+                      .GetId(),
+                  c.code);
         UhdVidFormat read(c.code);
         EXPECT_EQ(read.GetHeight(), c.height);
         EXPECT_EQ(read.GetWidth(), c.width);
@@ -40,13 +44,6 @@ TEST(UhdVidFormat, PacksAndUnpacksKnownCodes) {
         EXPECT_EQ(read.GetFrameRate(), c.rate);
         EXPECT_EQ(read.GetFormatString(), c.text);
     }
-}
-
-TEST(UhdVidFormat, BuildsFromPictureSize) {
-    EXPECT_EQ(UhdVidFormat(1080, 1920, VFB::SCAN_TYPE_PROGRESSIVE, VFB::ASPECT_RATIO_16X9, VFB::FRAME_RATE_50).GetId(),
-              0x630D0000u);
-    EXPECT_EQ(UhdVidFormat(480, 720, VFB::SCAN_TYPE_INTERLACED, VFB::ASPECT_RATIO_4X3, VFB::FRAME_RATE_29_97).GetId(),
-              0x42000000u);
 }
 
 TEST(UhdVidFormat, MasksFieldsToTheirWidth) {
@@ -120,15 +117,15 @@ TEST(VideoFormatStrings, UnlistedValuesAreNotAvailable) {
 }
 
 TEST(VideoFormatStrings, ScanTypeFromFlags) {
-    std::string s;
-    EXPECT_TRUE(GetScanTypeString(true, false, s));
-    EXPECT_EQ(s, "psF");
-    GetScanTypeString(true, true, s);
-    EXPECT_EQ(s, "psF");
-    GetScanTypeString(false, true, s);
-    EXPECT_EQ(s, "p");
-    GetScanTypeString(false, false, s);
-    EXPECT_EQ(s, "i");
+    const struct {
+        bool psf, progressive;
+        const char* text;
+    } cases[] = {{true, false, "psF"}, {true, true, "psF"}, {false, true, "p"}, {false, false, "i"}};
+    for (const auto& c : cases) {
+        std::string s;
+        EXPECT_TRUE(GetScanTypeString(c.psf, c.progressive, s));
+        EXPECT_EQ(s, c.text);
+    }
 }
 
 }  // namespace
