@@ -33,12 +33,18 @@ const char* const kSuccess = PREFIX "recv file successfule!\n";
 const char* const kClose = PREFIX "close connect!\n";
 const char* const kFailed = PREFIX "recv file failed!\n";
 
+sockaddr_in Address(uint16_t port, uint32_t host = INADDR_LOOPBACK) {
+    sockaddr_in a{};
+    a.sin_family = AF_INET;
+    a.sin_port = htons(port);
+    a.sin_addr.s_addr = htonl(host);
+    return a;
+}
+
 // A port nobody listens on right now (the receiver sets SO_REUSEADDR).
 uint16_t FreePort() {
     int s = socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in a{};
-    a.sin_family = AF_INET;
-    a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    sockaddr_in a = Address(0);
     bind(s, reinterpret_cast<sockaddr*>(&a), sizeof a);
     socklen_t len = sizeof a;
     getsockname(s, reinterpret_cast<sockaddr*>(&a), &len);
@@ -49,13 +55,10 @@ uint16_t FreePort() {
 // Connects to 127.0.0.1:port, retrying while the receiver is not listening yet.
 int Connect(uint16_t port) {
     int fd = -1;
+    const sockaddr_in a = Address(port);
     WaitUntil([&] {
         fd = socket(AF_INET, SOCK_STREAM, 0);
-        sockaddr_in a{};
-        a.sin_family = AF_INET;
-        a.sin_port = htons(port);
-        a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        if (connect(fd, reinterpret_cast<sockaddr*>(&a), sizeof a) == 0) return true;
+        if (connect(fd, reinterpret_cast<const sockaddr*>(&a), sizeof a) == 0) return true;
         close(fd);
         fd = -1;
         return false;
@@ -115,25 +118,17 @@ protected:
     uint16_t m_Port = 0;
 };
 
-TEST_F(UpgradeReceiverTest, EmptyConnectionLeavesEmptyFileAndLogsSuccess) {
+// Each upload replaces the file; an empty connection leaves it empty.
+TEST_F(UpgradeReceiverTest, EachUploadReplacesThePreviousFile) {
     { std::ofstream(Target()) << "previous package"; }
     HisiReceiveUpgradeFile receiver(m_Port);
-    Upload("");
-    ASSERT_TRUE(m_Log.WaitFor("INFO", kSuccess));
-    EXPECT_TRUE(m_Log.Has("INFO", kClose));
-    EXPECT_EQ(TargetSize(), 0);
-}
-
-TEST_F(UpgradeReceiverTest, SecondUploadReplacesTheFirst) {
-    HisiReceiveUpgradeFile receiver(m_Port);
-    const std::string first = Pattern(100000, 'a');
-    const std::string second = Pattern(3000, 'q');
-    Upload(first);
-    ASSERT_TRUE(m_Log.WaitFor("INFO", kSuccess, 1));
-    EXPECT_EQ(ReadTarget(), first);
-    Upload(second);
-    ASSERT_TRUE(m_Log.WaitFor("INFO", kSuccess, 2));
-    EXPECT_EQ(ReadTarget(), second);
+    const std::string uploads[] = {Pattern(100000, 'a'), Pattern(3000, 'q'), ""};
+    for (size_t i = 0; i < 3; ++i) {
+        Upload(uploads[i]);
+        ASSERT_TRUE(m_Log.WaitFor("INFO", kSuccess, i + 1));
+        EXPECT_EQ(m_Log.Count("INFO", kClose), i + 1);
+        EXPECT_EQ(ReadTarget(), uploads[i]) << i;
+    }
     EXPECT_EQ(m_Log.CountPrefix(PREFIX "Error"), 0u);
 }
 
@@ -175,10 +170,7 @@ TEST_F(UpgradeReceiverTest, MissingTargetFolderLogsOpenFailureAndStopsServing) {
 
 TEST_F(UpgradeReceiverTest, PortInUseIsReportedAndTheReceiverStillStops) {
     int other = socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in a{};
-    a.sin_family = AF_INET;
-    a.sin_port = htons(m_Port);
-    a.sin_addr.s_addr = htonl(INADDR_ANY);
+    sockaddr_in a = Address(m_Port, INADDR_ANY);
     ASSERT_EQ(bind(other, reinterpret_cast<sockaddr*>(&a), sizeof a), 0);
     ASSERT_EQ(listen(other, 1), 0);
     {

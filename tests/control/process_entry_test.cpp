@@ -41,24 +41,22 @@ TEST(PrintUsage, WritesTheUsageTextAndAnEmptyLineToStandardError) {
               "\n");
 }
 
-TEST(InitDebugLog, ConfiguresLog4cppFromTheFile) {
-    std::string config = TempFile("# debug log\npriority hisiav.entrytest NOTICE\n");
+// A good file sets the priorities; a missing or malformed one is reported and
+// start-up goes on.
+TEST(InitDebugLog, ConfiguresLog4cppFromTheFileOrReportsWhyNot) {
+    const std::string good = TempFile("# debug log\npriority hisiav.entrytest NOTICE\n");
+    const std::string malformed = TempFile("this is not a logging configuration\n");
+    const std::string missing = "/tmp/hisiav-no-such-dir/tevrin-log4cpp.init";
     log4cpp::Category::getInstance("hisiav.entrytest").setPriority(log4cpp::Priority::DEBUG);
-    testing::internal::CaptureStdout();
-    InitDebugLog(config);
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), "Found debug-log configuration file: " + config + "\n\n");
-    EXPECT_EQ(log4cpp::Category::getInstance("hisiav.entrytest").getPriority(), log4cpp::Priority::NOTICE);
-    std::remove(config.c_str());
-}
-
-TEST(InitDebugLog, ReportsAMissingOrMalformedFileAndGoesOn) {
-    std::string malformed = TempFile("this is not a logging configuration\n");
-    for (const std::string& config : {std::string("/tmp/hisiav-no-such-dir/tevrin-log4cpp.init"), malformed}) {
+    for (const std::string& config : {good, missing, malformed}) {
         testing::internal::CaptureStdout();
         InitDebugLog(config);
         EXPECT_EQ(testing::internal::GetCapturedStdout(),
-                  "ERROR: Failed to initialize the debug logger with config file, " + config + "\n");
+                  config == good ? "Found debug-log configuration file: " + config + "\n\n"
+                                 : "ERROR: Failed to initialize the debug logger with config file, " + config + "\n");
     }
+    EXPECT_EQ(log4cpp::Category::getInstance("hisiav.entrytest").getPriority(), log4cpp::Priority::NOTICE);
+    std::remove(good.c_str());
     std::remove(malformed.c_str());
 }
 
