@@ -1,12 +1,8 @@
 // avhost run as a process, where exit statuses, messages and the bytes put on
 // a real pty line are the behaviour under test.
 #include <arpa/inet.h>
-#include <fcntl.h>
 #include <netinet/in.h>
-#include <poll.h>
-#include <pty.h>
 #include <sys/socket.h>
-#include <termios.h>
 #include <unistd.h>
 
 #include <gtest/gtest.h>
@@ -20,6 +16,7 @@
 #include "tests/tools/daemon_double.h"
 #include "tools/capture_reader.h"
 #include "tools/line_decoder.h"
+#include "tools/pty_line.h"
 #include "tools/value_parser.h"
 
 namespace {
@@ -63,40 +60,19 @@ std::string WithoutTimes(const std::string& text) {
     return out;
 }
 
-// The pty pair of a test that plays the daemon on the master: avhost opens the slave.
-struct TestPty {
-    int master = -1, slave = -1;
-    std::string slaveName;
-    TestPty() {
-        char name[128] = {0};
-        if (openpty(&master, &slave, name, nullptr, nullptr) != 0) return;
-        slaveName = name;
-        termios tio;
-        tcgetattr(slave, &tio);
-        cfmakeraw(&tio);
-        tcsetattr(slave, TCSANOW, &tio);
+// What the daemon's end (the tool's own pty pair; avhost opens the slave) reads:
+// at least count bytes and whatever follows within a short quiet time (or 10 s).
+Bytes ReadLine(avhost::PtyLine& line, size_t count) {
+    Bytes out;
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    while (std::chrono::steady_clock::now() < end) {
+        unsigned char buf[4096];
+        const int n = line.Read(buf, sizeof buf, out.size() >= count ? 200 : 100);
+        if (n > 0) out.insert(out.end(), buf, buf + n);
+        if (n <= 0 && out.size() >= count) break;
     }
-    ~TestPty() {
-        close(master);
-        close(slave);
-    }
-    // What the master has to read within a short quiet time after count bytes (or 10 s).
-    Bytes Read(size_t count) {
-        Bytes out;
-        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-        while (std::chrono::steady_clock::now() < end) {
-            pollfd p = {master, POLLIN, 0};
-            if (poll(&p, 1, out.size() >= count ? 200 : 100) <= 0) {
-                if (out.size() >= count) break;
-                continue;
-            }
-            unsigned char buf[4096];
-            ssize_t n = read(master, buf, sizeof buf);
-            if (n > 0) out.insert(out.end(), buf, buf + n);
-        }
-        return out;
-    }
-};
+    return out;
+}
 
 TEST(AvhostProcess, UsageAndRuntimeErrorsHaveTheirStatusAndMessage) {
     const std::string port = std::to_string(UnusedPort());
@@ -133,9 +109,10 @@ TEST(AvhostProcess, UsageAndRuntimeErrorsHaveTheirStatusAndMessage) {
 }
 
 TEST(AvhostProcess, SendWithApplyPutsExactlyTheFramesOnTheLine) {
-    TestPty pty;
-    ASSERT_FALSE(pty.slaveName.empty());
-    ChildProcess child = Avhost({"send", "-d", pty.slaveName, "videooutputManualFormat=1920x1080p50",
+    avhost::PtyLine pty;
+    std::string error;
+    ASSERT_TRUE(pty.Open(error)) << error;
+    ChildProcess child = Avhost({"send", "-d", pty.SlaveName(), "videooutputManualFormat=1920x1080p50",
                                  "videooutputInterface=3@1", "serviceselectionServiceName=BBC", "--apply"});
     ASSERT_EQ(child.Wait(), 0) << child.Stderr();
     const std::string expected =
@@ -143,7 +120,7 @@ TEST(AvhostProcess, SendWithApplyPutsExactlyTheFramesOnTheLine) {
         "0F 00 05 01 01 01 01 03 10 "           // videooutputInterface[1] = 3
         "0F 00 F9 00 01 00 03 42 42 43 10 "     // serviceselectionServiceName[0] = "BBC"
         "0F 06 00 00 00 00 10";                 // apply
-    EXPECT_EQ(avhost::HexString(pty.Read(39)), expected);
+    EXPECT_EQ(avhost::HexString(ReadLine(pty, 39)), expected);
     EXPECT_EQ(WithoutTimes(child.Stdout()),
               "> videooutputManualFormat[0] = 0x630D0000 (1920x1080p 16x9 50.00fps)\n"
               "> videooutputInterface[1] = 3\n"
@@ -152,10 +129,12 @@ TEST(AvhostProcess, SendWithApplyPutsExactlyTheFramesOnTheLine) {
 }
 
 TEST(AvhostProcess, RawWritesTheBytesAsGiven) {
-    TestPty pty;
-    ChildProcess child = Avhost({"raw", "-d", pty.slaveName, "0F", "10", "0x12,0x2f"});
+    avhost::PtyLine pty;
+    std::string error;
+    ASSERT_TRUE(pty.Open(error)) << error;
+    ChildProcess child = Avhost({"raw", "-d", pty.SlaveName(), "0F", "10", "0x12,0x2f"});
     ASSERT_EQ(child.Wait(), 0) << child.Stderr();
-    EXPECT_EQ(avhost::HexString(pty.Read(4)), "0F 10 12 2F");
+    EXPECT_EQ(avhost::HexString(ReadLine(pty, 4)), "0F 10 12 2F");
 }
 
 std::string SlaveFrom(ChildProcess& child) {
