@@ -87,6 +87,16 @@ protected:
         stbsim::ClearJournal();
     }
 
+    // Points the player at one stream of the input (video or audio) and starts it.
+    static void Select(uint32_t av, bool video, uint16_t pid, uint32_t platformType) {
+        _AV_SETTING_S s;
+        memset(&s, 0, sizeof s);
+        (video ? s.video_pid : s.audio_pid) = pid;
+        (video ? s.video_type : s.audio_type) = platformType;
+        ASSERT_EQ(av_set_config(av, &s), 0);
+        ASSERT_EQ(video ? av_start_video(av) : av_start_audio(av), 0);
+    }
+
     void SetInput(const std::string& scenario) {
         std::string error;
         ASSERT_TRUE(stbsim::SetInputText(scenario, &error)) << error;

@@ -41,14 +41,7 @@ protected:
         m_Probe.StartProbe();
         ASSERT_TRUE(WaitUntil([&] { return m_Probe.GetAudioSampleRate(0x106) == 44100; }));
     }
-    void Select(uint16_t pid, uint32_t platformType) {
-        _AV_SETTING_S s;
-        memset(&s, 0, sizeof s);
-        s.audio_pid = pid;
-        s.audio_type = platformType;
-        ASSERT_EQ(av_set_config(m_Handles.av, &s), 0);
-        ASSERT_EQ(av_start_audio(m_Handles.av), 0);
-    }
+    void Select(uint16_t pid, uint32_t platformType) { BoardTest::Select(m_Handles.av, false, pid, platformType); }
 
     LogCapture m_Log{"hisiav.hisiaudiodecoder"};
     hisiav_test::BoardHandles m_Handles;

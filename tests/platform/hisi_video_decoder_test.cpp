@@ -56,15 +56,7 @@ protected:
         m_Probe.StartProbe();
         ASSERT_TRUE(WaitUntil([&] { return m_Probe.GetVideoProfile(0x180) == 7; }));
     }
-    // Points the player at one video stream of the input and starts it.
-    void Select(uint16_t pid, uint32_t platformType) {
-        _AV_SETTING_S s;
-        memset(&s, 0, sizeof s);
-        s.video_pid = pid;
-        s.video_type = platformType;
-        ASSERT_EQ(av_set_config(m_Handles.av, &s), 0);
-        ASSERT_EQ(av_start_video(m_Handles.av), 0);
-    }
+    void Select(uint16_t pid, uint32_t platformType) { BoardTest::Select(m_Handles.av, true, pid, platformType); }
 
     LogCapture m_Log{"hisiav.hisivideodecoder"};
     hisiav_test::BoardHandles m_Handles;
