@@ -38,7 +38,7 @@ TEST_F(BoardPlaybackTest, CountersAndPtsAdvanceWhilePlayingAndHoldWhenStopped) {
 }
 
 TEST_F(BoardPlaybackTest, PtsWrapsAt33Bits) {
-    Input("service 1\nvideo pid=0x100\naudio pid=0x101 pts=8589934000\n");
+    SetInput("service 1\nvideo pid=0x100\naudio pid=0x101 pts=8589934000\n");
     const Handles h = BringUp();
     Play(h.av, 0x100, 5, 0x101, 1, 0x100);
     // 591 ticks (6.6 ms) before the wrap.
@@ -46,7 +46,7 @@ TEST_F(BoardPlaybackTest, PtsWrapsAt33Bits) {
 }
 
 TEST_F(BoardPlaybackTest, ConfiguredPidsAreInUseOnlyWhenTheInputCarriesThem) {
-    Input("service 7 pcr=0x200\nvideo pid=0x201\naudio pid=0x202\naudio pid=0x203 codec=ac3\n");
+    SetInput("service 7 pcr=0x200\nvideo pid=0x201\naudio pid=0x202\naudio pid=0x203 codec=ac3\n");
     const Handles h = BringUp();
     const struct {
         uint16_t video, audio, pcr;
@@ -80,7 +80,7 @@ TEST_F(BoardPlaybackTest, AStreamOfAnotherCodecIsCarriedButNotDecoded) {
 }
 
 TEST_F(BoardPlaybackTest, StatusAndStreamRecordsCarryTheChosenCodes) {
-    Input(R"(service 1 name="HD one" pcr=0x100
+    SetInput(R"(service 1 name="HD one" pcr=0x100
 video pid=0x100 codec=h264 width=1920 height=1080 scan=tff fps=25 aspect=16:9 profile=100 level=40
 audio pid=0x101 codec=ac3 rate=48000 channels=5.1 bitrate=384000
 service 2 name="UHD"
@@ -167,7 +167,7 @@ video pid=0x500 width=1280 height=720 scan=progressive fps=59.94
 }
 
 TEST_F(BoardPlaybackTest, AScenarioChangesTheFormatAtItsTime) {
-    Input("service 1\nvideo pid=0x100\naudio pid=0x101\nat 0.2 video width=3840 height=2160 fps=50 scan=progressive\n");
+    SetInput("service 1\nvideo pid=0x100\naudio pid=0x101\nat 0.2 video width=3840 height=2160 fps=50 scan=progressive\n");
     const Handles h = BringUp();
     Play(h.av, 0x100, 5, 0x101, 1, 0x100);
     ASSERT_TRUE(WaitFor([&] { return Status(h.av).height == 2160; }));

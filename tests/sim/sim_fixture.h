@@ -1,5 +1,6 @@
-// Shared helpers of the virtual board tests: a fixture that resets the board
-// around every test, the daemon's bring-up sequence, and polling waits.
+// Shared helpers of the virtual board tests: the board fixture of the adapter
+// tests (a board at power-on around every test) with the rest of the daemon's
+// bring-up on top, playing a service, reading the status record, polling waits.
 #pragma once
 
 #include <chrono>
@@ -11,6 +12,7 @@
 
 #include "platform/stb_module.h"
 #include "sim/stbsim.h"
+#include "tests/platform/board_fixture.h"
 
 namespace simtest {
 
@@ -31,49 +33,30 @@ inline void WaitClock(int ms) {
     WaitFor([&] { return stbsim::MonotonicUs() >= until; });
 }
 
-struct Handles {
-    uint32_t av = 0, aout = 0, vout = 0, window = 0, track = 0;
+struct Handles : hisiav_test::BoardHandles {
+    uint32_t track = 0;
 };
 
-class SimTest : public ::testing::Test {
+class SimTest : public hisiav_test::BoardTest {
 protected:
-    void SetUp() override { stbsim::Reset(); }
-    void TearDown() override { stbsim::Reset(); }
-
-    // The chip bring-up as the daemon makes it; every step must succeed.
+    // The chip bring-up as the daemon makes it (the journal holds only the
+    // steps after the window is attached); every step must succeed.
     Handles BringUp() {
         Handles h;
-        IpInputParams ip;
-        memset(&ip, 0, sizeof ip);
-        ip.ip = 0xEF010101;
-        ip.port = ip.port_copy = 1234;
-        uint32_t word = 0;
-        AvCreateAttr create{4, 0};
-        AoutInitInfo ainit;
-        VoutInitInfo vinit;
+        static_cast<hisiav_test::BoardHandles&>(h) = BringUpByHand();
         VoutDisplayAttr attr;
-        EXPECT_EQ(system_init(0), 0);
-        EXPECT_EQ(av_init(&word, &ip), 0);
-        EXPECT_EQ(av_create(&h.av, &create, &ip), 0);
-        OutputOpenAttr open{1, -1, h.av};
-        EXPECT_EQ(aout_init(&ainit, &ip), 0);
-        EXPECT_EQ(aout_open(&h.aout, &open, &ip), 0);
-        EXPECT_EQ(vout_init(&vinit, &ip), 0);
-        EXPECT_EQ(vout_open_channel(&h.vout, &open, &ip), 0);
-        EXPECT_EQ(vout_display_get(h.vout, &attr, &ip), 0);
+        EXPECT_EQ(vout_display_get(h.vout, &attr, nullptr), 0);
         attr.format = 11;
         attr.rate = 64;
-        EXPECT_EQ(vout_display_set(h.vout, &attr, &ip), 0);
-        EXPECT_EQ(vout_window_create(h.vout, &h.window, 0), 0);
-        EXPECT_EQ(vout_window_attach_input(h.window, 0, h.av), 0);
+        EXPECT_EQ(vout_display_set(h.vout, &attr, nullptr), 0);
         EXPECT_EQ(vout_window_open(h.window), 0);
         EXPECT_EQ(aout_track_create(h.aout, &h.track, 0), 0);
         EXPECT_EQ(aout_track_attach_input(h.track, 0, h.av), 0);
         CcInitParam init{2};
-        CcCreateParam create1{1};
+        CcCreateParam create{1};
         CcAttr cc;
         EXPECT_EQ(cc_init(&init), 0);
-        EXPECT_EQ(cc_creat(&create1), 0);
+        EXPECT_EQ(cc_creat(&create), 0);
         EXPECT_EQ(cc_set_window(0, 0, 1280, 720), 0);
         EXPECT_EQ(cc_start(), 0);
         EXPECT_EQ(cc_getAttr(&cc), 0);
@@ -103,11 +86,6 @@ protected:
         memset(&st, 0xAB, sizeof st);
         EXPECT_EQ(av_get_status_info(av, &st), 0);
         return st;
-    }
-
-    static void Input(const std::string& text) {
-        std::string error;
-        ASSERT_TRUE(stbsim::SetInputText(text, &error)) << error;
     }
 };
 

@@ -15,20 +15,18 @@
 #include "platform/hisi_audio_decoder.h"
 #include "platform/hisi_demux.h"
 #include "platform/hisi_video_decoder.h"
-#include "tests/platform/board_fixture.h"
-#include "tests/platform/log_capture.h"
+#include "tests/sim/sim_fixture.h"
 #include "tests/sim/ts_streams.h"
 
 namespace {
 
 using hisiav_test::BoardHandles;
-using hisiav_test::BoardTest;
-using hisiav_test::WaitUntil;
+using simtest::WaitFor;
 
-class TsInputTest : public BoardTest {
+class TsInputTest : public simtest::SimTest {
 protected:
     void SetUp() override {
-        BoardTest::SetUp();
+        SimTest::SetUp();
         if (!tstest::HaveFfmpeg())
             GTEST_SKIP() << "the ffmpeg command-line tool is not installed; these tests make their MPEG-TS files "
                             "with it (make deps installs it)";
@@ -54,25 +52,6 @@ protected:
         memset(&s, 0, sizeof s);
         EXPECT_EQ(av_search_progInfo(&s, nullptr), 0);
         return s;
-    }
-
-    static void Play(uint32_t av, uint16_t video, uint32_t videoType, uint16_t audio, uint32_t audioType) {
-        _AV_SETTING_S s;
-        memset(&s, 0, sizeof s);
-        s.video_pid = s.pcr_pid = video;
-        s.video_type = videoType;
-        s.audio_pid = audio;
-        s.audio_type = audioType;
-        ASSERT_EQ(av_set_config(av, &s), 0);
-        ASSERT_EQ(av_start_video(av), 0);
-        ASSERT_EQ(av_start_audio(av), 0);
-    }
-
-    static AvStatusInfo Status(uint32_t av) {
-        AvStatusInfo st;
-        memset(&st, 0, sizeof st);
-        EXPECT_EQ(av_get_status_info(av, &st), 0);
-        return st;
     }
 };
 
@@ -196,7 +175,7 @@ TEST_F(TsInputTest, TheDaemonReadsEachStreamsAttributes) {
         FfAvProbe probe;
         probe.BondAvHandle(h.av);
         probe.StartProbe();
-        ASSERT_TRUE(WaitUntil([&] { return probe.GetVideoLevel(c.videoPid) != 0 && probe.GetAudioSampleRate(c.audioPid); }));
+        ASSERT_TRUE(WaitFor([&] { return probe.GetVideoLevel(c.videoPid) != 0 && probe.GetAudioSampleRate(c.audioPid); }));
         HisiVideoDecoder video(probe);
         video.BondAvHandle(h.av);
         video.SetCodec(c.videoType);
@@ -208,7 +187,7 @@ TEST_F(TsInputTest, TheDaemonReadsEachStreamsAttributes) {
         CheckAudio(audio, c);
         EXPECT_EQ(demux.GetServiceId(), c.serviceId);
         EXPECT_EQ(video.GetServiceName(demux.GetServiceId()), c.serviceName);
-        EXPECT_TRUE(WaitUntil([&] { return video.GetFrameCount() > 1 && audio.GetFrameCount() > 1; }));
+        EXPECT_TRUE(WaitFor([&] { return video.GetFrameCount() > 1 && audio.GetFrameCount() > 1; }));
     }
 }
 
@@ -286,7 +265,7 @@ TEST_F(TsInputTest, SwitchingTheInputFileChangesWhatIsDecoded) {
     ASSERT_FALSE(first.empty() || second.empty());
     const BoardHandles h = BringUpByHand();
     ASSERT_EQ(stbsim::Command("stream " + first), "ok\n");
-    Play(h.av, 0x201, 5, 0x202, 4);
+    Play(h.av, 0x201, 5, 0x202, 4, 0x201);
     AvStatusInfo st = Status(h.av);
     EXPECT_EQ(st.width, 1920u);
     EXPECT_EQ(st.height, 1080u);
@@ -298,7 +277,7 @@ TEST_F(TsInputTest, SwitchingTheInputFileChangesWhatIsDecoded) {
     st = Status(h.av);
     EXPECT_EQ(st.video_pid, 0);  // the old PIDs are gone from the input
     EXPECT_EQ(st.audio_pid, 0);
-    Play(h.av, 0x301, 5, 0x302, 2);
+    Play(h.av, 0x301, 5, 0x302, 2, 0x301);
     st = Status(h.av);
     EXPECT_EQ(st.width, 1280u);
     EXPECT_EQ(st.height, 720u);
@@ -308,7 +287,7 @@ TEST_F(TsInputTest, SwitchingTheInputFileChangesWhatIsDecoded) {
     // The audio clock carries on from the stream's own timestamps, which start 100 s in.
     EXPECT_GE(st.audio_pts, 100u * 90000);
     EXPECT_LT(st.audio_pts, 200u * 90000);
-    EXPECT_TRUE(WaitUntil([&] { return Status(h.av).video_frame_count > 2; }));
+    EXPECT_TRUE(WaitFor([&] { return Status(h.av).video_frame_count > 2; }));
 }
 
 TEST_F(TsInputTest, AFileThatCannotBeProbedLeavesTheInputAsItWas) {
