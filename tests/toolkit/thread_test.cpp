@@ -58,31 +58,27 @@ TEST(CThread, NamesItselfWithTheFirstFifteenCharacters) {
     EXPECT_EQ(thread.Name(), "a-rather-long-thread-name");
 }
 
-TEST(CThread, RunTwiceAndCancelAnyNumberOfTimes) {
+TEST(CThread, RunTwiceCancelAnyNumberOfTimesAndDestroyWhileRunning) {
     KT::CThread never([] { return true; }, "never", 0);
     never.Cancel();
     never.Cancel();
-
-    KT::CThread thread([] { return KT::CThread::Sleep(kLongWaitMs); }, "sleeper", 0);
-    ASSERT_TRUE(thread.Run());
-    EXPECT_FALSE(thread.Run());
-    thread.Cancel();
-    EXPECT_FALSE(thread.IsRunning());
-    thread.Cancel();
-}
-
-TEST(CThread, DestructorCancelsARunningThread) {
-    std::atomic<bool> entered{false};
+    std::atomic<int> entered{0};
     auto start = Clock::now();
     {
         KT::CThread thread(
             [&] {
-                entered = true;
+                ++entered;
                 return KT::CThread::Sleep(kLongWaitMs);
             },
-            "doomed", 0);
+            "sleeper", 0);
         ASSERT_TRUE(thread.Run());
-        ASSERT_TRUE(WaitFor([&] { return entered.load(); }));
+        EXPECT_FALSE(thread.Run());
+        ASSERT_TRUE(WaitFor([&] { return entered.load() == 1; }));
+        thread.Cancel();
+        EXPECT_FALSE(thread.IsRunning());
+        thread.Cancel();
+        ASSERT_TRUE(thread.Run());  // the destructor cancels this one
+        ASSERT_TRUE(WaitFor([&] { return entered.load() == 2; }));
     }
     EXPECT_LT(SecondsSince(start), 5.0);
 }
