@@ -145,13 +145,7 @@ std::string SlaveFrom(ChildProcess& child) {
 }
 
 TEST(AvhostProcess, SessionOnItsOwnPtyExpectsWhatTheDaemonSendsAndFailsOnATimeOut) {
-    const std::string script = TempPath(
-        "# select the output, apply, and wait for the daemon's answer\n"
-        "send videooutputFormatMode=2\n"
-        "apply\n"
-        "expect videoWidth=1920 10\n"
-        "expect videoHeight 0.05\n");
-    ChildProcess child = Avhost({"session", "--pty", script});
+    ChildProcess child = Avhost({"session", "--pty"});
     const std::string slave = SlaveFrom(child);
     ASSERT_FALSE(slave.empty()) << child.Stdout() << child.Stderr();
     DaemonSide daemon(slave);
@@ -160,10 +154,10 @@ TEST(AvhostProcess, SessionOnItsOwnPtyExpectsWhatTheDaemonSendsAndFailsOnATimeOu
     width.SetDataU16(1920);
     daemon.AnswerApplyWith(width);
     ASSERT_TRUE(daemon.Start());
+    child.Write("send videooutputFormatMode=2\napply\nexpect videoWidth=1920 10\nexpect videoHeight 0.05\n");
+    child.CloseInput();
     EXPECT_EQ(child.Wait(), 1) << child.Stderr();  // the last expect times out
-    EXPECT_EQ(child.Stderr(),
-              "avhost: " + script + ":5: expect videoHeight 0.05: nothing matching received within 0.05 s\n");
-    std::remove(script.c_str());
+    EXPECT_EQ(child.Stderr(), "avhost: stdin:4: expect videoHeight 0.05: nothing matching received within 0.05 s\n");
     EXPECT_NE(child.Stdout().find(" < videoWidth[0] = 1920\n"), std::string::npos) << child.Stdout();
     std::vector<DaemonSide::Bytes> got = daemon.Received(2);
     ASSERT_EQ(got.size(), 2u);
