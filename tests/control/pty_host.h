@@ -90,7 +90,6 @@ public:
         for (const SentOp& op : m_Received) n += op.opId == opId;
         return n;
     }
-    const std::vector<SentOp>& Received() const { return m_Received; }
     std::vector<SentOp> Take() {
         std::vector<SentOp> out;
         out.swap(m_Received);
