@@ -197,14 +197,27 @@ int RecordEvent(uint32_t, _AV_EVENT_E event, const void* data) {
     return 0;
 }
 
-TEST_F(BoardPlaybackTest, FormatChangesReachTheCallbackOnTheBoardsThread) {
+// Plays the default service with RecordEvent registered for the format change.
+class BoardEventTest : public SimTest {
+protected:
+    void TearDown() override {
+        SimTest::TearDown();
+        g_log = nullptr;
+    }
+    Handles PlayWithEvents() {
+        g_log = &log;
+        const Handles h = BringUp();
+        log.window = h.window;
+        AvEventConfig cfg{AV_EVENT_VIDEO_FORMAT_CHANGED, &RecordEvent, 1};
+        EXPECT_EQ(av_set_event_config(h.av, &cfg, 2), 0);
+        Play(h.av, 0x100, 5, 0x101, 1, 0x100);
+        return h;
+    }
     EventLog log;
-    g_log = &log;
-    const Handles h = BringUp();
-    log.window = h.window;
-    AvEventConfig cfg{AV_EVENT_VIDEO_FORMAT_CHANGED, &RecordEvent, 1};
-    ASSERT_EQ(av_set_event_config(h.av, &cfg, 2), 0);
-    Play(h.av, 0x100, 5, 0x101, 1, 0x100);
+};
+
+TEST_F(BoardEventTest, FormatChangesReachTheCallbackOnTheBoardsThread) {
+    PlayWithEvents();
     const auto waitEvents = [&](size_t n) {
         std::unique_lock<std::mutex> lock(log.mutex);
         return log.cv.wait_for(lock, std::chrono::seconds(10), [&] { return log.events.size() >= n; });
@@ -228,17 +241,10 @@ TEST_F(BoardPlaybackTest, FormatChangesReachTheCallbackOnTheBoardsThread) {
     EXPECT_EQ(words[20], 4u);
     for (const auto& id : log.threads) EXPECT_NE(id, std::this_thread::get_id());
     EXPECT_GE(stbsim::State().display.windowOpenCount, 3u);  // bring-up and two callbacks
-    g_log = nullptr;
 }
 
-TEST_F(BoardPlaybackTest, DeinitStopsTheEventThreadWhileEventsArrive) {
-    EventLog log;
-    g_log = &log;
-    const Handles h = BringUp();
-    log.window = h.window;
-    AvEventConfig cfg{AV_EVENT_VIDEO_FORMAT_CHANGED, &RecordEvent, 1};
-    ASSERT_EQ(av_set_event_config(h.av, &cfg, 2), 0);
-    Play(h.av, 0x100, 5, 0x101, 1, 0x100);
+TEST_F(BoardEventTest, DeinitStopsTheEventThreadWhileEventsArrive) {
+    const Handles h = PlayWithEvents();
     for (int i = 0; i < 20; ++i) ASSERT_TRUE(stbsim::ChangeVideo(i % 2 ? "height=1080" : "height=720"));
     EXPECT_EQ(av_destory(h.av), 0);
     EXPECT_EQ(system_deinit(), 0);
@@ -249,7 +255,6 @@ TEST_F(BoardPlaybackTest, DeinitStopsTheEventThreadWhileEventsArrive) {
     WaitClock(50);
     std::lock_guard<std::mutex> lock(log.mutex);
     EXPECT_EQ(log.events.size(), seen);  // nothing after the player is gone
-    g_log = nullptr;
 }
 
 }  // namespace

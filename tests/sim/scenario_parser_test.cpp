@@ -122,20 +122,5 @@ TEST_F(ScenarioInputTest, StbsimStreamIsReadAtSystemInit) {
     remove(path.c_str());
 }
 
-TEST_F(ScenarioInputTest, TransportStreamsNeedTheProber) {
-    const std::string path = ::testing::TempDir() + "stbsim_fake_" + std::to_string(getpid()) + ".ts";
-    std::string packets(188 * 2, '\xff');
-    packets[0] = packets[188] = 0x47;
-    FILE* f = fopen(path.c_str(), "wb");
-    ASSERT_NE(f, nullptr);
-    fwrite(packets.data(), 1, packets.size(), f);
-    fclose(f);
-    std::string error;
-    if (!stbsim::SetInputFile(path, &error)) {
-        EXPECT_NE(error.find("MPEG-TS"), std::string::npos) << error;
-    }
-    remove(path.c_str());
-}
-
 }  // namespace
 }  // namespace simtest
