@@ -3,7 +3,6 @@
 #include <unistd.h>
 
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <string>
@@ -16,36 +15,21 @@
 
 namespace {
 
-class TempDir {
-public:
-    TempDir() {
-        char pattern[] = "/tmp/kt-values-XXXXXX";
-        m_path = mkdtemp(pattern);
-    }
-    ~TempDir() { std::system(("rm -rf '" + m_path + "'").c_str()); }
-    std::string File(const std::string& name, const std::string& content) const {
-        std::string path = m_path + "/" + name;
-        std::ofstream(path) << content;
-        return path;
-    }
-
-private:
-    std::string m_path;
-};
-
-TEST(CEnvBlock, ReadsNameValueLines) {
-    TempDir dir;
-    KT::CEnvBlock env(dir.File("version",
-                               "# build information\n"
-                               "\n"
-                               "  version = 2.4.1-rc1  \r\n"
-                               "board=hi3798\n"
-                               "no separator here\n"
-                               "=no name\n"
-                               "url=http://x/?a=b\n"
-                               "empty=\n"
-                               "board=hi3796\n"
-                               "\tquoted = \"x y\"\n"));
+TEST(CEnvBlock, ReadsNameValueLinesAMissingFileGivesTheDefault) {
+    char path[] = "/tmp/kt-values-XXXXXX";
+    ::close(mkstemp(path));
+    std::ofstream(path) << "# build information\n"
+                           "\n"
+                           "  version = 2.4.1-rc1  \r\n"
+                           "board=hi3798\n"
+                           "no separator here\n"
+                           "=no name\n"
+                           "url=http://x/?a=b\n"
+                           "empty=\n"
+                           "board=hi3796\n"
+                           "\tquoted = \"x y\"\n";
+    KT::CEnvBlock env(path);
+    ::unlink(path);
     ASSERT_TRUE(env.IsLoaded());
     const struct {
         const char* name;
@@ -55,12 +39,10 @@ TEST(CEnvBlock, ReadsNameValueLines) {
         {"quoted", "\"x y\""},    {"no separator here", "-"}, {"", "-"}, {"# build information", "-"},
     };
     for (const auto& c : cases) EXPECT_EQ(env.Get(c.name, "-"), c.expected) << c.name;
-}
 
-TEST(CEnvBlock, MissingFileGivesTheDefault) {
-    KT::CEnvBlock env("/tmp/kt-no-such-dir/version");
-    EXPECT_FALSE(env.IsLoaded());
-    EXPECT_EQ(env.Get("version", "unknown"), "unknown");
+    KT::CEnvBlock missing(path);
+    EXPECT_FALSE(missing.IsLoaded());
+    EXPECT_EQ(missing.Get("version", "unknown"), "unknown");
 }
 
 TEST(CIpAddress, DottedTextAndNumber) {
