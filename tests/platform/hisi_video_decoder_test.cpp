@@ -105,7 +105,7 @@ TEST_F(VideoDecoderTest, AttributesMapFromStatusAndProbe) {
     }
 }
 
-TEST_F(VideoDecoderTest, WithoutCodecOrStreamTheProbeAttributesAreUnknown) {
+TEST_F(VideoDecoderTest, WithoutCodecOrStreamTheProbeAttributesAreUnknownSetCodecReportsAChange) {
     Select(0x110, 5);
     EXPECT_EQ(m_Decoder.GetChromaFormat(), 0);  // no codec set
     EXPECT_EQ(m_Decoder.GetBitDepth(), 0);
@@ -114,7 +114,13 @@ TEST_F(VideoDecoderTest, WithoutCodecOrStreamTheProbeAttributesAreUnknown) {
     EXPECT_TRUE(m_Log.Has("DEBUG", "GetProfile profile is 100"));
     EXPECT_TRUE(m_Log.Has("DEBUG", "GetLevel level is 40"));
 
-    m_Decoder.SetCodec(VIDEO_TYPE_H264);
+    m_Log.Clear();
+    EXPECT_TRUE(m_Decoder.SetCodec(VIDEO_TYPE_H264));  // only a change is reported
+    EXPECT_TRUE(m_Log.Has("DEBUG", "SetCodec: codec - 2"));
+    EXPECT_TRUE(m_Log.Has("DEBUG", "Send STOP_REQUIRED"));
+    m_Log.Clear();
+    EXPECT_FALSE(m_Decoder.SetCodec(VIDEO_TYPE_H264));
+    EXPECT_TRUE(m_Log.Lines().empty());
     Select(0x1FF0, 5);  // a PID the input does not carry: no entry in the cache
     EXPECT_EQ(m_Decoder.GetChromaFormat(), 0);  // default code 19
     EXPECT_EQ(m_Decoder.GetBitDepth(), 0);      // default code 3
@@ -122,15 +128,6 @@ TEST_F(VideoDecoderTest, WithoutCodecOrStreamTheProbeAttributesAreUnknown) {
     EXPECT_EQ(m_Decoder.GetVideoAspectRatio(), 0);
     EXPECT_TRUE(m_Log.Has("DEBUG", "GetChromaFormat chromaFormat is 0"));
     EXPECT_TRUE(m_Log.Has("DEBUG", "GetBitDepth bitDepth is 0"));
-}
-
-TEST_F(VideoDecoderTest, SetCodecReportsOnlyAChange) {
-    EXPECT_TRUE(m_Decoder.SetCodec(VIDEO_TYPE_HEVC));
-    EXPECT_TRUE(m_Log.Has("DEBUG", "SetCodec: codec - 3"));
-    EXPECT_TRUE(m_Log.Has("DEBUG", "Send STOP_REQUIRED"));
-    m_Log.Clear();
-    EXPECT_FALSE(m_Decoder.SetCodec(VIDEO_TYPE_HEVC));
-    EXPECT_TRUE(m_Log.Lines().empty());
 }
 
 TEST_F(VideoDecoderTest, ServiceNameAndFrameCount) {
