@@ -22,7 +22,7 @@ protected:
         op->SetDataU8(bytes.data(), static_cast<unsigned int>(bytes.size()));
         ASSERT_TRUE(config.QueueOperation(op));
     }
-    LogCapture logs{{"hisiav.configmanager"}};
+    LogCapture logs{"hisiav.configmanager"};
 };
 
 }  // namespace

@@ -48,7 +48,7 @@ protected:
         return n;
     }
 
-    LogCapture logs{{"tevrin.audioStatusProcess"}};
+    LogCapture logs{"tevrin.audioStatusProcess"};
 };
 
 }  // namespace

@@ -55,7 +55,7 @@ protected:
     }
     int SetFormatCalls() { return d.videoOutput.Snapshot().setFormatCount; }
 
-    LogCapture logs{{"tevrin.videoStatusProcess"}};
+    LogCapture logs{"tevrin.videoStatusProcess"};
     VideoStatusProcessor video{sender, config, output, d.videoDecoder, d.videoOutput, d.demux};
     const uint32_t k1080p50 = UhdVidFormat(0x630D0000).GetId();
 };
