@@ -23,6 +23,7 @@
 #include "tests/doubles/fake_decoder_set.h"
 #include "tests/protocol/print_capture.h"
 #include "tests/status/status_test_support.h"
+#include "tests/support/log_capture.h"
 #include "toolkit/fixed_paths.h"
 #include "toolkit/kt_fs.h"
 
@@ -31,6 +32,7 @@ using hisiav_test::LogCapture;
 using hisiav_test::OpIds;
 using hisiav_test::PtyHost;
 using hisiav_test::SentOp;
+using hisiav_test::WaitUntil;
 using Ids = std::vector<unsigned int>;
 using Calls = std::vector<std::string>;
 
@@ -51,16 +53,6 @@ size_t ThreadCount() {
         closedir(dir);
     }
     return n;
-}
-
-template <typename Pred>
-bool WaitUntil(Pred pred, int timeoutMs = 10000) {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
-    while (!pred()) {
-        if (std::chrono::steady_clock::now() > end) return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(2));
-    }
-    return true;
 }
 
 class SubsystemTest : public ::testing::Test {
