@@ -4,6 +4,7 @@
 #include <condition_variable>
 #include <mutex>
 #include <thread>
+#include <tuple>
 #include <vector>
 
 #include "tests/sim/sim_fixture.h"
@@ -112,14 +113,11 @@ video pid=0x500 width=1280 height=720 scan=progressive fps=59.94
     };
     for (size_t i = 0; i < 5; ++i) {
         const AvVideoStreamEntry& e = info.video[i];
-        EXPECT_EQ(e.video_type, video[i].type) << i;
-        EXPECT_EQ(e.aspect_first, video[i].sar1) << i;
-        EXPECT_EQ(e.aspect_second, video[i].sar2) << i;
-        EXPECT_EQ(e.field_order, video[i].fieldOrder) << i;
-        EXPECT_EQ(e.profile, video[i].profile) << i;
-        EXPECT_EQ(e.level, video[i].level) << i;
-        EXPECT_EQ(e.chroma_format, video[i].chroma) << i;
-        EXPECT_EQ(e.bit_depth, video[i].depth) << i;
+        const auto& w = video[i];
+        EXPECT_EQ(std::make_tuple(e.video_type, e.aspect_first, e.aspect_second, e.field_order, e.profile, e.level,
+                                  e.chroma_format, e.bit_depth),
+                  std::make_tuple(w.type, w.sar1, w.sar2, w.fieldOrder, w.profile, w.level, w.chroma, w.depth))
+            << i;
     }
     EXPECT_EQ(info.video[3].frame_rate_num, 24000u);
     EXPECT_EQ(info.video[3].frame_rate_den, 1001u);
@@ -146,23 +144,18 @@ video pid=0x500 width=1280 height=720 scan=progressive fps=59.94
     for (const auto& s : status) {
         Play(h.av, s.pid, s.type, 0x101, 4, s.pid);
         const AvStatusInfo st = Status(h.av);
-        EXPECT_EQ(st.frame_rate_int, s.fpsInt) << std::hex << s.pid;
-        EXPECT_EQ(st.frame_rate_dec, s.fpsDec) << std::hex << s.pid;
-        EXPECT_EQ(st.width, s.width) << std::hex << s.pid;
-        EXPECT_EQ(st.bit_width, s.bits) << std::hex << s.pid;
-        EXPECT_EQ(st.audio_format, 1u);
-        EXPECT_EQ(st.audio_sample_rate, 48000u);
-        EXPECT_EQ(st.audio_bits_per_sample, 16u);
+        EXPECT_EQ(std::make_tuple(st.frame_rate_int, st.frame_rate_dec, st.width, st.bit_width),
+                  std::make_tuple(s.fpsInt, s.fpsDec, s.width, s.bits))
+            << std::hex << s.pid;
+        EXPECT_EQ(std::make_tuple(st.audio_format, st.audio_sample_rate, st.audio_bits_per_sample),
+                  std::make_tuple(1u, 48000u, 16u));
     }
 
     _AV_SETTING_S found;
     memset(&found, 0, sizeof found);
     ASSERT_EQ(av_search_progInfo(&found, nullptr), 0);
-    EXPECT_EQ(found.video_pid, 0x100);
-    EXPECT_EQ(found.video_type, 5u);
-    EXPECT_EQ(found.audio_pid, 0x101);
-    EXPECT_EQ(found.audio_type, 4u);
-    EXPECT_EQ(found.service_id, 1);
+    EXPECT_EQ(std::make_tuple(found.video_pid, found.video_type, found.audio_pid, found.audio_type, found.service_id),
+              std::make_tuple(0x100, 5u, 0x101, 4u, 1));
     EXPECT_STREQ(found.service_name, "HD one");
 }
 
@@ -228,14 +221,11 @@ TEST_F(BoardEventTest, FormatChangesReachTheCallbackOnTheBoardsThread) {
     ASSERT_TRUE(waitEvents(2));
 
     std::lock_guard<std::mutex> lock(log.mutex);
-    EXPECT_EQ(log.events[0].source_height, 1080u);
-    EXPECT_EQ(log.events[0].aspect_first, 16u);
-    EXPECT_EQ(log.events[0].aspect_second, 9u);
-    EXPECT_EQ(log.events[0].chroma_format, 1u);
-    EXPECT_EQ(log.events[1].source_height, 576u);
-    EXPECT_EQ(log.events[1].aspect_first, 4u);
-    EXPECT_EQ(log.events[1].aspect_second, 3u);
-    EXPECT_EQ(log.events[1].chroma_format, 0u);
+    const auto fields = [](const AvVideoFormatEvent& e) {
+        return std::make_tuple(e.source_height, e.aspect_first, e.aspect_second, e.chroma_format);
+    };
+    EXPECT_EQ(fields(log.events[0]), std::make_tuple(1080u, 16u, 9u, 1u));
+    EXPECT_EQ(fields(log.events[1]), std::make_tuple(576u, 4u, 3u, 0u));
     const uint32_t* words = reinterpret_cast<const uint32_t*>(&log.events[1]);
     EXPECT_EQ(words[15], 576u);
     EXPECT_EQ(words[20], 4u);

@@ -35,49 +35,40 @@ std::string Ask(const std::string& path, const std::string& command) {
     return answer;
 }
 
-// A small JSON reader that flattens objects into "a.b.c" -> raw value text.
+// A small JSON reader that flattens objects and lists into "a.b.0" -> raw value text.
 class CFlatJson {
 public:
-    explicit CFlatJson(const std::string& text) : m_s(text) { m_ok = Value("") && (Skip(), m_i == m_s.size()); }
+    explicit CFlatJson(const std::string& text) : m_s(text) { m_ok = Value("") && Ws() == m_s.size(); }
     bool ok() const { return m_ok; }
     bool Has(const std::string& path) const { return m_values.count(path) != 0; }
-    std::string operator[](const std::string& path) const {
-        auto it = m_values.find(path);
-        return it == m_values.end() ? "<missing>" : it->second;
-    }
+    std::string operator[](const std::string& path) const { return Has(path) ? m_values.at(path) : "<missing>"; }
 
 private:
-    void Skip() {
+    size_t Ws() {
         while (m_i < m_s.size() && isspace(static_cast<unsigned char>(m_s[m_i]))) ++m_i;
+        return m_i;
     }
     bool String(std::string* out) {
         if (m_s[m_i] != '"') return false;
-        for (++m_i; m_i < m_s.size() && m_s[m_i] != '"'; ++m_i) {
-            if (m_s[m_i] == '\\') ++m_i;
-            *out += m_s[m_i];
-        }
+        for (++m_i; m_i < m_s.size() && m_s[m_i] != '"'; ++m_i) *out += m_s[m_s[m_i] == '\\' ? ++m_i : m_i];
         return m_i++ < m_s.size();
     }
     bool Value(const std::string& path) {
-        Skip();
-        if (m_i >= m_s.size()) return false;
-        const size_t start = m_i;
+        const size_t start = Ws();
+        if (start >= m_s.size()) return false;
         const char c = m_s[m_i];
+        std::string text;
         if (c == '{' || c == '[') {
-            const char close = c == '{' ? '}' : ']';
             ++m_i;
-            Skip();
-            for (int index = 0; m_i < m_s.size() && m_s[m_i] != close; ++index) {
-                std::string key = std::to_string(index);
-                if (c == '{' && (!String(&(key = "")) || (Skip(), m_s[m_i++] != ':'))) return false;
+            for (int n = 0; Ws() < m_s.size() && m_s[m_i] != (c == '{' ? '}' : ']'); ++n) {
+                std::string key = std::to_string(n);
+                if (c == '{' && (!String(&(key = "")) || Ws() >= m_s.size() || m_s[m_i++] != ':')) return false;
                 if (!Value(path.empty() ? key : path + "." + key)) return false;
-                Skip();
-                if (m_s[m_i] == ',') ++m_i, Skip();
+                if (Ws() < m_s.size() && m_s[m_i] == ',') ++m_i;
             }
-            ++m_i;
+            if (m_i++ >= m_s.size()) return false;
         } else if (c == '"') {
-            std::string ignored;
-            if (!String(&ignored)) return false;
+            if (!String(&text)) return false;
         } else {
             while (m_i < m_s.size() && (isalnum(static_cast<unsigned char>(m_s[m_i])) || m_s[m_i] == '-')) ++m_i;
             if (m_i == start) return false;

@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <string>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -122,22 +123,15 @@ void CheckVideo(HisiVideoDecoder& video, const Case& c) {
     VideoFrameRate_e rate = VIDEO_FRAME_RATE_UNKNOWN;
     VideoAspectRatio_e aspect = VIDEO_ASPECT_RATIO_UNKNOWN;
     ASSERT_TRUE(video.GetFormat(w, h, scan, rate, aspect));
-    EXPECT_EQ(w, c.width);
-    EXPECT_EQ(h, c.height);
-    EXPECT_EQ(scan, c.scan);
-    EXPECT_EQ(rate, c.rate);
-    EXPECT_EQ(aspect, c.aspect);
-    EXPECT_EQ(video.GetCodec(), c.videoType);
-    EXPECT_EQ(video.GetProfile(), c.profile);
-    EXPECT_EQ(video.GetLevel(), c.level);
-    EXPECT_EQ(video.GetChromaFormat(), c.chroma);
-    EXPECT_EQ(video.GetBitDepth(), c.depth);
+    EXPECT_EQ(std::make_tuple(w, h, scan, rate, aspect), std::make_tuple(c.width, c.height, c.scan, c.rate, c.aspect));
+    EXPECT_EQ(std::make_tuple(video.GetCodec(), video.GetProfile(), video.GetLevel(), video.GetChromaFormat(),
+                              video.GetBitDepth()),
+              std::make_tuple(c.videoType, c.profile, c.level, c.chroma, c.depth));
 }
 
 void CheckAudio(HisiAudioDecoder& audio, const Case& c) {
-    EXPECT_EQ(audio.GetSamplingRate(), c.samplingRate);
-    EXPECT_EQ(audio.GetCodec(), c.audioStatus);
-    EXPECT_EQ(audio.GetCodingMode(), c.coding);
+    EXPECT_EQ(std::make_tuple(audio.GetSamplingRate(), audio.GetCodec(), audio.GetCodingMode()),
+              std::make_tuple(c.samplingRate, c.audioStatus, c.coding));
     EXPECT_GT(audio.GetBitRate(), 0u);
 }
 
@@ -152,12 +146,9 @@ TEST_F(TsInputTest, TheDaemonReadsEachStreamsAttributes) {
 
         // The host learns the first programme, then selects it as it would.
         const _AV_SETTING_S found = FirstProgramme();
-        EXPECT_EQ(found.service_id, c.serviceId);
-        EXPECT_EQ(found.video_pid, c.videoPid);
-        EXPECT_EQ(found.audio_pid, c.audioPid);
-        EXPECT_EQ(found.pcr_pid, c.videoPid);
-        EXPECT_EQ(found.video_type, c.videoPlatform);
-        EXPECT_EQ(found.audio_type, c.audioPlatform);
+        EXPECT_EQ(std::make_tuple(found.service_id, found.video_pid, found.audio_pid, found.pcr_pid, found.video_type,
+                                  found.audio_type),
+                  std::make_tuple(c.serviceId, c.videoPid, c.audioPid, c.videoPid, c.videoPlatform, c.audioPlatform));
         EXPECT_STREQ(found.service_name, c.serviceName);
 
         HisiDemux demux;
@@ -204,29 +195,19 @@ TEST_F(TsInputTest, EveryProgrammeIsListedInTheStreamInformation) {
 
     // The second programme's picture: 352x288 shown at 4:3 has 12:11 pixels.
     const AvVideoStreamEntry& v = info.video[1];
-    EXPECT_EQ(v.pid, 0x521u);
-    EXPECT_EQ(v.width, 352u);
-    EXPECT_EQ(v.height, 288u);
-    EXPECT_EQ(v.aspect_first, 12u);
-    EXPECT_EQ(v.aspect_second, 11u);
-    EXPECT_EQ(v.frame_rate_num, 25u);
-    EXPECT_EQ(v.frame_rate_den, 1u);
-    EXPECT_EQ(v.field_order, 1u);  // progressive
-    EXPECT_EQ(v.profile, 4u);      // Main
-    EXPECT_EQ(v.level, 8u);        // Main level
-    EXPECT_EQ(v.chroma_format, 1u);
-    EXPECT_EQ(v.bit_depth, 0u);
+    EXPECT_EQ(std::make_tuple(v.pid, v.width, v.height, v.aspect_first, v.aspect_second, v.frame_rate_num,
+                              v.frame_rate_den),
+              std::make_tuple(0x521u, 352u, 288u, 12u, 11u, 25u, 1u));
+    // Progressive, Main profile at Main level, 4:2:0, 8 bits.
+    EXPECT_EQ(std::make_tuple(v.field_order, v.profile, v.level, v.chroma_format, v.bit_depth),
+              std::make_tuple(1u, 4u, 8u, 1u, 0u));
     EXPECT_EQ(info.video[0].field_order, 3u);  // the first programme's is bottom field first
 
     // MPEG audio at 32 kHz is MPEG-1; at 24 kHz (the first programme's) MPEG-2.
     const AvAudioStreamEntry& a = info.audio[1];
-    EXPECT_EQ(a.pid, 0x522u);
-    EXPECT_EQ(a.audio_type, 0u);
     EXPECT_EQ(info.audio[0].audio_type, 1u);
-    EXPECT_EQ(a.sample_rate, 32000u);
-    EXPECT_EQ(a.channels, 1u);
-    EXPECT_EQ(a.format, 0u);
-    EXPECT_EQ(a.bit_rate, 64000u);
+    EXPECT_EQ(std::make_tuple(a.pid, a.audio_type, a.sample_rate, a.channels, a.format, a.bit_rate),
+              std::make_tuple(0x522u, 0u, 32000u, 1u, 0u, 64000u));
 }
 
 TEST_F(TsInputTest, TheStreamVariableIsProbedAtSystemInit) {
@@ -252,11 +233,8 @@ TEST_F(TsInputTest, SwitchingTheInputFileChangesWhatIsDecoded) {
     ASSERT_EQ(stbsim::Command("stream " + first), "ok\n");
     Play(h.av, 0x201, 5, 0x202, 4, 0x201);
     AvStatusInfo st = Status(h.av);
-    EXPECT_EQ(st.width, 1920u);
-    EXPECT_EQ(st.height, 1080u);
-    EXPECT_EQ(st.frame_rate_int, 25);
-    EXPECT_EQ(st.frame_rate_dec, 0);
-    EXPECT_EQ(st.video_pid, 0x201);
+    EXPECT_EQ(std::make_tuple(st.width, st.height, st.frame_rate_int, st.frame_rate_dec, st.video_pid),
+              std::make_tuple(1920u, 1080u, 25, 0, 0x201));
 
     ASSERT_EQ(stbsim::Command("stream " + second), "ok\n");
     st = Status(h.av);
@@ -264,11 +242,8 @@ TEST_F(TsInputTest, SwitchingTheInputFileChangesWhatIsDecoded) {
     EXPECT_EQ(st.audio_pid, 0);
     Play(h.av, 0x301, 5, 0x302, 2, 0x301);
     st = Status(h.av);
-    EXPECT_EQ(st.width, 1280u);
-    EXPECT_EQ(st.height, 720u);
-    EXPECT_EQ(st.frame_rate_int, 59);
-    EXPECT_EQ(st.frame_rate_dec, 94);
-    EXPECT_EQ(st.audio_sample_rate, 44100u);
+    EXPECT_EQ(std::make_tuple(st.width, st.height, st.frame_rate_int, st.frame_rate_dec, st.audio_sample_rate),
+              std::make_tuple(1280u, 720u, 59, 94, 44100u));
     // The audio clock carries on from the stream's own timestamps, which start 100 s in.
     EXPECT_GE(st.audio_pts, 100u * 90000);
     EXPECT_LT(st.audio_pts, 200u * 90000);
