@@ -18,7 +18,7 @@ TEST_F(BoardPlaybackTest, CountersAndPtsAdvanceWhilePlayingAndHoldWhenStopped) {
     const Handles h = BringUp();
     Play(h.av, 0x100, 5, 0x101, 1, 0x100);
     const AvStatusInfo first = Status(h.av);
-    ASSERT_TRUE(WaitFor([&] {
+    ASSERT_TRUE(WaitUntil([&] {
         const AvStatusInfo now = Status(h.av);
         return now.video_frame_count > first.video_frame_count + 2 && now.audio_frame_count > first.audio_frame_count &&
                now.audio_pts > first.audio_pts;
@@ -43,7 +43,7 @@ TEST_F(BoardPlaybackTest, PtsWrapsAt33Bits) {
     const Handles h = BringUp();
     Play(h.av, 0x100, 5, 0x101, 1, 0x100);
     // 591 ticks (6.6 ms) before the wrap.
-    EXPECT_TRUE(WaitFor([&] { return Status(h.av).audio_pts < 90000; }));
+    EXPECT_TRUE(WaitUntil([&] { return Status(h.av).audio_pts < 90000; }));
 }
 
 TEST_F(BoardPlaybackTest, ConfiguredPidsAreInUseOnlyWhenTheInputCarriesThem) {
@@ -163,7 +163,7 @@ TEST_F(BoardPlaybackTest, AScenarioChangesTheFormatAtItsTime) {
     SetInput("service 1\nvideo pid=0x100\naudio pid=0x101\nat 0.2 video width=3840 height=2160 fps=50 scan=progressive\n");
     const Handles h = BringUp();
     Play(h.av, 0x100, 5, 0x101, 1, 0x100);
-    ASSERT_TRUE(WaitFor([&] { return Status(h.av).height == 2160; }));
+    ASSERT_TRUE(WaitUntil([&] { return Status(h.av).height == 2160; }));
     const AvStatusInfo st = Status(h.av);
     EXPECT_EQ(st.width, 3840u);
     EXPECT_EQ(st.frame_rate_int, 50u);

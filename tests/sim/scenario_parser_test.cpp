@@ -1,10 +1,9 @@
 // Scenario files of the virtual board: what a valid file describes, and the
 // message a malformed line gets.
-#include <unistd.h>
-
 #include <gtest/gtest.h>
 
 #include "sim/scenario_parser.h"
+#include "tests/e2e/e2e_support.h"
 #include "tests/sim/sim_fixture.h"
 
 namespace simtest {
@@ -103,23 +102,18 @@ TEST_F(ScenarioInputTest, ABadScenarioLeavesTheInputAsItWas) {
 }
 
 TEST_F(ScenarioInputTest, StbsimStreamIsReadAtSystemInit) {
-    const std::string path = ::testing::TempDir() + "stbsim_env_" + std::to_string(getpid()) + ".scn";
-    FILE* f = fopen(path.c_str(), "w");
-    ASSERT_NE(f, nullptr);
-    fputs("service 9 name=\"From env\"\nvideo pid=0x900\n", f);
-    fclose(f);
+    const e2e::TempDir dir;
+    const std::string path = dir / "env.scn";
+    ASSERT_TRUE(e2e::WriteFile(path, "service 9 name=\"From env\"\nvideo pid=0x900\n"));
     setenv("STBSIM_STREAM", path.c_str(), 1);
     EXPECT_EQ(system_init(0), 0);
     EXPECT_NE(stbsim::StateJson().find("\"name\":\"From env\""), std::string::npos);
     EXPECT_EQ(system_deinit(), 0);
 
-    f = fopen(path.c_str(), "w");
-    fputs("service 9\nvideo\n", f);
-    fclose(f);
+    ASSERT_TRUE(e2e::WriteFile(path, "service 9\nvideo\n"));
     EXPECT_EQ(system_init(0), stbsim::kErrInvalidParam);
     unsetenv("STBSIM_STREAM");
     EXPECT_FALSE(stbsim::State().systemInitialised);
-    remove(path.c_str());
 }
 
 }  // namespace

@@ -3,34 +3,24 @@
 // bring-up on top, playing a service, reading the status record, polling waits.
 #pragma once
 
-#include <chrono>
 #include <cstring>
 #include <string>
-#include <thread>
 
 #include <gtest/gtest.h>
 
 #include "platform/stb_module.h"
 #include "sim/stbsim.h"
+#include "tests/e2e/e2e_support.h"
 #include "tests/platform/board_fixture.h"
 
 namespace simtest {
 
-// Polls pred every 2 ms until it holds or the deadline passes.
-template <typename Pred>
-bool WaitFor(Pred pred, int deadlineMs = 10000) {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(deadlineMs);
-    while (!pred()) {
-        if (std::chrono::steady_clock::now() > end) return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(2));
-    }
-    return true;
-}
+using e2e::WaitUntil;  // polls a predicate until it holds, 10 s by default
 
 // Waits until the monotonic clock has moved on by ms.
 inline void WaitClock(int ms) {
     const int64_t until = stbsim::MonotonicUs() + int64_t{ms} * 1000;
-    WaitFor([&] { return stbsim::MonotonicUs() >= until; });
+    WaitUntil([&] { return stbsim::MonotonicUs() >= until; });
 }
 
 struct Handles : hisiav_test::BoardHandles {

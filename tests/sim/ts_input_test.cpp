@@ -22,7 +22,7 @@
 namespace {
 
 using hisiav_test::BoardHandles;
-using simtest::WaitFor;
+using simtest::WaitUntil;
 
 class TsInputTest : public simtest::SimTest {
 protected:
@@ -163,7 +163,7 @@ TEST_F(TsInputTest, TheDaemonReadsEachStreamsAttributes) {
         FfAvProbe probe;
         probe.BondAvHandle(h.av);
         probe.StartProbe();
-        ASSERT_TRUE(WaitFor([&] { return probe.GetVideoLevel(c.videoPid) != 0 && probe.GetAudioSampleRate(c.audioPid); }));
+        ASSERT_TRUE(WaitUntil([&] { return probe.GetVideoLevel(c.videoPid) != 0 && probe.GetAudioSampleRate(c.audioPid); }));
         HisiVideoDecoder video(probe);
         video.BondAvHandle(h.av);
         video.SetCodec(c.videoType);
@@ -175,7 +175,7 @@ TEST_F(TsInputTest, TheDaemonReadsEachStreamsAttributes) {
         CheckAudio(audio, c);
         EXPECT_EQ(demux.GetServiceId(), c.serviceId);
         EXPECT_EQ(video.GetServiceName(demux.GetServiceId()), c.serviceName);
-        EXPECT_TRUE(WaitFor([&] { return video.GetFrameCount() > 1 && audio.GetFrameCount() > 1; }));
+        EXPECT_TRUE(WaitUntil([&] { return video.GetFrameCount() > 1 && audio.GetFrameCount() > 1; }));
     }
 }
 
@@ -247,7 +247,7 @@ TEST_F(TsInputTest, SwitchingTheInputFileChangesWhatIsDecoded) {
     // The audio clock carries on from the stream's own timestamps, which start 100 s in.
     EXPECT_GE(st.audio_pts, 100u * 90000);
     EXPECT_LT(st.audio_pts, 200u * 90000);
-    EXPECT_TRUE(WaitFor([&] { return Status(h.av).video_frame_count > 2; }));
+    EXPECT_TRUE(WaitUntil([&] { return Status(h.av).video_frame_count > 2; }));
 }
 
 TEST_F(TsInputTest, AFileThatCannotBeProbedLeavesTheInputAsItWas) {
