@@ -1,17 +1,14 @@
 // avhost run as a process, where exit statuses, messages and the bytes put on
 // a real pty line are the behaviour under test.
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
 #include <unistd.h>
 
 #include <gtest/gtest.h>
 
 #include <chrono>
 #include <cstdio>
-#include <fstream>
 #include <sstream>
 
+#include "tests/e2e/e2e_support.h"
 #include "tests/tools/child_process.h"
 #include "tests/tools/daemon_double.h"
 #include "tools/capture_reader.h"
@@ -26,27 +23,6 @@ using avhost::Bytes;
 ChildProcess Avhost(std::vector<std::string> args) {
     args.insert(args.begin(), AVHOST_BINARY);
     return ChildProcess(args);
-}
-
-// A port on 127.0.0.1 that nothing listens on.
-uint16_t UnusedPort() {
-    int fd = socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in addr{};
-    addr.sin_family = AF_INET;
-    addr.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    bind(fd, reinterpret_cast<sockaddr*>(&addr), sizeof addr);
-    socklen_t len = sizeof addr;
-    getsockname(fd, reinterpret_cast<sockaddr*>(&addr), &len);
-    close(fd);
-    return ntohs(addr.sin_port);
-}
-
-std::string TempPath(const std::string& content) {
-    char path[] = "/tmp/avhost-test-XXXXXX";
-    int fd = mkstemp(path);
-    close(fd);
-    std::ofstream(path) << content;
-    return path;
 }
 
 // Text lines without their leading time column.
@@ -75,8 +51,10 @@ Bytes ReadLine(avhost::PtyLine& line, size_t count) {
 }
 
 TEST(AvhostProcess, UsageAndRuntimeErrorsHaveTheirStatusAndMessage) {
-    const std::string port = std::to_string(UnusedPort());
-    const std::string file = TempPath("payload");
+    const std::string port = std::to_string(e2e::FreeTcpPort());  // nothing listens there
+    const e2e::TempDir dir;
+    const std::string file = dir / "payload";
+    ASSERT_TRUE(e2e::WriteFile(file, "payload"));
     const struct {
         std::vector<std::string> args;
         int status;
@@ -102,7 +80,6 @@ TEST(AvhostProcess, UsageAndRuntimeErrorsHaveTheirStatusAndMessage) {
         EXPECT_EQ(child.Wait(), c.status) << (c.args.empty() ? "" : c.args[0]) << " " << child.Stderr();
         EXPECT_EQ(child.Stderr(), c.err);
     }
-    std::remove(file.c_str());
     ChildProcess help = Avhost({"--help"});
     EXPECT_EQ(help.Wait(), 0);
     EXPECT_EQ(help.Stdout().rfind("Usage: avhost", 0), 0u);
@@ -166,7 +143,8 @@ TEST(AvhostProcess, SessionOnItsOwnPtyExpectsWhatTheDaemonSendsAndFailsOnATimeOu
 }
 
 TEST(AvhostProcess, MonitorPrintsJsonAndCapturesUntilTerminated) {
-    const std::string capture = TempPath("");
+    const e2e::TempDir dir;
+    const std::string capture = dir / "capture.txt";
     ChildProcess child = Avhost({"monitor", "--pty", "--json", "--capture", capture});
     const std::string slave = SlaveFrom(child);
     ASSERT_FALSE(slave.empty()) << child.Stderr();
@@ -188,14 +166,12 @@ TEST(AvhostProcess, MonitorPrintsJsonAndCapturesUntilTerminated) {
               std::string::npos)
         << child.Stdout();
 
-    std::ifstream file(capture);
-    std::stringstream text;
-    text << file.rdbuf();
-    std::remove(capture.c_str());
-    EXPECT_NE(text.str().find("# line: " + slave + " 115200 8N1\n"), std::string::npos) << text.str();
+    std::string text;
+    ASSERT_TRUE(e2e::ReadFile(capture, text));
+    EXPECT_NE(text.find("# line: " + slave + " 115200 8N1\n"), std::string::npos) << text;
     std::vector<avhost::CaptureChunk> chunks;
     std::string error;
-    ASSERT_TRUE(avhost::CaptureReader::Read(text.str(), '?', chunks, error)) << error;
+    ASSERT_TRUE(avhost::CaptureReader::Read(text, '?', chunks, error)) << error;
     ASSERT_EQ(chunks.size(), 2u);
     EXPECT_EQ(avhost::HexString(chunks[1].bytes), "0F 00 0B 01 01 00 04 63 0D 00 00 10");
     EXPECT_EQ(chunks[1].dir, '<');

@@ -2,9 +2,9 @@
 // of raw binary and plain hex captures through the decode command.
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <sstream>
 
+#include "tests/e2e/e2e_support.h"
 #include "tools/avhost_commands.h"
 #include "tools/capture_reader.h"
 #include "tools/capture_writer.h"
@@ -147,15 +147,12 @@ TEST(Decode, RawBinaryAndPlainHexGiveTheSameLines) {
 }
 
 TEST(Decode, GoldenCaptureOfASession) {
-    std::ifstream capture(TOOLS_TEST_DATA "/golden/session_capture.txt");
-    std::ifstream expected(TOOLS_TEST_DATA "/golden/session_capture.decoded.txt");
-    ASSERT_TRUE(capture && expected);
-    std::stringstream captureText, expectedText;
-    captureText << capture.rdbuf();
-    expectedText << expected.rdbuf();
+    std::string capture, expected;
+    ASSERT_TRUE(e2e::ReadFile(TOOLS_TEST_DATA "/golden/session_capture.txt", capture));
+    ASSERT_TRUE(e2e::ReadFile(TOOLS_TEST_DATA "/golden/session_capture.decoded.txt", expected));
     std::string out, err;
-    EXPECT_EQ(Decode({}, captureText.str(), out, err), 0) << err;
-    EXPECT_EQ(out, expectedText.str());
+    EXPECT_EQ(Decode({}, capture, out, err), 0) << err;
+    EXPECT_EQ(out, expected);
 }
 
 TEST(Decode, AMalformedCaptureIsARuntimeFailure) {

@@ -9,10 +9,10 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
-#include <fstream>
 #include <string>
 #include <thread>
+
+#include "tests/e2e/e2e_support.h"
 
 namespace avhost {
 namespace {
@@ -47,18 +47,12 @@ private:
     uint16_t m_port = 0;
 };
 
-std::string TempFileWith(const std::string& content) {
-    char path[] = "/tmp/avhost-upload-XXXXXX";
-    int fd = mkstemp(path);
-    close(fd);
-    std::ofstream(path, std::ios::binary) << content;
-    return path;
-}
-
 TEST(Uploader, SendsTheWholeFileAndEndsItByClosing) {
     std::string content(300 * 1024 + 7, '\0');
     for (size_t i = 0; i < content.size(); ++i) content[i] = static_cast<char>(i * 131 % 251);
-    const std::string path = TempFileWith(content);
+    const e2e::TempDir dir;
+    const std::string path = dir / "upload.bin";
+    ASSERT_TRUE(e2e::WriteFile(path, content));
     Receiver receiver;
     std::string received;
     std::thread server([&] { received = receiver.Serve(); });
@@ -76,7 +70,6 @@ TEST(Uploader, SendsTheWholeFileAndEndsItByClosing) {
         },
         result, error);
     server.join();
-    std::remove(path.c_str());
     ASSERT_TRUE(ok) << error;
     EXPECT_TRUE(received == content);
     EXPECT_EQ(result.bytes, content.size());
