@@ -157,63 +157,48 @@ TEST(OutputManagerVideo, FailingDecoderQuerySetsNoFormat) {
 
 // ---- audio and captions --------------------------------------------------------
 
+constexpr int kUnset = 100;  // setter not called
+
 struct GroupCase {
     const char* why;
-    std::function<void(OutputManager&)> configure;
+    int audioState, gain;                    // kUnset: not set
+    int ccType, ntsc, dtv, overlay, line21;  // 0: not set
     Calls calls;
 };
 
 const GroupCase kAudioAndCaptionCases[] = {
-    {"analog audio on at -20 dBV",
-     [](OutputManager& om) {
-         om.SetAnalogAudioState(0, ANALOG_AUDIO_ON);
-         om.SetAnalogAudioLevelGain(0, -20);
-     },
+    {"analog audio on at -20 dBV", ANALOG_AUDIO_ON, -20, 0, 0, 0, 0, 0,
      {"IAudioOutput::SetMute(false)", "IAudioOutput::SetAnalogVolume(-20)"}},
-    {"analog audio off, level still applied", [](OutputManager& om) { om.SetAnalogAudioState(0, ANALOG_AUDIO_OFF); },
+    {"analog audio off, level still applied", ANALOG_AUDIO_OFF, kUnset, 0, 0, 0, 0, 0,
      {"IAudioOutput::SetMute(true)", "IAudioOutput::SetAnalogVolume(0)"}},
-    {"lowest and highest level",
-     [](OutputManager& om) {
-         om.SetAnalogAudioLevelGain(0, 10);
-         om.ApplySettings(false);
-         om.SetAnalogAudioLevelGain(0, -60);
-     },
-     {"IAudioOutput::SetMute(true)", "IAudioOutput::SetAnalogVolume(-60)"}},
-    {"NTSC overlay CC4 and line 21",
-     [](OutputManager& om) {
-         om.SetOverlayCcType(OVERLAY_CC_TYPE_NTSC);
-         om.SetOverlayNtscCcDataType(OVERLAY_NTSC_CC4);
-         om.SetOverlayDtvCcDataType(OVERLAY_DTV_SERVICE5);
-         om.SetOverlayCcState(ENABLE_STATE_ENABLE);
-         om.SetCompositeLine21Cc(ENABLE_STATE_ENABLE);
-     },
+    {"highest level", kUnset, 10, 0, 0, 0, 0, 0, {"IAudioOutput::SetMute(true)", "IAudioOutput::SetAnalogVolume(10)"}},
+    {"lowest level", kUnset, -60, 0, 0, 0, 0, 0, {"IAudioOutput::SetMute(true)", "IAudioOutput::SetAnalogVolume(-60)"}},
+    {"NTSC overlay CC4 and line 21", kUnset, kUnset, OVERLAY_CC_TYPE_NTSC, OVERLAY_NTSC_CC4, OVERLAY_DTV_SERVICE5,
+     ENABLE_STATE_ENABLE, ENABLE_STATE_ENABLE,
      {"IClosedCaption::SetOverlayCc(1,4)", "IClosedCaption::SetOverlayCcState(true)",
       "IClosedCaption::SetVbiLine21CcState(true)"}},
-    {"DTV overlay service 6",
-     [](OutputManager& om) {
-         om.SetOverlayCcType(OVERLAY_CC_TYPE_DTV);
-         om.SetOverlayNtscCcDataType(OVERLAY_NTSC_CC2);
-         om.SetOverlayDtvCcDataType(OVERLAY_DTV_SERVICE6);
-         om.SetOverlayCcState(ENABLE_STATE_ENABLE);
-     },
+    {"DTV overlay service 6", kUnset, kUnset, OVERLAY_CC_TYPE_DTV, OVERLAY_NTSC_CC2, OVERLAY_DTV_SERVICE6,
+     ENABLE_STATE_ENABLE, 0,
      {"IClosedCaption::SetOverlayCc(2,6)", "IClosedCaption::SetOverlayCcState(true)",
       "IClosedCaption::SetVbiLine21CcState(false)"}},
-    {"overlay on without a type selects no data", [](OutputManager& om) { om.SetOverlayCcState(ENABLE_STATE_ENABLE); },
+    {"overlay on without a type selects no data", kUnset, kUnset, 0, 0, 0, ENABLE_STATE_ENABLE, 0,
      {"IClosedCaption::SetOverlayCcState(true)", "IClosedCaption::SetVbiLine21CcState(false)"}},
-    {"overlay off selects no data",
-     [](OutputManager& om) {
-         om.SetOverlayCcType(OVERLAY_CC_TYPE_NTSC);
-         om.SetOverlayCcState(ENABLE_STATE_DISABLE);
-         om.SetCompositeLine21Cc(ENABLE_STATE_DISABLE);
-     },
-     {"IClosedCaption::SetOverlayCcState(false)", "IClosedCaption::SetVbiLine21CcState(false)"}},
+    {"overlay off selects no data", kUnset, kUnset, OVERLAY_CC_TYPE_NTSC, 0, 0, ENABLE_STATE_DISABLE,
+     ENABLE_STATE_DISABLE, {"IClosedCaption::SetOverlayCcState(false)", "IClosedCaption::SetVbiLine21CcState(false)"}},
 };
 
 TEST(OutputManagerAudioAndCaptions, AppliesWhatWasSet) {
     for (const auto& c : kAudioAndCaptionCases) {
         SCOPED_TRACE(c.why);
         Rig rig;
-        c.configure(rig.om);
+        OutputManager& om = rig.om;
+        if (c.audioState != kUnset) om.SetAnalogAudioState(0, static_cast<AnalogAudio_e>(c.audioState));
+        if (c.gain != kUnset) om.SetAnalogAudioLevelGain(0, c.gain);
+        if (c.ccType != 0) om.SetOverlayCcType(static_cast<OverlayCcType_e>(c.ccType));
+        if (c.ntsc != 0) om.SetOverlayNtscCcDataType(static_cast<OverlayNtscCcType_e>(c.ntsc));
+        if (c.dtv != 0) om.SetOverlayDtvCcDataType(static_cast<OverlayDtvCcType_e>(c.dtv));
+        if (c.overlay != 0) om.SetOverlayCcState(static_cast<Enable_e>(c.overlay));
+        if (c.line21 != 0) om.SetCompositeLine21Cc(static_cast<Enable_e>(c.line21));
         bool result = false;
         EXPECT_EQ(rig.Pass(&result), c.calls);
         EXPECT_TRUE(result);
