@@ -39,7 +39,7 @@ int Decode(const std::vector<std::string>& args, const std::string& input, std::
     return status;
 }
 
-// Two operations, the second with escaped bytes (opId 0x010F and value 0x0F10).
+// Two operations, both with an escaped byte in opId 0x010F; the second also in its value 0x0F10.
 const char* const kTwoFrames = "0F 00 12 2F 01 01 00 02 07 80 10 0F 00 12 2F 01 01 01 02 12 2F 12 30 10";
 
 TEST(LineDecoder, SplitsTheLineAsTheReceiverDoes) {
@@ -63,17 +63,6 @@ TEST(LineDecoder, SplitsTheLineAsTheReceiverDoes) {
         EXPECT_EQ(Kinds(a), c.frames) << c.line;
         EXPECT_EQ(Kinds(b), c.frames) << c.line;
     }
-}
-
-TEST(LineDecoder, DecodesEscapedBytes) {
-    const Bytes line = Hex(kTwoFrames);
-    LineDecoder decoder;
-    std::vector<LineFrame> frames;
-    decoder.Push(line.data(), line.size(), frames);
-    ASSERT_EQ(frames.size(), 2u);
-    EXPECT_EQ(frames[1].op.GetOpId(), 0x010Fu);
-    EXPECT_EQ(frames[1].op.GetIndexList(), Bytes{0x01});
-    EXPECT_EQ(frames[1].op.GetRawData(), (Bytes{0x0F, 0x10}));
 }
 
 TEST(EncodeOpFrames, CutsLongValuesIntoChunksOf240) {
