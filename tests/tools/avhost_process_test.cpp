@@ -122,7 +122,11 @@ std::string SlaveFrom(ChildProcess& child) {
 }
 
 TEST(AvhostProcess, SessionOnItsOwnPtyExpectsWhatTheDaemonSendsAndFailsOnATimeOut) {
-    ChildProcess child = Avhost({"session", "--pty"});
+    const e2e::TempDir dir;
+    const std::string script = dir / "script";
+    ASSERT_TRUE(e2e::WriteFile(script, "send videooutputFormatMode=2\napply\nexpect videoWidth=1920 10\n"
+                                       "expect videoHeight 0.05\n"));
+    ChildProcess child = Avhost({"session", "--pty", script});
     const std::string slave = SlaveFrom(child);
     ASSERT_FALSE(slave.empty()) << child.Stdout() << child.Stderr();
     DaemonSide daemon(slave);
@@ -131,10 +135,9 @@ TEST(AvhostProcess, SessionOnItsOwnPtyExpectsWhatTheDaemonSendsAndFailsOnATimeOu
     width.SetDataU16(1920);
     daemon.AnswerApplyWith(width);
     ASSERT_TRUE(daemon.Start());
-    child.Write("send videooutputFormatMode=2\napply\nexpect videoWidth=1920 10\nexpect videoHeight 0.05\n");
-    child.CloseInput();
     EXPECT_EQ(child.Wait(), 1) << child.Stderr();  // the last expect times out
-    EXPECT_EQ(child.Stderr(), "avhost: stdin:4: expect videoHeight 0.05: nothing matching received within 0.05 s\n");
+    EXPECT_EQ(child.Stderr(),
+              "avhost: " + script + ":4: expect videoHeight 0.05: nothing matching received within 0.05 s\n");
     EXPECT_NE(child.Stdout().find(" < videoWidth[0] = 1920\n"), std::string::npos) << child.Stdout();
     std::vector<DaemonSide::Bytes> got = daemon.Received(2);
     ASSERT_EQ(got.size(), 2u);

@@ -102,7 +102,8 @@ TEST(ExpectSpec, MatchesByNameIndexAndValue) {
     EXPECT_TRUE(command.expect.Matches(ready, formatter));
 }
 
-// The host (this session) sends a batch and the apply trigger; the daemon's
+// The host (this session, fed line by line as from standard input; the process
+// tests run a script file) sends a batch and the apply trigger; the daemon's
 // adapter receives exactly those images and answers; expect sees the answer.
 TEST(SessionRunner, DrivesTheDaemonsAdapterOverAPty) {
     const OpCatalog catalog;
@@ -125,7 +126,7 @@ TEST(SessionRunner, DrivesTheDaemonsAdapterOverAPty) {
         "apply\n"
         "expect videoWidth=1920 10\n"
         "expect videoHeight 0.05\n");
-    EXPECT_EQ(runner.RunScript(script, "script"), 1);
+    EXPECT_EQ(runner.RunInteractive(script, "script"), 1);
     session.Stop();
 
     std::vector<DaemonSide::Bytes> got = daemon.Received(3);
