@@ -48,14 +48,14 @@ bench: deps build/release/build.ninja
 	@cmake --build --preset release -j $(JOBS)
 	@for b in build/release/bench/bench_*; do [ -x "$$b" ] && "$$b"; done; true
 
-# hisiavd on the virtual board over a pty, driven by a scripted host session
+# stbavd on the virtual board over a pty, driven by a scripted host session
 # (avhost); prints what the host sees beside the board's display. About 20 s.
 demo: build
 	@scripts/demo.sh build/dev
 
 # The upgrade hand-off entry on the virtual board; the board's journal shows the call.
 upgrade: build
-	@STBSIM_JOURNAL=1 ./build/dev/control/hisiav-upgrade
+	@STBSIM_JOURNAL=1 ./build/dev/control/stbav-upgrade
 
 clean:
 	rm -rf build

@@ -76,7 +76,7 @@ struct Bench {
         e2e::WriteFile(tmp / "input.scn", kScenario);
         const std::vector<std::string> args = {"-d", host.DeviceName(), "-R", tmp / "root"};
         const std::vector<std::string> env = {"STBSIM_STREAM=" + (tmp / "input.scn"), "STBSIM_CONTROL=" + sock};
-        if (!daemon.Start(HISIAVD_PATH, args, env, tmp / "daemon.out", tmp / "daemon.err")) return false;
+        if (!daemon.Start(STBAVD_PATH, args, env, tmp / "daemon.out", tmp / "daemon.err")) return false;
         return host.WaitForOp(3) && e2e::WaitUntil([&] { return e2e::FileExists(sock); });
     }
     long long Display() {

@@ -47,7 +47,7 @@ int main(int argc, char** argv) {
     for (const tstest::TsStream* s : streams) {
         std::string why;
         double seconds = 0;
-        const std::string path = tstest::MakeTsFile(*s, HISIAV_TS_STREAM_DIR, &why, &seconds);
+        const std::string path = tstest::MakeTsFile(*s, STBAV_TS_STREAM_DIR, &why, &seconds);
         if (path.empty()) {
             fprintf(stderr, "%s\n", why.c_str());
             return 1;

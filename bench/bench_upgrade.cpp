@@ -16,7 +16,7 @@
 
 #include <benchmark/benchmark.h>
 
-#include "control/hisi_receive_upgrade_file.h"
+#include "control/stb_receive_upgrade_file.h"
 #include "toolkit/fixed_paths.h"
 
 namespace {
@@ -70,15 +70,15 @@ bool UploadOnce(uint16_t port, const std::vector<char>& chunk) {
 }
 
 void BM_Upload100MB(benchmark::State& state) {
-    char tmpl[] = "/tmp/hisiav-bench-upgrade-XXXXXX";
+    char tmpl[] = "/tmp/stbav-bench-upgrade-XXXXXX";
     std::string root = mkdtemp(tmpl);
     mkdir((root + "/sdcard").c_str(), 0755);
-    hisiav::paths::SetRoot(root);
+    stbav::paths::SetRoot(root);
     uint16_t port = FreePort();
     std::vector<char> chunk(kChunk);
     for (size_t i = 0; i < chunk.size(); ++i) chunk[i] = static_cast<char>(i * 31);
     {
-        HisiReceiveUpgradeFile receiver(port);
+        StbReceiveUpgradeFile receiver(port);
         for (auto _ : state) {
             if (!UploadOnce(port, chunk)) {
                 state.SkipWithError("upload failed");
@@ -87,7 +87,7 @@ void BM_Upload100MB(benchmark::State& state) {
         }
     }
     state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * kUploadBytes));
-    hisiav::paths::SetRoot("");
+    stbav::paths::SetRoot("");
     std::system(("rm -rf " + root).c_str());
 }
 BENCHMARK(BM_Upload100MB)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(5);

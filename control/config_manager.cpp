@@ -10,10 +10,10 @@
 namespace {
 
 // opIds acted on outside the tables below (names as in the dictionary).
-constexpr unsigned int kOpStatusEnable = 4;   // hisisystemStatusEnable
-constexpr unsigned int kOpUpdate = 6;         // hisisystemUpdate
-constexpr unsigned int kOpCheckReady = 7;     // hisisystemCheckReady
-constexpr unsigned int kOpStatusClear = 8;    // hisisystemStatusClear
+constexpr unsigned int kOpStatusEnable = 4;   // stbsystemStatusEnable
+constexpr unsigned int kOpUpdate = 6;         // stbsystemUpdate
+constexpr unsigned int kOpCheckReady = 7;     // stbsystemCheckReady
+constexpr unsigned int kOpStatusClear = 8;    // stbsystemStatusClear
 constexpr unsigned int kOpServiceName = 249;  // serviceselectionServiceName
 
 constexpr unsigned char kStatusEnable = 1;
@@ -109,7 +109,7 @@ const Table* Find(const Table (&table)[N], unsigned int opId) {
 ConfigManager::ConfigManager(IDecoderChip& decoderChip, IDemux& demux, OutputManager& outputManager,
                              COpSsDataMap& dictionary, KT::CSchedule& schedule, StatusMonitor& statusMonitor,
                              std::atomic<bool>& readyAgainRequest, std::atomic<bool>& clearDoneRequest)
-    : m_Log(hisiav::Logger("hisiav.configmanager")),
+    : m_Log(stbav::Logger("stbav.configmanager")),
       m_DecoderChip(decoderChip),
       m_Demux(demux),
       m_OutputManager(outputManager),
@@ -143,15 +143,15 @@ void ConfigManager::ProcessConfiguration() {
 
 void ConfigManager::ProcessOperation(const SsOp& op) {
     const unsigned int opId = op.GetOpId();
-    hisiav::LogDebug(m_Log, "%s: OpId=%u OpType=%d", "ProcessConfiguration", opId, static_cast<int>(op.GetOpType()));
+    stbav::LogDebug(m_Log, "%s: OpId=%u OpType=%d", "ProcessConfiguration", opId, static_cast<int>(op.GetOpType()));
     const COpSsData* entry = m_Dictionary.GetByOpId(opId);
     if (entry == nullptr) {
-        hisiav::LogWarn(m_Log, "%s: Unable to find OpId=%u in map!", "ProcessConfiguration", opId);
+        stbav::LogWarn(m_Log, "%s: Unable to find OpId=%u in map!", "ProcessConfiguration", opId);
         return;
     }
     const DataVarType_e type = entry->GetDataType();
     if (HandleSystemOp(op, type) || HandleOutputOp(op, type) || HandleServiceOp(op, type)) return;
-    hisiav::LogDebug(m_Log, "unhandled opId = %d, data type = %d", static_cast<int>(opId), static_cast<int>(type));
+    stbav::LogDebug(m_Log, "unhandled opId = %d, data type = %d", static_cast<int>(opId), static_cast<int>(type));
 }
 
 bool ConfigManager::HandleSystemOp(const SsOp& op, DataVarType_e type) {
@@ -163,7 +163,7 @@ bool ConfigManager::HandleSystemOp(const SsOp& op, DataVarType_e type) {
         case kOpUpdate:
             op.GetData(type, value);
             if (value == 1) {
-                hisiav::LogInfo(m_Log, "start upgrading...");
+                stbav::LogInfo(m_Log, "start upgrading...");
                 m_DecoderChip.Upgrade();
             }
             return true;
@@ -171,7 +171,7 @@ bool ConfigManager::HandleSystemOp(const SsOp& op, DataVarType_e type) {
             m_ReadyAgainRequest = true;
             return true;
         case kOpStatusClear:
-            hisiav::LogDebug(m_Log, "HISI_OP_SYSTEM_STATUS_CLEAR");
+            stbav::LogDebug(m_Log, "STB_OP_SYSTEM_STATUS_CLEAR");
             m_StatusMonitor.ClearStatus();
             m_Demux.ClearBuffer();
             m_ClearDoneRequest = true;
@@ -184,7 +184,7 @@ bool ConfigManager::HandleSystemOp(const SsOp& op, DataVarType_e type) {
 // 1 brings the chip up (first time only) and starts reporting; 2 stops it.
 void ConfigManager::EnableStatus(unsigned char value) {
     if (value == kStatusEnable) {
-        hisiav::LogDebug(m_Log, "%s: m_StatusMonitor.StartReporting() Enable", "ProcessConfiguration");
+        stbav::LogDebug(m_Log, "%s: m_StatusMonitor.StartReporting() Enable", "ProcessConfiguration");
         if (!m_ChipInitialized) {
             m_DecoderChip.Initialize();
             m_ChipInitialized = true;
@@ -194,7 +194,7 @@ void ConfigManager::EnableStatus(unsigned char value) {
             m_ReportingActive = true;
         }
     } else if (value == kStatusDisable) {
-        hisiav::LogDebug(m_Log, "%s: m_StatusMonitor.StopReporting() Disable", "ProcessConfiguration");
+        stbav::LogDebug(m_Log, "%s: m_StatusMonitor.StopReporting() Disable", "ProcessConfiguration");
         if (m_ReportingActive) {
             m_StatusMonitor.StopReporting();
             m_ReportingActive = false;
@@ -207,14 +207,14 @@ bool ConfigManager::HandleOutputOp(const SsOp& op, DataVarType_e type) {
     if (const ByteSetting* s = Find(kByteSettings, opId)) {
         unsigned char value = 0;
         op.GetData(type, value);
-        hisiav::LogDebug(m_Log, s->text, static_cast<int>(opId), static_cast<int>(value));
+        stbav::LogDebug(m_Log, s->text, static_cast<int>(opId), static_cast<int>(value));
         s->apply(m_OutputManager, m_Demux, value);
         return true;
     }
     if (const FormatSetting* s = Find(kFormatSettings, opId)) {
         unsigned int value = 0;
         op.GetData(type, value);
-        hisiav::LogDebug(m_Log, s->text, static_cast<int>(opId), static_cast<int>(value));
+        stbav::LogDebug(m_Log, s->text, static_cast<int>(opId), static_cast<int>(value));
         (m_OutputManager.*(s->apply))(0, value);
         return true;
     }
@@ -225,7 +225,7 @@ bool ConfigManager::HandleServiceOp(const SsOp& op, DataVarType_e type) {
     const unsigned int opId = op.GetOpId();
     if (opId == kOpServiceName) {
         const std::string name = op.GetDataString();
-        hisiav::LogDebug(m_Log, "AV_OP_SERVICESELECTION_SERVICE_NAME opId = %d, value = %s", static_cast<int>(opId),
+        stbav::LogDebug(m_Log, "AV_OP_SERVICESELECTION_SERVICE_NAME opId = %d, value = %s", static_cast<int>(opId),
                          name.c_str());
         if (op.GetDataLength() != 0) m_Demux.SetServiceName(name);
         return true;
@@ -234,7 +234,7 @@ bool ConfigManager::HandleServiceOp(const SsOp& op, DataVarType_e type) {
     if (s == nullptr) return false;
     unsigned short value = 0;
     const bool read = op.GetData(type, value);
-    hisiav::LogDebug(m_Log, s->text, static_cast<int>(opId), static_cast<int>(value));
+    stbav::LogDebug(m_Log, s->text, static_cast<int>(opId), static_cast<int>(value));
     if (!read) return true;
     if (s->action == ServiceSetting::PID) {
         m_Demux.SetPid(value, s->stream, 0);

@@ -32,5 +32,5 @@ bool EnsureDaemonLogOutput() {
 }
 
 std::string DaemonLogConfigFile(const std::string& option) {
-    return option.empty() ? hisiav::paths::Resolve(hisiav::paths::kLogConfigFile) : option;
+    return option.empty() ? stbav::paths::Resolve(stbav::paths::kLogConfigFile) : option;
 }

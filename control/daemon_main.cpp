@@ -1,4 +1,4 @@
-// hisiavd: the daemon entry. Reads the options, sets up the debug log, writes the
+// stbavd: the daemon entry. Reads the options, sets up the debug log, writes the
 // pid file, brings the decoder platform up, starts the subsystem (and, with -U,
 // the upgrade receiver), then waits on the main thread for SIGTERM or SIGINT and
 // tears everything down in reverse order. Only wiring; the parts live in control/.
@@ -15,8 +15,8 @@
 #include "control/daemon_pid_file.h"
 #include "control/daemon_platform.h"
 #include "control/daemon_signals.h"
-#include "control/hisi_av_subsystem.h"
-#include "control/hisi_receive_upgrade_file.h"
+#include "control/stb_av_subsystem.h"
+#include "control/stb_receive_upgrade_file.h"
 #include "control/process_entry.h"
 #include "toolkit/fixed_paths.h"
 #include "toolkit/log.h"
@@ -28,7 +28,7 @@ int ReadCommandLine(int argc, char** argv, DaemonOptions& options) {
     std::string error;
     const DaemonCommand command = ParseDaemonOptions(argc, argv, options, error);
     if (command == DaemonCommand::kRun) return -1;
-    if (command == DaemonCommand::kUsageError) std::fprintf(stderr, "hisiavd: %s\n", error.c_str());
+    if (command == DaemonCommand::kUsageError) std::fprintf(stderr, "stbavd: %s\n", error.c_str());
     PrintUsage();
     PrintDaemonOptionsUsage();
     return command == DaemonCommand::kHelp ? 0 : 2;
@@ -45,7 +45,7 @@ void SetUpLog(const DaemonOptions& options) {
 bool CheckSerialDevice(const std::string& device) {
     const int fd = open(device.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK);
     if (fd < 0) {
-        std::fprintf(stderr, "hisiavd: cannot open the serial device %s: %s\n", device.c_str(), std::strerror(errno));
+        std::fprintf(stderr, "stbavd: cannot open the serial device %s: %s\n", device.c_str(), std::strerror(errno));
         return false;
     }
     close(fd);
@@ -53,28 +53,28 @@ bool CheckSerialDevice(const std::string& device) {
 }
 
 bool WritePidFile(DaemonPidFile& pidFile) {
-    const std::string path = hisiav::paths::Resolve(hisiav::paths::kPidFile);
+    const std::string path = stbav::paths::Resolve(stbav::paths::kPidFile);
     if (pidFile.Write(path)) return true;
-    std::fprintf(stderr, "hisiavd: cannot write the pid file %s: %s\n", path.c_str(), std::strerror(errno));
+    std::fprintf(stderr, "stbavd: cannot write the pid file %s: %s\n", path.c_str(), std::strerror(errno));
     return false;
 }
 
 // The subsystem (and, with -U, the upgrade receiver) from start to a stop signal.
 void ServeUntilStopped(DaemonPlatform& platform, const DaemonOptions& options, const sigset_t& stopSignals) {
-    log4cpp::Category& log = hisiav::Logger("hisiav.daemon");
-    HisiAvSubsystem subsystem(platform.Chip(), platform.Demux(), platform.AudioDecoders(), platform.VideoDecoder(),
+    log4cpp::Category& log = stbav::Logger("stbav.daemon");
+    StbAvSubsystem subsystem(platform.Chip(), platform.Demux(), platform.AudioDecoders(), platform.VideoDecoder(),
                               platform.VideoOutput(), platform.AudioOutput(), platform.ClosedCaption(),
                               options.serialDevice);
     subsystem.StartProcess();
-    std::unique_ptr<HisiReceiveUpgradeFile> receiver;
+    std::unique_ptr<StbReceiveUpgradeFile> receiver;
     if (options.uploadReceiver) {
         // Under a fresh -R root the package's folder does not exist yet.
-        MakeParentFolders(hisiav::paths::Resolve(hisiav::paths::kUpgradePackage));
-        receiver.reset(new HisiReceiveUpgradeFile(options.uploadPort));
+        MakeParentFolders(stbav::paths::Resolve(stbav::paths::kUpgradePackage));
+        receiver.reset(new StbReceiveUpgradeFile(options.uploadPort));
     }
-    hisiav::LogNotice(log, "running on %s", options.serialDevice.c_str());
+    stbav::LogNotice(log, "running on %s", options.serialDevice.c_str());
     const int sig = WaitForStopSignal(stopSignals);
-    hisiav::LogNotice(log, "signal %d: stopping", sig);
+    stbav::LogNotice(log, "signal %d: stopping", sig);
     receiver.reset();
 }  // the subsystem goes before the platform it holds by reference
 
@@ -82,12 +82,12 @@ void ServeUntilStopped(DaemonPlatform& platform, const DaemonOptions& options, c
 int RunDaemon(const DaemonOptions& options, const sigset_t& stopSignals) {
     DaemonPlatform platform(options.audioDecoderCount);
     if (platform.BringUp() != 0) {
-        std::fprintf(stderr, "hisiavd: the decoder platform failed to come up (HisiControlInit); stopping\n");
+        std::fprintf(stderr, "stbavd: the decoder platform failed to come up (StbControlInit); stopping\n");
         return 1;  // the platform's destructor releases what was obtained
     }
     ServeUntilStopped(platform, options, stopSignals);
     platform.TearDown();
-    hisiav::LogNotice(hisiav::Logger("hisiav.daemon"), "stopped");
+    stbav::LogNotice(stbav::Logger("stbav.daemon"), "stopped");
     return 0;
 }
 
@@ -98,7 +98,7 @@ int main(int argc, char** argv) {
     DaemonOptions options;
     const int status = ReadCommandLine(argc, argv, options);
     if (status >= 0) return status;
-    hisiav::paths::SetRoot(options.root);
+    stbav::paths::SetRoot(options.root);
     SetUpLog(options);
     if (!CheckSerialDevice(options.serialDevice)) return 1;
     DaemonPidFile pidFile;  // removed when main returns

@@ -1,4 +1,4 @@
-// Command-line parsing of hisiavd. Main thread, at start.
+// Command-line parsing of stbavd. Main thread, at start.
 #include "control/daemon_options.h"
 
 #include <cerrno>

@@ -1,4 +1,4 @@
-// The command line of hisiavd: the board's options (-h, -v n) and the ones a PC
+// The command line of stbavd: the board's options (-h, -v n) and the ones a PC
 // run needs (serial device, root prefix, upgrade receiver, log configuration).
 // Pure parsing with no side effect; main thread, before anything starts.
 #pragma once

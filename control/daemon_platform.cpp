@@ -5,17 +5,17 @@
 DaemonPlatform::DaemonPlatform(uint32_t audioDecoderCount)
     : m_Probe(new FfAvProbe()), m_VideoDecoder(*m_Probe) {
     for (uint32_t i = 0; i < audioDecoderCount; ++i) {
-        KT::CSharedPtr<HisiAudioDecoder> decoder(new HisiAudioDecoder(*m_Probe));
-        m_HisiAudioDecoders.push_back(decoder);
+        KT::CSharedPtr<StbAudioDecoder> decoder(new StbAudioDecoder(*m_Probe));
+        m_StbAudioDecoders.push_back(decoder);
         m_AudioDecoders.push_back(KT::CSharedPtr<IAudioDecoder>(decoder));
     }
-    m_Chip.reset(new HisiDecoderChip(m_Demux, m_HisiAudioDecoders, audioDecoderCount, m_VideoDecoder,
+    m_Chip.reset(new StbDecoderChip(m_Demux, m_StbAudioDecoders, audioDecoderCount, m_VideoDecoder,
                                      m_VideoOutput, m_AudioOutput, m_ClosedCaption, *m_Probe));
 }
 
 DaemonPlatform::~DaemonPlatform() { TearDown(); }
 
-int DaemonPlatform::BringUp() { return m_Chip->HisiControlInit(); }
+int DaemonPlatform::BringUp() { return m_Chip->StbControlInit(); }
 
 void DaemonPlatform::TearDown() {
     if (!m_Chip) return;

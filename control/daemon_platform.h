@@ -10,13 +10,13 @@
 #include <vector>
 
 #include "platform/ff_av_probe.h"
-#include "platform/hisi_audio_decoder.h"
-#include "platform/hisi_audio_output.h"
-#include "platform/hisi_closed_caption.h"
-#include "platform/hisi_decoder_chip.h"
-#include "platform/hisi_demux.h"
-#include "platform/hisi_video_decoder.h"
-#include "platform/hisi_video_output.h"
+#include "platform/stb_audio_decoder.h"
+#include "platform/stb_audio_output.h"
+#include "platform/stb_closed_caption.h"
+#include "platform/stb_decoder_chip.h"
+#include "platform/stb_demux.h"
+#include "platform/stb_video_decoder.h"
+#include "platform/stb_video_output.h"
 #include "toolkit/kt_shared_ptr.h"
 #include "toolkit/kt_uncopyable.h"
 
@@ -31,28 +31,28 @@ public:
     // chip logs which one).
     int BringUp();
     // Stops the probe's thread, then lets the chip tear the platform down
-    // (HisiControlDeinit, once). Safe to call again; later calls do nothing.
+    // (StbControlDeinit, once). Safe to call again; later calls do nothing.
     // No accessor may be used afterwards.
     void TearDown();
 
-    HisiDecoderChip& Chip() { return *m_Chip; }
-    HisiDemux& Demux() { return m_Demux; }
+    StbDecoderChip& Chip() { return *m_Chip; }
+    StbDemux& Demux() { return m_Demux; }
     std::vector<KT::CSharedPtr<IAudioDecoder>>& AudioDecoders() { return m_AudioDecoders; }
-    HisiVideoDecoder& VideoDecoder() { return m_VideoDecoder; }
-    HisiVideoOutput& VideoOutput() { return m_VideoOutput; }
-    HisiAudioOutput& AudioOutput() { return m_AudioOutput; }
-    HisiClosedCaption& ClosedCaption() { return m_ClosedCaption; }
+    StbVideoDecoder& VideoDecoder() { return m_VideoDecoder; }
+    StbVideoOutput& VideoOutput() { return m_VideoOutput; }
+    StbAudioOutput& AudioOutput() { return m_AudioOutput; }
+    StbClosedCaption& ClosedCaption() { return m_ClosedCaption; }
 
 private:
     // The probe thread reads through the player handle, so it stops before the
     // player goes; hence its own lifetime.
     std::unique_ptr<FfAvProbe> m_Probe;
-    HisiDemux m_Demux;
-    HisiVideoDecoder m_VideoDecoder;
-    std::vector<KT::CSharedPtr<HisiAudioDecoder>> m_HisiAudioDecoders;  // what the chip binds
+    StbDemux m_Demux;
+    StbVideoDecoder m_VideoDecoder;
+    std::vector<KT::CSharedPtr<StbAudioDecoder>> m_StbAudioDecoders;  // what the chip binds
     std::vector<KT::CSharedPtr<IAudioDecoder>> m_AudioDecoders;         // the same, for the subsystem
-    HisiVideoOutput m_VideoOutput;
-    HisiAudioOutput m_AudioOutput;
-    HisiClosedCaption m_ClosedCaption;
-    std::unique_ptr<HisiDecoderChip> m_Chip;  // destroyed (platform torn down) by TearDown
+    StbVideoOutput m_VideoOutput;
+    StbAudioOutput m_AudioOutput;
+    StbClosedCaption m_ClosedCaption;
+    std::unique_ptr<StbDecoderChip> m_Chip;  // destroyed (platform torn down) by TearDown
 };

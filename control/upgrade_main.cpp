@@ -1,4 +1,4 @@
-// hisiav-upgrade: the upgrade hand-off. Asks the media library's system-upgrade
+// stbav-upgrade: the upgrade hand-off. Asks the media library's system-upgrade
 // service to install the package at its fixed path and exits; its result is the
 // platform's business (it logs to logcat), so the exit status is always 0.
 #include <cstdio>
@@ -9,6 +9,6 @@
 int main(int /*argc*/, char** /*argv*/) {
     std::printf("### Enter system upgrade ..., please 'logcat |grep pdate' to see more infos ### \n");
     std::fflush(stdout);
-    (void)system_upgrade(hisiav::paths::kUpgradePackage);
+    (void)system_upgrade(stbav::paths::kUpgradePackage);
     return 0;
 }

@@ -5,12 +5,12 @@
 #include "output/uhd_vid_format_helper.h"
 #include "toolkit/log.h"
 
-using hisiav::LogDebug;
-using hisiav::LogError;
+using stbav::LogDebug;
+using stbav::LogError;
 
 OutputManager::OutputManager(IVideoDecoder& videoDecoder, IVideoOutput& videoOutput, IAudioOutput& audioOutput,
                              IDecoderChip& decoderChip, IClosedCaption& closedCaption, IDemux& demux)
-    : m_Log(hisiav::Logger("hisiav.outputmanager")),
+    : m_Log(stbav::Logger("stbav.outputmanager")),
       m_VideoDecoder(videoDecoder),
       m_VideoOutput(videoOutput),
       m_AudioOutput(audioOutput),

@@ -9,7 +9,7 @@
 namespace {
 
 log4cpp::Category& HelperLog() {
-    static log4cpp::Category& cat = hisiav::Logger("UhdVidFormatHelper");
+    static log4cpp::Category& cat = stbav::Logger("UhdVidFormatHelper");
     return cat;
 }
 
@@ -279,12 +279,12 @@ VideoFormatBase::AspectRatio_e GetUhdAspectRatio(VideoAspectRatio_e aspect) {
 void GetValidScalerSettings(uint32_t& height, uint32_t& width, VideoScanType_e& scanType,
                             VideoFrameRate_e& frameRate, VideoAspectRatio_e& aspectRatio, unsigned videoIndex) {
     if (videoIndex != 0) {
-        hisiav::LogError(HelperLog(), "OutputManager::%s, videoIndex is out of range (0), actual: %u", __func__,
+        stbav::LogError(HelperLog(), "OutputManager::%s, videoIndex is out of range (0), actual: %u", __func__,
                          videoIndex);
         return;
     }
     if (height == 0 || width == 0 || frameRate == 0) {
-        hisiav::LogError(HelperLog(),
+        stbav::LogError(HelperLog(),
                          "OutputManager::%s invalid input: height: %d, width: %d, frameRate: %d, videoIndex: %d",
                          __func__, static_cast<int>(height), static_cast<int>(width), static_cast<int>(frameRate),
                          static_cast<int>(videoIndex));

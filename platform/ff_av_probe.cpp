@@ -8,7 +8,7 @@
 #include "toolkit/log.h"
 
 FfAvProbe::FfAvProbe()
-    : m_Logger(hisiav::Logger("hisiav.ffavprobe")),
+    : m_Logger(stbav::Logger("stbav.ffavprobe")),
       m_Thread(KT::MakeFunctor(this, &FfAvProbe::ProbeAvInfo), "FfAvProbe", KT::CThread::GetPriority()) {
     memset(&m_Cache, 0, sizeof m_Cache);
 }
@@ -18,7 +18,7 @@ FfAvProbe::~FfAvProbe() { m_Thread.Cancel(); }
 void FfAvProbe::BondAvHandle(uint32_t avHandle) { m_AvHandle = avHandle; }
 
 void FfAvProbe::StartProbe() {
-    hisiav::LogDebug(m_Logger, "%s", "StartProbe");
+    stbav::LogDebug(m_Logger, "%s", "StartProbe");
     m_Thread.Run();
 }
 
@@ -33,7 +33,7 @@ bool FfAvProbe::ProbeAvInfo() {
     memset(&fresh, 0, sizeof fresh);
     int r = av_get_stream_info(m_AvHandle, &fresh);
     if (r != 0) {
-        hisiav::LogWarn(m_Logger, "%s get stream info failed: %#x", "ProbeAvInfo", r);
+        stbav::LogWarn(m_Logger, "%s get stream info failed: %#x", "ProbeAvInfo", r);
     } else {
         MergeIntoCache(fresh);
     }

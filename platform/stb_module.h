@@ -4,8 +4,8 @@
  * it is our virtual board (sim/). Calls return 0 on success and an error code
  * otherwise. Thread: whichever thread calls; the library serialises internally.
  * Records are owned by the caller; the library copies what it keeps. */
-#ifndef HISIAV_PLATFORM_STB_MODULE_H
-#define HISIAV_PLATFORM_STB_MODULE_H
+#ifndef STBAV_PLATFORM_STB_MODULE_H
+#define STBAV_PLATFORM_STB_MODULE_H
 
 #include <stddef.h>
 #include <stdint.h>
@@ -390,4 +390,4 @@ static_assert(offsetof(CcAttr, digital_mode) == 52, "digital mode at +52");
 static_assert(sizeof(CcAttr) == 64, "CcAttr is 64 bytes");
 #endif
 
-#endif /* HISIAV_PLATFORM_STB_MODULE_H */
+#endif /* STBAV_PLATFORM_STB_MODULE_H */

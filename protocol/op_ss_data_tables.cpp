@@ -4,7 +4,7 @@
 //
 // Packet identifiers are typed unevenly on purpose: entries named ...Pid carry
 // VT_INT16, the service-selection PIDs (serviceselectionPcr, ...Video, ...Audio1,
-// ...Audio2) carry VT_UINT16. hisisystemSoftwareVersion alone has a 4-byte index.
+// ...Audio2) carry VT_UINT16. stbsystemSoftwareVersion alone has a 4-byte index.
 #include "protocol/op_ss_data_tables.h"
 
 namespace {
@@ -69,17 +69,17 @@ COpSsData* compositeSsData[] = {
     nullptr,
 };
 
-COpSsData* hisiAvSubsystemSsData[] = {
-    Entry("hisisystemReset", 0, VT_INT8, VT_UINT8),  // 0x0000
-    Entry("hisisystemHeartBeatCount", 1, VT_INT8, VT_UINT8),  // 0x0001
-    Entry("hisisystemSoftwareVersion", 2, VT_UINT32, VT_UINT32),  // 0x0002
-    Entry("hisisystemReady", 3, VT_INT8, VT_UINT8),  // 0x0003
-    Entry("hisisystemStatusEnable", 4, VT_UINT8, VT_UINT8),  // 0x0004
-    Entry("hisisystemStatusUpdate", 5, VT_UINT8, VT_UINT8),  // 0x0005
-    Entry("hisisystemUpdate", 6, VT_UINT8, VT_UINT8),  // 0x0006
-    Entry("hisisystemCheckReady", 7, VT_UINT8, VT_UINT8),  // 0x0007
-    Entry("hisisystemStatusClear", 8, VT_UINT8, VT_UINT8),  // 0x0008
-    Entry("hisisystemStatusClearDone", 9, VT_UINT8, VT_UINT8),  // 0x0009
+COpSsData* stbAvSubsystemSsData[] = {
+    Entry("stbsystemReset", 0, VT_INT8, VT_UINT8),  // 0x0000
+    Entry("stbsystemHeartBeatCount", 1, VT_INT8, VT_UINT8),  // 0x0001
+    Entry("stbsystemSoftwareVersion", 2, VT_UINT32, VT_UINT32),  // 0x0002
+    Entry("stbsystemReady", 3, VT_INT8, VT_UINT8),  // 0x0003
+    Entry("stbsystemStatusEnable", 4, VT_UINT8, VT_UINT8),  // 0x0004
+    Entry("stbsystemStatusUpdate", 5, VT_UINT8, VT_UINT8),  // 0x0005
+    Entry("stbsystemUpdate", 6, VT_UINT8, VT_UINT8),  // 0x0006
+    Entry("stbsystemCheckReady", 7, VT_UINT8, VT_UINT8),  // 0x0007
+    Entry("stbsystemStatusClear", 8, VT_UINT8, VT_UINT8),  // 0x0008
+    Entry("stbsystemStatusClearDone", 9, VT_UINT8, VT_UINT8),  // 0x0009
     nullptr,
 };
 

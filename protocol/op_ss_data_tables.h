@@ -10,7 +10,7 @@ extern COpSsData* audioPidLockSsData[];
 extern COpSsData* audioSrvSsData[];
 extern COpSsData* avSsConfigSsData[];
 extern COpSsData* compositeSsData[];
-extern COpSsData* hisiAvSubsystemSsData[];
+extern COpSsData* stbAvSubsystemSsData[];
 extern COpSsData* overlaySsData[];
 extern COpSsData* pidLockSsData[];
 extern COpSsData* selectedAudioSsData[];

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# The daemon on the virtual board, seen from the host: starts hisiavd on a pty
+# The daemon on the virtual board, seen from the host: starts stbavd on a pty
 # made by `avhost session --pty`, plays a host session step by step (status on,
 # service selection, manual and automatic output format, input changes made
 # through the board's control socket) and prints, for each step, the status
@@ -11,14 +11,14 @@ set -euo pipefail
 
 cd "$(dirname "$0")/.."
 BUILD=${1:-build/dev}
-HISIAVD=$BUILD/control/hisiavd
+STBAVD=$BUILD/control/stbavd
 AVHOST=$BUILD/tools/avhost
-for exe in "$HISIAVD" "$AVHOST"; do
+for exe in "$STBAVD" "$AVHOST"; do
   [ -x "$exe" ] || { echo "demo: $exe is missing; build first (make build)" >&2; exit 1; }
 done
 command -v socat >/dev/null || { echo "demo: socat is needed for the board's control socket (make deps)" >&2; exit 1; }
 
-WORK=$(mktemp -d /tmp/hisiav-demo-XXXXXX)
+WORK=$(mktemp -d /tmp/stbav-demo-XXXXXX)
 ROOT=$WORK/root
 SOCK=$WORK/board.sock
 HOST_OUT=$WORK/host.out
@@ -121,20 +121,20 @@ PTY=$(sed -n 's/^pty: //p' "$HOST_OUT")
 [ -n "$PTY" ] || { echo "demo: avhost made no pty" >&2; cat "$WORK/host.err" >&2; exit 1; }
 SHOWN=1
 
-step "1. start: hisiavd -d $PTY -R $ROOT, board input from a scenario (2 services)"
+step "1. start: stbavd -d $PTY -R $ROOT, board input from a scenario (2 services)"
 STBSIM_STREAM=$WORK/input.scn STBSIM_CONTROL=$SOCK \
-  "$HISIAVD" -d "$PTY" -R "$ROOT" -v 1 >"$WORK/daemon.out" 2>"$WORK/daemon.err" &
+  "$STBAVD" -d "$PTY" -R "$ROOT" -v 1 >"$WORK/daemon.out" 2>"$WORK/daemon.err" &
 DAEMON_PID=$!
-wait_host 'hisisystemReady'
+wait_host 'stbsystemReady'
 show_host
 show_board
 
 step "2. enable status reporting: the full report, then a heartbeat every 2 s"
-sends "hisisystemStatusEnable=1, apply"
-host "send hisisystemStatusEnable=1"
+sends "stbsystemStatusEnable=1, apply"
+host "send stbsystemStatusEnable=1"
 host "apply"
 wait_host 'videooutputAutoFormatStatus|videoPcrDisconStatus'
-wait_host 'hisisystemHeartBeatCount.*' 5
+wait_host 'stbsystemHeartBeatCount.*' 5
 sleep 2.2  # one more poll: only the heartbeat, nothing has changed
 show_host
 
@@ -188,5 +188,5 @@ HOST_PID=""
 left="none"
 [ -e "$ROOT/data/var/run/tevrin.pid" ] && left="the pid file"
 [ -e "$SOCK" ] && left="the board's socket"
-echo "   hisiavd exited with status $status; files left behind: $left"
+echo "   stbavd exited with status $status; files left behind: $left"
 [ "$status" -eq 0 ] && [ "$left" = none ]

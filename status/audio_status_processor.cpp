@@ -26,11 +26,11 @@ constexpr uint64_t kPtsWrap = 8589934591ULL;
 
 }  // namespace
 
-AudioStatusProcessor::AudioStatusProcessor(HisiAvOpSender& sender,
+AudioStatusProcessor::AudioStatusProcessor(StbAvOpSender& sender,
                                            std::vector<KT::CSharedPtr<IAudioDecoder>>& audioDecoders,
                                            IAudioOutput& audioOutput, IDemux& demux, IDecoderChip& decoderChip)
     : StatusProcessor(sender),
-      m_AudioLog(hisiav::Logger("tevrin.audioStatusProcess")),
+      m_AudioLog(stbav::Logger("tevrin.audioStatusProcess")),
       m_AudioDecoders(audioDecoders),
       m_AudioOutput(audioOutput),
       m_Demux(demux),
@@ -70,11 +70,11 @@ AudioStatusProcessor::StatusAudio_t AudioStatusProcessor::ReadDecoder(size_t i) 
 
 uint64_t AudioStatusProcessor::CheckPtsJump(uint64_t previous, uint64_t current) {
     uint64_t step = current - previous;
-    hisiav::LogDebug(m_AudioLog, "%llu %llu %llu", static_cast<unsigned long long>(step),
+    stbav::LogDebug(m_AudioLog, "%llu %llu %llu", static_cast<unsigned long long>(step),
                      static_cast<unsigned long long>(previous), static_cast<unsigned long long>(current));
     if (step > kPtsJumpLimit) {
         step += kPtsWrap;
-        hisiav::LogInfo(m_AudioLog, "Significant PCR adjustment: %llu %llu %llu", static_cast<unsigned long long>(step),
+        stbav::LogInfo(m_AudioLog, "Significant PCR adjustment: %llu %llu %llu", static_cast<unsigned long long>(step),
                         static_cast<unsigned long long>(previous), static_cast<unsigned long long>(current));
     }
     return step;

@@ -35,7 +35,7 @@ public:
 
     // The audio output and the chip are held for the processor's owner; Process
     // reads only the decoders and the demux.
-    AudioStatusProcessor(HisiAvOpSender& sender, std::vector<KT::CSharedPtr<IAudioDecoder>>& audioDecoders,
+    AudioStatusProcessor(StbAvOpSender& sender, std::vector<KT::CSharedPtr<IAudioDecoder>>& audioDecoders,
                          IAudioOutput& audioOutput, IDemux& demux, IDecoderChip& decoderChip);
 
     bool Process(bool force) override;

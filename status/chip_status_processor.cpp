@@ -4,13 +4,13 @@
 #include "toolkit/log.h"
 
 namespace {
-constexpr unsigned int kOpReset = 0;      // hisisystemReset
-constexpr unsigned int kOpHeartBeat = 1;  // hisisystemHeartBeatCount
+constexpr unsigned int kOpReset = 0;      // stbsystemReset
+constexpr unsigned int kOpHeartBeat = 1;  // stbsystemHeartBeatCount
 }  // namespace
 
-ChipStatusProcessor::ChipStatusProcessor(HisiAvOpSender& sender, IDecoderChip& /*chip*/)
-    : StatusProcessor(sender), m_ChipLog(hisiav::Logger("tevrin.chipStatusProcess")) {
-    hisiav::LogDebug(m_ChipLog, "ChipStatusProcessor");
+ChipStatusProcessor::ChipStatusProcessor(StbAvOpSender& sender, IDecoderChip& /*chip*/)
+    : StatusProcessor(sender), m_ChipLog(stbav::Logger("tevrin.chipStatusProcess")) {
+    stbav::LogDebug(m_ChipLog, "ChipStatusProcessor");
 }
 
 bool ChipStatusProcessor::Process(bool force) {

@@ -11,12 +11,12 @@
 class ChipStatusProcessor : public StatusProcessor {
 public:
     struct StatusItems_t {
-        uint32_t resetStatus = 0;     // hisisystemReset
-        uint32_t heartBeatCount = 0;  // hisisystemHeartBeatCount
+        uint32_t resetStatus = 0;     // stbsystemReset
+        uint32_t heartBeatCount = 0;  // stbsystemHeartBeatCount
     };
 
     // The chip is not consulted: the board reports no reset state of its own.
-    ChipStatusProcessor(HisiAvOpSender& sender, IDecoderChip& chip);
+    ChipStatusProcessor(StbAvOpSender& sender, IDecoderChip& chip);
 
     // Sends the reset status (0) when forced or changed, and the heartbeat count always.
     bool Process(bool force) override;

@@ -7,12 +7,12 @@
 const unsigned int StatusMonitor::m_PollingIntervals[StatusMonitor::kPollingIntervalCount] = {2000};
 
 StatusMonitor::StatusMonitor(std::vector<KT::CSharedPtr<StatusProcessor>>& processors, KT::CSchedule& schedule)
-    : m_Log(hisiav::Logger("tevrin.status")), m_Processors(processors), m_Schedule(schedule) {}
+    : m_Log(stbav::Logger("tevrin.status")), m_Processors(processors), m_Schedule(schedule) {}
 
 StatusMonitor::~StatusMonitor() { StopReporting(); }
 
 void StatusMonitor::StartReporting() {
-    hisiav::LogDebug(m_Log, "%s() ", "StartReporting");
+    stbav::LogDebug(m_Log, "%s() ", "StartReporting");
     PollAllProcessors(true);
     ArmNextPoll();
 }

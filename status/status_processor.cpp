@@ -3,7 +3,7 @@
 
 #include "toolkit/log.h"
 
-StatusProcessor::StatusProcessor(HisiAvOpSender& sender)
-    : m_InvalidPid(8191), m_Sender(sender), m_Log(hisiav::Logger("tevrin.statusProcessor")) {}
+StatusProcessor::StatusProcessor(StbAvOpSender& sender)
+    : m_InvalidPid(8191), m_Sender(sender), m_Log(stbav::Logger("tevrin.statusProcessor")) {}
 
 StatusProcessor::~StatusProcessor() = default;

@@ -1,12 +1,12 @@
 // StatusProcessor: base of the processors that report one part of the decoder
 // to the host. Each keeps the last value it sent per item and sends through the
-// HisiAvOpSender only what changed, unless a full report is forced. Polled on the
+// StbAvOpSender only what changed, unless a full report is forced. Polled on the
 // poller thread by the StatusMonitor; the sender belongs to the subsystem.
 #pragma once
 
 #include <string>
 
-#include "control/hisi_av_op_sender.h"
+#include "control/stb_av_op_sender.h"
 #include "toolkit/kt_uncopyable.h"
 
 namespace log4cpp {
@@ -15,7 +15,7 @@ class Category;
 
 class StatusProcessor : private KT::CUncopyable {
 public:
-    explicit StatusProcessor(HisiAvOpSender& sender);
+    explicit StatusProcessor(StbAvOpSender& sender);
     virtual ~StatusProcessor();
 
     // One poll: reads the decoder and sends changed (or, when forced, all) items.
@@ -34,7 +34,7 @@ public:
 
 protected:
     const unsigned int m_InvalidPid;  // 8191, the transport stream null PID
-    HisiAvOpSender& m_Sender;
+    StbAvOpSender& m_Sender;
     log4cpp::Category& m_Log;
 };
 

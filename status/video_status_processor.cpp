@@ -61,17 +61,17 @@ bool IsKnownCodec(VideoType_e type) {
 
 }  // namespace
 
-VideoStatusProcessor::VideoStatusProcessor(HisiAvOpSender& sender, ConfigManager& configManager,
+VideoStatusProcessor::VideoStatusProcessor(StbAvOpSender& sender, ConfigManager& configManager,
                                            OutputManager& outputManager, IVideoDecoder& videoDecoder,
                                            IVideoOutput& videoOutput, IDemux& demux)
     : StatusProcessor(sender),
-      m_VideoLog(hisiav::Logger("tevrin.videoStatusProcess")),
+      m_VideoLog(stbav::Logger("tevrin.videoStatusProcess")),
       m_ConfigManager(configManager),
       m_OutputManager(outputManager),
       m_VideoDecoder(videoDecoder),
       m_VideoOutput(videoOutput),
       m_Demux(demux) {
-    hisiav::LogDebug(m_VideoLog, "VideoStatusProcessor");
+    stbav::LogDebug(m_VideoLog, "VideoStatusProcessor");
 }
 
 bool VideoStatusProcessor::Process(bool force) {
@@ -79,7 +79,7 @@ bool VideoStatusProcessor::Process(bool force) {
     ReadIdentity(fresh);
     m_VideoDecoder.GetFormat(fresh.width, fresh.height, fresh.scanType, fresh.frameRate, fresh.aspectRatio);
     if (fresh.width == 0 || fresh.height == 0 || fresh.frameRate == VIDEO_FRAME_RATE_UNKNOWN) {
-        hisiav::LogDebug(m_VideoLog, "%s(%u) The input source cannot be fully recognized. Keep the last setting",
+        stbav::LogDebug(m_VideoLog, "%s(%u) The input source cannot be fully recognized. Keep the last setting",
                          "Process", kUnrecognisedInputLine);
         OutputFormat out;
         m_VideoOutput.GetFormat(out.width, out.height, out.scanType, out.frameRate, out.aspectRatio);
@@ -161,7 +161,7 @@ void VideoStatusProcessor::CheckFormatChange(StatusItems_t& fresh) {
         return;
     }
     if (!sameSize && fresh.width != 0)
-        hisiav::LogError(m_VideoLog, "%s %d, %d ,%d", "CheckFormatChange", static_cast<int>(fresh.width),
+        stbav::LogError(m_VideoLog, "%s %d, %d ,%d", "CheckFormatChange", static_cast<int>(fresh.width),
                          static_cast<int>(fresh.height), static_cast<int>(fresh.aspectRatio));
 }
 

@@ -45,7 +45,7 @@ public:
         uint32_t autoFormatStatus = 0;           // videooutputAutoFormatStatus: 1 supported, 2 not
     };
 
-    VideoStatusProcessor(HisiAvOpSender& sender, ConfigManager& configManager, OutputManager& outputManager,
+    VideoStatusProcessor(StbAvOpSender& sender, ConfigManager& configManager, OutputManager& outputManager,
                          IVideoDecoder& videoDecoder, IVideoOutput& videoOutput, IDemux& demux);
 
     bool Process(bool force) override;

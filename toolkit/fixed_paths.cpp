@@ -1,7 +1,7 @@
 // The fixed paths under the process-wide root prefix.
 #include "toolkit/fixed_paths.h"
 
-namespace hisiav {
+namespace stbav {
 namespace paths {
 
 const char* const kLogConfigFile = "/vendor/etc/tevrin-log4cpp.init";
@@ -29,4 +29,4 @@ const std::string& Root() { return RootStorage(); }
 std::string Resolve(const std::string& fixedPath) { return RootStorage() + fixedPath; }
 
 }  // namespace paths
-}  // namespace hisiav
+}  // namespace stbav

@@ -6,7 +6,7 @@
 
 #include <string>
 
-namespace hisiav {
+namespace stbav {
 namespace paths {
 
 extern const char* const kLogConfigFile;   // "/vendor/etc/tevrin-log4cpp.init"
@@ -15,11 +15,11 @@ extern const char* const kUpgradePackage;  // "/sdcard/update.zip"
 extern const char* const kVersionFile;     // "/vendor/etc/version"
 extern const char* const kSambaFlagFile;   // "/data/smbdstartflag"
 
-// "" (no prefix) or a folder such as "/tmp/hisiav-root"; a trailing '/' is dropped.
+// "" (no prefix) or a folder such as "/tmp/stbav-root"; a trailing '/' is dropped.
 void SetRoot(const std::string& root);
 const std::string& Root();
 // root + fixedPath
 std::string Resolve(const std::string& fixedPath);
 
 }  // namespace paths
-}  // namespace hisiav
+}  // namespace stbav

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace hisiav {
+namespace stbav {
 namespace {
 
 std::string Format(const char* fmt, va_list args) {
@@ -29,7 +29,7 @@ void Emit(log4cpp::Category& cat, log4cpp::Priority::Value prio, const char* fmt
 
 log4cpp::Category& Logger(const char* name) { return log4cpp::Category::getInstance(name); }
 
-#define HISIAV_LOG_FN(fn, prio)                               \
+#define STBAV_LOG_FN(fn, prio)                               \
     void fn(log4cpp::Category& cat, const char* fmt, ...) {   \
         va_list args;                                         \
         va_start(args, fmt);                                  \
@@ -37,12 +37,12 @@ log4cpp::Category& Logger(const char* name) { return log4cpp::Category::getInsta
         va_end(args);                                         \
     }
 
-HISIAV_LOG_FN(LogError, ERROR)
-HISIAV_LOG_FN(LogWarn, WARN)
-HISIAV_LOG_FN(LogNotice, NOTICE)
-HISIAV_LOG_FN(LogInfo, INFO)
-HISIAV_LOG_FN(LogDebug, DEBUG)
+STBAV_LOG_FN(LogError, ERROR)
+STBAV_LOG_FN(LogWarn, WARN)
+STBAV_LOG_FN(LogNotice, NOTICE)
+STBAV_LOG_FN(LogInfo, INFO)
+STBAV_LOG_FN(LogDebug, DEBUG)
 
-#undef HISIAV_LOG_FN
+#undef STBAV_LOG_FN
 
-}  // namespace hisiav
+}  // namespace stbav

@@ -11,7 +11,7 @@ namespace {
 
 COpSsData** const kTables[] = {
     analogAudioSsData,      audioPidLockSsData,    audioSrvSsData,         avSsConfigSsData,
-    compositeSsData,        hisiAvSubsystemSsData, overlaySsData,          pidLockSsData,
+    compositeSsData,        stbAvSubsystemSsData, overlaySsData,          pidLockSsData,
     selectedAudioSsData,    selectedOtherSsData,   selectedServiceSsData,  serviceLockSsData,
     serviceSelectionSsData, videoOutputSsData,     videoSsData,
 };

@@ -29,7 +29,7 @@ namespace avhost {
 
 // What an expect command waits for. The value matches when its bytes equal the
 // value parsed by the entry's type, or when its shown form equals the text (so
-// status texts sent under numeric types match too, e.g. hisisystemReady=hisiav_ready).
+// status texts sent under numeric types match too, e.g. stbsystemReady=stbav_ready).
 struct ExpectSpec {
     unsigned opId = 0;
     std::string name;

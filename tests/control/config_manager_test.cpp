@@ -9,8 +9,8 @@
 
 #include "tests/status/status_fixture.h"
 
-using hisiav_test::LogCapture;
-using hisiav_test::StatusFixture;
+using stbav_test::LogCapture;
+using stbav_test::StatusFixture;
 using Calls = std::vector<std::string>;
 
 namespace {
@@ -22,7 +22,7 @@ protected:
         op->SetDataU8(bytes.data(), static_cast<unsigned int>(bytes.size()));
         ASSERT_TRUE(config.QueueOperation(op));
     }
-    LogCapture logs{"hisiav.configmanager"};
+    LogCapture logs{"stbav.configmanager"};
 };
 
 }  // namespace
@@ -52,7 +52,7 @@ TEST_F(ConfigManagerTest, OverlayTypeTwoAloneTurnsCaptionsOn) {
 
 TEST_F(ConfigManagerTest, ReadsThatFailDropOrApplyZeroAsTheOperationSays) {
     // The same names under value types that do not fit their reads.
-    COpSsData* odd[] = {new COpSsData("hisisystemStatusEnable", 4, CIndex(1, VT_UINT8), VT_UINT16),
+    COpSsData* odd[] = {new COpSsData("stbsystemStatusEnable", 4, CIndex(1, VT_UINT8), VT_UINT16),
                         new COpSsData("serviceselectionPcr", 245, CIndex(1, VT_UINT8), VT_UINT8),
                         new COpSsData("composite525Std", 114, CIndex(1, VT_UINT8), VT_UINT16),
                         new COpSsData("videooutputManualFormat", 266, CIndex(1, VT_UINT8), VT_UINT8),
@@ -65,9 +65,9 @@ TEST_F(ConfigManagerTest, ReadsThatFailDropOrApplyZeroAsTheOperationSays) {
     config.ProcessConfiguration();
     EXPECT_EQ(d.chip.Snapshot().initializeCount, 0);  // dropped
     EXPECT_EQ(d.log.Count("IDemux::SetPid"), 0u);      // dropped after its line
-    EXPECT_TRUE(logs.Contains("DEBUG hisiav.configmanager: AV_OP_SERVICESELECTION_PCR opId = 245, value = 0"));
-    EXPECT_TRUE(logs.Contains("DEBUG hisiav.configmanager: AV_OP_COMPOSITE_525_STD opId = 114, value = 0"));
-    EXPECT_TRUE(logs.Contains("DEBUG hisiav.configmanager: VIDEOOUTPUT_MANUAL_FORMAT opId = 266, value = 0"));
+    EXPECT_TRUE(logs.Contains("DEBUG stbav.configmanager: AV_OP_SERVICESELECTION_PCR opId = 245, value = 0"));
+    EXPECT_TRUE(logs.Contains("DEBUG stbav.configmanager: AV_OP_COMPOSITE_525_STD opId = 114, value = 0"));
+    EXPECT_TRUE(logs.Contains("DEBUG stbav.configmanager: VIDEOOUTPUT_MANUAL_FORMAT opId = 266, value = 0"));
     EXPECT_EQ(output.GetVideoFormat(0), 0u);  // applied with the zeroed value
     for (COpSsData* e : odd) delete e;
 }

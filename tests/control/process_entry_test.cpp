@@ -16,7 +16,7 @@
 namespace {
 
 std::string TempFile(const std::string& content) {
-    char path[] = "/tmp/hisiav-entry-XXXXXX";
+    char path[] = "/tmp/stbav-entry-XXXXXX";
     int fd = mkstemp(path);
     close(fd);
     std::ofstream(path) << content;
@@ -44,10 +44,10 @@ TEST(PrintUsage, WritesTheUsageTextAndAnEmptyLineToStandardError) {
 // A good file sets the priorities; a missing or malformed one is reported and
 // start-up goes on.
 TEST(InitDebugLog, ConfiguresLog4cppFromTheFileOrReportsWhyNot) {
-    const std::string good = TempFile("# debug log\npriority hisiav.entrytest NOTICE\n");
+    const std::string good = TempFile("# debug log\npriority stbav.entrytest NOTICE\n");
     const std::string malformed = TempFile("this is not a logging configuration\n");
-    const std::string missing = "/tmp/hisiav-no-such-dir/tevrin-log4cpp.init";
-    log4cpp::Category::getInstance("hisiav.entrytest").setPriority(log4cpp::Priority::DEBUG);
+    const std::string missing = "/tmp/stbav-no-such-dir/tevrin-log4cpp.init";
+    log4cpp::Category::getInstance("stbav.entrytest").setPriority(log4cpp::Priority::DEBUG);
     for (const std::string& config : {good, missing, malformed}) {
         testing::internal::CaptureStdout();
         InitDebugLog(config);
@@ -55,7 +55,7 @@ TEST(InitDebugLog, ConfiguresLog4cppFromTheFileOrReportsWhyNot) {
                   config == good ? "Found debug-log configuration file: " + config + "\n\n"
                                  : "ERROR: Failed to initialize the debug logger with config file, " + config + "\n");
     }
-    EXPECT_EQ(log4cpp::Category::getInstance("hisiav.entrytest").getPriority(), log4cpp::Priority::NOTICE);
+    EXPECT_EQ(log4cpp::Category::getInstance("stbav.entrytest").getPriority(), log4cpp::Priority::NOTICE);
     std::remove(good.c_str());
     std::remove(malformed.c_str());
 }

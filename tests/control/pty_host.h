@@ -17,7 +17,7 @@
 #include "tests/status/status_test_support.h"
 #include "transport/uart_framing.h"
 
-namespace hisiav_test {
+namespace stbav_test {
 
 class PtyHost {
 public:
@@ -118,4 +118,4 @@ private:
     std::vector<SentOp> m_Received;
 };
 
-}  // namespace hisiav_test
+}  // namespace stbav_test

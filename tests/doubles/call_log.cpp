@@ -3,7 +3,7 @@
 
 #include <utility>
 
-namespace hisiav_test {
+namespace stbav_test {
 
 void CallLog::Record(std::string call) {
     std::lock_guard<std::mutex> lock(m_Mutex);
@@ -36,4 +36,4 @@ void CallLog::Clear() {
     m_Calls.clear();
 }
 
-}  // namespace hisiav_test
+}  // namespace stbav_test

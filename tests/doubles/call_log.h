@@ -11,7 +11,7 @@
 #include <type_traits>
 #include <vector>
 
-namespace hisiav_test {
+namespace stbav_test {
 
 class CallLog {
 public:
@@ -55,4 +55,4 @@ std::string RenderCall(const std::string& iface, const char* op, const Args&... 
     return s + ")";
 }
 
-}  // namespace hisiav_test
+}  // namespace stbav_test

@@ -11,7 +11,7 @@
 #include "platform/i_decoder_event_source.h"
 #include "tests/doubles/fake_base.h"
 
-namespace hisiav_test {
+namespace stbav_test {
 
 struct FakeAudioDecoderState {
     AudioType_e codec = AUDIO_TYPE_NONE;  // last SetCodec
@@ -76,4 +76,4 @@ private:
     }
 };
 
-}  // namespace hisiav_test
+}  // namespace stbav_test

@@ -7,7 +7,7 @@
 #include "platform/i_audio_output.h"
 #include "tests/doubles/fake_base.h"
 
-namespace hisiav_test {
+namespace stbav_test {
 
 struct FakeAudioOutputState {
     bool muted = false;
@@ -35,4 +35,4 @@ public:
     bool SetMute(bool mute) override { return Store("SetMute", &State::muted, mute); }
 };
 
-}  // namespace hisiav_test
+}  // namespace stbav_test

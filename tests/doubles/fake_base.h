@@ -12,7 +12,7 @@
 
 #include "tests/doubles/call_log.h"
 
-namespace hisiav_test {
+namespace stbav_test {
 
 template <typename State>
 class FakeBase {
@@ -80,4 +80,4 @@ private:
     std::set<std::string> m_Failing;  // guarded by m_Mutex
 };
 
-}  // namespace hisiav_test
+}  // namespace stbav_test

@@ -8,7 +8,7 @@
 #include "platform/i_closed_caption.h"
 #include "tests/doubles/fake_base.h"
 
-namespace hisiav_test {
+namespace stbav_test {
 
 struct FakeClosedCaptionState {
     enum Overload { NONE, NTSC, DTV };
@@ -49,4 +49,4 @@ public:
     bool SetOverlayCcState(bool on) override { return Store("SetOverlayCcState", &State::overlayOn, on); }
 };
 
-}  // namespace hisiav_test
+}  // namespace stbav_test

@@ -5,7 +5,7 @@
 #include "platform/i_decoder_chip.h"
 #include "tests/doubles/fake_base.h"
 
-namespace hisiav_test {
+namespace stbav_test {
 
 struct FakeDecoderChipState {
     int initializeCount = 0;
@@ -33,4 +33,4 @@ private:
     }
 };
 
-}  // namespace hisiav_test
+}  // namespace stbav_test

@@ -24,7 +24,7 @@
 #include "tests/doubles/fake_video_output.h"
 #include "toolkit/kt_shared_ptr.h"
 
-namespace hisiav_test {
+namespace stbav_test {
 
 struct FakeDecoderSet {
     FakeDecoderSet()
@@ -48,4 +48,4 @@ struct FakeDecoderSet {
     FakeClosedCaption closedCaption{log};
 };
 
-}  // namespace hisiav_test
+}  // namespace stbav_test

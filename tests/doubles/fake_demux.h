@@ -13,7 +13,7 @@
 #include "platform/i_demux.h"
 #include "tests/doubles/fake_base.h"
 
-namespace hisiav_test {
+namespace stbav_test {
 
 struct FakeDemuxState {
     std::map<std::pair<EsType_e, uint16_t>, uint16_t> pids;  // (type, index) -> PID; GetPid answers 0 if absent
@@ -116,4 +116,4 @@ private:
     std::vector<EventHandler> m_Handlers;  // guarded by m_Mutex
 };
 
-}  // namespace hisiav_test
+}  // namespace stbav_test

@@ -11,7 +11,7 @@
 #include "platform/i_video_decoder.h"
 #include "tests/doubles/fake_base.h"
 
-namespace hisiav_test {
+namespace stbav_test {
 
 struct FakeVideoDecoderState {
     VideoType_e codec = VIDEO_TYPE_NONE;
@@ -98,4 +98,4 @@ public:
 
 };
 
-}  // namespace hisiav_test
+}  // namespace stbav_test

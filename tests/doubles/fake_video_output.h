@@ -10,7 +10,7 @@
 #include "platform/i_video_output.h"
 #include "tests/doubles/fake_base.h"
 
-namespace hisiav_test {
+namespace stbav_test {
 
 struct FakeVideoOutputState {
     uint32_t width = 0;
@@ -99,4 +99,4 @@ private:
     }
 };
 
-}  // namespace hisiav_test
+}  // namespace stbav_test

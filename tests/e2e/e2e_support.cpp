@@ -38,7 +38,7 @@ bool WaitUntil(const std::function<bool()>& pred, int timeoutMs) {
 // ---- files ------------------------------------------------------------------
 
 TempDir::TempDir() {
-    char tmpl[] = "/tmp/hisiav-e2e-XXXXXX";
+    char tmpl[] = "/tmp/stbav-e2e-XXXXXX";
     if (mkdtemp(tmpl) != nullptr) m_Path = tmpl;
 }
 

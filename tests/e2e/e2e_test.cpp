@@ -1,4 +1,4 @@
-// The daemon as a process: the real hisiavd on the virtual board, its serial
+// The daemon as a process: the real stbavd on the virtual board, its serial
 // line a pty whose master the test holds, playing the host with the project's
 // own protocol code; the board watched and steered through its control socket
 // and its journal. Every test ends with SIGTERM and a clean exit (status 0, no
@@ -66,7 +66,7 @@ protected:
     DaemonTest() {
         e2e::WriteFile(Root("/vendor/etc/version"), "# build identity\nversion=e2e-1.2.3\n");
         std::string logConfig;
-        e2e::ReadFile(std::string(HISIAV_ETC_DIR) + "/tevrin-log4cpp.init", logConfig);
+        e2e::ReadFile(std::string(STBAV_ETC_DIR) + "/tevrin-log4cpp.init", logConfig);
         e2e::WriteFile(Root("/vendor/etc/tevrin-log4cpp.init"), logConfig);
         e2e::WriteFile(m_Tmp / "input.scn", kScenario);
     }
@@ -93,7 +93,7 @@ protected:
         return "--- daemon stderr (tail) ---\n" + text.substr(text.size() > 6000 ? text.size() - 6000 : 0);
     }
 
-    // Starts hisiavd on the host's pty; extra options after the common ones.
+    // Starts stbavd on the host's pty; extra options after the common ones.
     void Launch(const std::vector<std::string>& extra = {}, const std::string& stream = "") {
         ASSERT_TRUE(m_Host.IsOpen());
         std::vector<std::string> args = {"-d", m_Host.DeviceName(), "-R", m_Tmp / "root", "-v", "4"};
@@ -102,9 +102,9 @@ protected:
         env.push_back("STBSIM_STREAM=" + (stream.empty() ? m_Tmp / "input.scn" : stream));
         env.push_back("STBSIM_CONTROL=" + Socket());
         env.push_back("STBSIM_JOURNAL=" + JournalFile());
-        ASSERT_TRUE(m_Daemon.Start(HISIAVD_PATH, args, env, m_Tmp / "daemon.out", m_Tmp / "daemon.err"));
+        ASSERT_TRUE(m_Daemon.Start(STBAVD_PATH, args, env, m_Tmp / "daemon.out", m_Tmp / "daemon.err"));
     }
-    // Launch, then wait for "hisiav_ready" and for the board's socket.
+    // Launch, then wait for "stbav_ready" and for the board's socket.
     void StartDaemon(const std::vector<std::string>& extra = {}) {
         Launch(extra);
         ASSERT_TRUE(m_Host.WaitForOp(kReady)) << StderrTail();
@@ -161,7 +161,7 @@ TEST_F(DaemonTest, StartUpReportsVersionAndReady) {
     const HostOp* version = m_Host.Last(kSoftwareVersion);
     ASSERT_NE(nullptr, version);
     EXPECT_EQ("e2e-1.2.3", version->Text());
-    EXPECT_EQ("hisiav_ready", m_Host.Last(kReady)->Text());
+    EXPECT_EQ("stbav_ready", m_Host.Last(kReady)->Text());
     EXPECT_LT(version, m_Host.Last(kReady)) << "the version comes first";
 
     EXPECT_NE(std::string::npos,
@@ -289,7 +289,7 @@ TEST_F(DaemonTest, DisplayFollowsTheInputInAutomaticMode) {
 }
 
 // (f) A package uploaded over TCP lands in the root's sdcard/update.zip, and
-// hisisystemUpdate 1 hands exactly that file to the board's upgrade service.
+// stbsystemUpdate 1 hands exactly that file to the board's upgrade service.
 TEST_F(DaemonTest, UploadThenUpgrade) {
     const uint16_t port = e2e::FreeTcpPort();
     ASSERT_NE(0, port);
@@ -360,7 +360,7 @@ TEST_F(DaemonTest, CommandLineAndFailedStarts) {
         if (c.onPty) {
             Launch(c.args, c.stream);
         } else {
-            ASSERT_TRUE(m_Daemon.Start(HISIAVD_PATH, c.args, SanitizerEnvironment(), m_Tmp / "daemon.out",
+            ASSERT_TRUE(m_Daemon.Start(STBAVD_PATH, c.args, SanitizerEnvironment(), m_Tmp / "daemon.out",
                                        m_Tmp / "daemon.err"));
         }
         int status = -1;
@@ -370,7 +370,7 @@ TEST_F(DaemonTest, CommandLineAndFailedStarts) {
         EXPECT_FALSE(HasSanitizerReport(Stderr())) << StderrTail();
     }
     // The failed bring-up: a clear line, no pid file left.
-    EXPECT_NE(std::string::npos, Stderr().find("hisiavd: the decoder platform failed to come up"));
+    EXPECT_NE(std::string::npos, Stderr().find("stbavd: the decoder platform failed to come up"));
     EXPECT_NE(std::string::npos,
               Stdout().find("ERROR: Failed to initialize the debug logger with config file, /nonexistent/log.init"));
     EXPECT_FALSE(e2e::FileExists(Root("/data/var/run/tevrin.pid")));

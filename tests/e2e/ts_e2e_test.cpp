@@ -1,4 +1,4 @@
-// Real MPEG-TS files through the whole chain: hisiavd on the virtual board with a
+// Real MPEG-TS files through the whole chain: stbavd on the virtual board with a
 // stream made by ffmpeg as its input, the test playing the host over a pty. The
 // host selects the file's service and must be sent the stream's true attributes;
 // with the output automatic, switching the board's input file moves the display.
@@ -140,7 +140,7 @@ protected:
         ASSERT_TRUE(m_Host.IsOpen());
         e2e::WriteFile(m_Tmp / "root/vendor/etc/version", "version=ts-e2e\n");
         std::string logConfig;
-        e2e::ReadFile(std::string(HISIAV_ETC_DIR) + "/tevrin-log4cpp.init", logConfig);
+        e2e::ReadFile(std::string(STBAV_ETC_DIR) + "/tevrin-log4cpp.init", logConfig);
         e2e::WriteFile(m_Tmp / "root/vendor/etc/tevrin-log4cpp.init", logConfig);
     }
     void TearDown() override {
@@ -151,7 +151,7 @@ protected:
     static std::string File(const tstest::TsStream& s) {
         std::string why;
         double seconds = 0;
-        const std::string path = tstest::MakeTsFile(s, HISIAV_TS_STREAM_DIR, &why, &seconds);
+        const std::string path = tstest::MakeTsFile(s, STBAV_TS_STREAM_DIR, &why, &seconds);
         EXPECT_FALSE(path.empty()) << why;
         if (seconds > 0) printf("[ ffmpeg   ] %s made in %.2f s\n", s.name, seconds);
         return path;
@@ -164,12 +164,12 @@ protected:
         return "--- daemon stderr (tail) ---\n" + text.substr(text.size() > 6000 ? text.size() - 6000 : 0);
     }
 
-    // hisiavd on the host's pty with file as the board's input; returns once it reported ready.
+    // stbavd on the host's pty with file as the board's input; returns once it reported ready.
     void StartOn(const std::string& file) {
         std::vector<std::string> env = e2e::SanitizerEnvironment();
         env.push_back("STBSIM_STREAM=" + file);
         env.push_back("STBSIM_CONTROL=" + Socket());
-        ASSERT_TRUE(m_Daemon.Start(HISIAVD_PATH, {"-d", m_Host.DeviceName(), "-R", m_Tmp / "root", "-v", "4"}, env,
+        ASSERT_TRUE(m_Daemon.Start(STBAVD_PATH, {"-d", m_Host.DeviceName(), "-R", m_Tmp / "root", "-v", "4"}, env,
                                    m_Tmp / "daemon.out", m_Tmp / "daemon.err"));
         ASSERT_TRUE(m_Host.WaitForOp(kReady)) << StderrTail();
         ASSERT_TRUE(e2e::WaitUntil([&] { return e2e::FileExists(Socket()); })) << StderrTail();

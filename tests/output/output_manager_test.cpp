@@ -16,7 +16,7 @@
 namespace {
 
 using Calls = std::vector<std::string>;
-using hisiav_test::FakeDecoderSet;
+using stbav_test::FakeDecoderSet;
 
 constexpr uint32_t k1080p50 = 0x630D0000u;    // 1920x1080p 16x9 50.00fps
 constexpr uint32_t k2160p60 = 0x83110000u;    // 3840x2160p 16x9 60.00fps
@@ -139,7 +139,7 @@ TEST(OutputManagerVideo, AppliesTheFormatForEachInterfaceAndMode) {
 }
 
 TEST(OutputManagerVideo, SilentDecoderIsTracedAndLeavesTheOutputAlone) {
-    hisiav_test::LogCapture log("hisiav.outputmanager");
+    stbav_test::LogCapture log("stbav.outputmanager");
     Rig rig;
     rig.Decoder({1920, 1080, 2, 0, 1});
     EXPECT_FALSE(rig.om.ApplyVideoFormatSetting(0));
@@ -211,10 +211,10 @@ TEST(OutputManagerAudioAndCaptions, OverlayDataGoesToTheMatchingOverload) {
     rig.om.SetOverlayCcType(OVERLAY_CC_TYPE_NTSC);
     rig.om.SetOverlayNtscCcDataType(OVERLAY_NTSC_CC3);
     rig.Pass();
-    EXPECT_EQ(rig.d.closedCaption.Snapshot().lastOverload, hisiav_test::FakeClosedCaptionState::NTSC);
+    EXPECT_EQ(rig.d.closedCaption.Snapshot().lastOverload, stbav_test::FakeClosedCaptionState::NTSC);
     rig.om.SetOverlayCcType(OVERLAY_CC_TYPE_DTV);
     rig.Pass();
-    EXPECT_EQ(rig.d.closedCaption.Snapshot().lastOverload, hisiav_test::FakeClosedCaptionState::DTV);
+    EXPECT_EQ(rig.d.closedCaption.Snapshot().lastOverload, stbav_test::FakeClosedCaptionState::DTV);
 }
 
 TEST(OutputManagerAudioAndCaptions, ResultIsTheOrOfThePlatformResults) {
@@ -404,7 +404,7 @@ const RejectCase kRejectCases[] = {
 TEST(OutputManagerValidation, RejectedValueChangesNothing) {
     for (const auto& c : kRejectCases) {
         SCOPED_TRACE(c.error);
-        hisiav_test::LogCapture log("hisiav.outputmanager");
+        stbav_test::LogCapture log("stbav.outputmanager");
         Rig rig;
         EXPECT_FALSE(c.call(rig.om));
         EXPECT_TRUE(log.Has("ERROR", c.error));
@@ -454,7 +454,7 @@ TEST(OutputManagerValidation, OnlyIndexZeroExists) {
         const std::string error =
             std::string(c.function) + ": " + c.kind + " index 1 is out of range (only index 0 exists)";
         SCOPED_TRACE(error);
-        hisiav_test::LogCapture log("hisiav.outputmanager");
+        stbav_test::LogCapture log("stbav.outputmanager");
         Rig rig;
         rig.Decoder({1920, 1080, 1, 3, 1});
         rig.om.SetVideoFormatMode(0, FORMAT_MODE_MANUAL);

@@ -90,7 +90,7 @@ TEST(GetValidScalerSettings, FallsBackToStandardDefinition) {
 }
 
 TEST(GetValidScalerSettings, LogsBadInputAndIgnoresOtherOutputs) {
-    hisiav_test::LogCapture log("UhdVidFormatHelper");
+    stbav_test::LogCapture log("UhdVidFormatHelper");
     Fmt in{1080, 1920, 2, 6, 2};
     ExpectSame(Scale(in, 1), in);
     EXPECT_TRUE(log.Has("ERROR", "OutputManager::GetValidScalerSettings, videoIndex is out of range (0), actual: 1"));

@@ -11,11 +11,11 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/hisi_video_decoder.h"
+#include "platform/stb_video_decoder.h"
 #include "platform/stb_module.h"
 #include "sim/stbsim.h"
 
-namespace hisiav_test {
+namespace stbav_test {
 
 // A failure code that no real path of the board produces.
 constexpr int kInjected = 0x1234;
@@ -39,12 +39,12 @@ protected:
     }
 
     static void ResetVideoDecoderStatics() {
-        HisiVideoDecoder::m_AvHandle = 0;
-        HisiVideoDecoder::m_WindowHandle = 0;
-        HisiVideoDecoder::m_AspectRatio = 0;
-        HisiVideoDecoder::m_ChromaFormat = 0;
-        HisiVideoDecoder::m_NewSrcHeight = 0;
-        HisiVideoDecoder::m_OldSrcHeight = 0;
+        StbVideoDecoder::m_AvHandle = 0;
+        StbVideoDecoder::m_WindowHandle = 0;
+        StbVideoDecoder::m_AspectRatio = 0;
+        StbVideoDecoder::m_ChromaFormat = 0;
+        StbVideoDecoder::m_NewSrcHeight = 0;
+        StbVideoDecoder::m_OldSrcHeight = 0;
     }
 
     // System, player, audio and video outputs, window: what the chip would
@@ -124,4 +124,4 @@ protected:
     }
 };
 
-}  // namespace hisiav_test
+}  // namespace stbav_test

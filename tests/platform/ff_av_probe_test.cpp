@@ -16,9 +16,9 @@
 
 namespace {
 
-using hisiav_test::BoardTest;
-using hisiav_test::LogCapture;
-using hisiav_test::WaitUntil;
+using stbav_test::BoardTest;
+using stbav_test::LogCapture;
+using stbav_test::WaitUntil;
 
 class ProbeTest : public BoardTest {
 protected:
@@ -32,8 +32,8 @@ protected:
         ASSERT_TRUE(WaitUntil([&] { return m_Probe.GetServiceName(1) == serviceName; }));
     }
 
-    LogCapture m_Log{"hisiav.ffavprobe"};
-    hisiav_test::BoardHandles m_Handles;
+    LogCapture m_Log{"stbav.ffavprobe"};
+    stbav_test::BoardHandles m_Handles;
     FfAvProbe m_Probe;
 };
 

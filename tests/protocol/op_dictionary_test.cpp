@@ -18,7 +18,7 @@ struct Table {
 const Table kTables[] = {
     {"analogAudioSsData", analogAudioSsData, 3},       {"audioPidLockSsData", audioPidLockSsData, 5},
     {"audioSrvSsData", audioSrvSsData, 12},            {"avSsConfigSsData", avSsConfigSsData, 9},
-    {"compositeSsData", compositeSsData, 5},           {"hisiAvSubsystemSsData", hisiAvSubsystemSsData, 10},
+    {"compositeSsData", compositeSsData, 5},           {"stbAvSubsystemSsData", stbAvSubsystemSsData, 10},
     {"overlaySsData", overlaySsData, 11},              {"pidLockSsData", pidLockSsData, 7},
     {"selectedAudioSsData", selectedAudioSsData, 4},   {"selectedOtherSsData", selectedOtherSsData, 1},
     {"selectedServiceSsData", selectedServiceSsData, 11}, {"serviceLockSsData", serviceLockSsData, 6},
@@ -34,7 +34,7 @@ unsigned Count(COpSsData** table) {
 
 // The order the daemon loads the tables in, with one table loaded twice.
 void FillAsTheDaemonDoes(COpSsDataMap& map) {
-    COpSsData** order[] = {audioPidLockSsData,  audioSrvSsData,        hisiAvSubsystemSsData, pidLockSsData,
+    COpSsData** order[] = {audioPidLockSsData,  audioSrvSsData,        stbAvSubsystemSsData, pidLockSsData,
                            selectedAudioSsData, selectedServiceSsData, selectedOtherSsData,   serviceSelectionSsData,
                            videoOutputSsData,   selectedAudioSsData,   videoSsData,           serviceLockSsData,
                            analogAudioSsData,   compositeSsData,       avSsConfigSsData,      overlaySsData};
@@ -77,8 +77,8 @@ TEST(OpDictionary, LooksEntriesUpByOpId) {
     };
     const Case cases[] = {
         {271, "videoWidth", VT_UINT16},
-        {2, "hisisystemSoftwareVersion", VT_UINT32},
-        {0, "hisisystemReset", VT_INT8},
+        {2, "stbsystemSoftwareVersion", VT_UINT32},
+        {0, "stbsystemReset", VT_INT8},
         {62, "videooutputAfdCode", VT_UINT8},
         {112, "avssHeartBeat", VT_UINT32},
         {254, "compositeLine21Cc", VT_UINT8},

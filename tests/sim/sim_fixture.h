@@ -23,17 +23,17 @@ inline void WaitClock(int ms) {
     WaitUntil([&] { return stbsim::MonotonicUs() >= until; });
 }
 
-struct Handles : hisiav_test::BoardHandles {
+struct Handles : stbav_test::BoardHandles {
     uint32_t track = 0;
 };
 
-class SimTest : public hisiav_test::BoardTest {
+class SimTest : public stbav_test::BoardTest {
 protected:
     // The chip bring-up as the daemon makes it (the journal holds only the
     // steps after the window is attached); every step must succeed.
     Handles BringUp() {
         Handles h;
-        static_cast<hisiav_test::BoardHandles&>(h) = BringUpByHand();
+        static_cast<stbav_test::BoardHandles&>(h) = BringUpByHand();
         VoutDisplayAttr attr;
         EXPECT_EQ(vout_display_get(h.vout, &attr, nullptr), 0);
         attr.format = 11;

@@ -13,15 +13,15 @@
 #include <gtest/gtest.h>
 
 #include "platform/ff_av_probe.h"
-#include "platform/hisi_audio_decoder.h"
-#include "platform/hisi_demux.h"
-#include "platform/hisi_video_decoder.h"
+#include "platform/stb_audio_decoder.h"
+#include "platform/stb_demux.h"
+#include "platform/stb_video_decoder.h"
 #include "tests/sim/sim_fixture.h"
 #include "tests/sim/ts_streams.h"
 
 namespace {
 
-using hisiav_test::BoardHandles;
+using stbav_test::BoardHandles;
 using simtest::WaitUntil;
 
 class TsInputTest : public simtest::SimTest {
@@ -37,7 +37,7 @@ protected:
     static std::string File(const tstest::TsStream& s) {
         std::string why;
         double seconds = 0;
-        const std::string path = tstest::MakeTsFile(s, HISIAV_TS_STREAM_DIR, &why, &seconds);
+        const std::string path = tstest::MakeTsFile(s, STBAV_TS_STREAM_DIR, &why, &seconds);
         EXPECT_FALSE(path.empty()) << why;
         if (seconds > 0) printf("[ ffmpeg   ] %s made in %.2f s\n", s.name, seconds);
         return path;
@@ -45,7 +45,7 @@ protected:
 
     // A file of this process's own (not shared with other test processes).
     static std::string OwnFile(const std::string& name, const std::string& bytes) {
-        return tstest::WriteFile(HISIAV_TS_STREAM_DIR, std::to_string(getpid()) + "-" + name, bytes);
+        return tstest::WriteFile(STBAV_TS_STREAM_DIR, std::to_string(getpid()) + "-" + name, bytes);
     }
 
     static _AV_SETTING_S FirstProgramme() {
@@ -117,7 +117,7 @@ const Case kCases[] = {
      AUDIO_TYPE_STATUS_MPEG2, AUDIO_CHANNEL_CODING_MONO},
 };
 
-void CheckVideo(HisiVideoDecoder& video, const Case& c) {
+void CheckVideo(StbVideoDecoder& video, const Case& c) {
     uint32_t w = 0, h = 0;
     VideoScanType_e scan = VIDEO_SCAN_TYPE_PSF;
     VideoFrameRate_e rate = VIDEO_FRAME_RATE_UNKNOWN;
@@ -129,7 +129,7 @@ void CheckVideo(HisiVideoDecoder& video, const Case& c) {
               std::make_tuple(c.videoType, c.profile, c.level, c.chroma, c.depth));
 }
 
-void CheckAudio(HisiAudioDecoder& audio, const Case& c) {
+void CheckAudio(StbAudioDecoder& audio, const Case& c) {
     EXPECT_EQ(std::make_tuple(audio.GetSamplingRate(), audio.GetCodec(), audio.GetCodingMode()),
               std::make_tuple(c.samplingRate, c.audioStatus, c.coding));
     EXPECT_GT(audio.GetBitRate(), 0u);
@@ -151,7 +151,7 @@ TEST_F(TsInputTest, TheDaemonReadsEachStreamsAttributes) {
                   std::make_tuple(c.serviceId, c.videoPid, c.audioPid, c.videoPid, c.videoPlatform, c.audioPlatform));
         EXPECT_STREQ(found.service_name, c.serviceName);
 
-        HisiDemux demux;
+        StbDemux demux;
         demux.BondAvHandle(h.av);
         ASSERT_TRUE(demux.SetServiceVideoCodecType(c.videoType));
         ASSERT_TRUE(demux.SetServiceAudioCodecType(c.audioType));
@@ -164,10 +164,10 @@ TEST_F(TsInputTest, TheDaemonReadsEachStreamsAttributes) {
         probe.BondAvHandle(h.av);
         probe.StartProbe();
         ASSERT_TRUE(WaitUntil([&] { return probe.GetVideoLevel(c.videoPid) != 0 && probe.GetAudioSampleRate(c.audioPid); }));
-        HisiVideoDecoder video(probe);
+        StbVideoDecoder video(probe);
         video.BondAvHandle(h.av);
         video.SetCodec(c.videoType);
-        HisiAudioDecoder audio(probe);
+        StbAudioDecoder audio(probe);
         audio.BondAvHandle(h.av);
         audio.SetCodec(c.audioType);
 
@@ -254,7 +254,7 @@ TEST_F(TsInputTest, AFileThatCannotBeProbedLeavesTheInputAsItWas) {
     const std::string good = File(tstest::kH264Progressive);
     ASSERT_FALSE(good.empty());
     const std::string nulls = OwnFile("null-packets.ts", NullPackets(20));
-    const std::string missing = std::string(HISIAV_TS_STREAM_DIR) + "/no-such-file.ts";
+    const std::string missing = std::string(STBAV_TS_STREAM_DIR) + "/no-such-file.ts";
     BringUpByHand();
     ASSERT_EQ(stbsim::Command("stream " + good), "ok\n");
     const struct {

@@ -9,12 +9,12 @@
 
 #include "tests/status/status_fixture.h"
 
-using hisiav_test::FakeAudioDecoder;
-using hisiav_test::FakeAudioDecoderState;
-using hisiav_test::LogCapture;
-using hisiav_test::OpIds;
-using hisiav_test::SentOp;
-using hisiav_test::StatusFixture;
+using stbav_test::FakeAudioDecoder;
+using stbav_test::FakeAudioDecoderState;
+using stbav_test::LogCapture;
+using stbav_test::OpIds;
+using stbav_test::SentOp;
+using stbav_test::StatusFixture;
 using Ids = std::vector<unsigned int>;
 
 namespace {

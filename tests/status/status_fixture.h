@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "control/config_manager.h"
-#include "control/hisi_av_op_sender.h"
+#include "control/stb_av_op_sender.h"
 #include "output/output_manager.h"
 #include "protocol/op_ss_data_tables.h"
 #include "status/status_monitor.h"
@@ -17,11 +17,11 @@
 #include "tests/protocol/print_capture.h"
 #include "tests/status/status_test_support.h"
 
-namespace hisiav_test {
+namespace stbav_test {
 
 inline void FillDictionary(COpSsDataMap& dictionary) {
     COpSsData** const tables[] = {analogAudioSsData,    audioPidLockSsData,    audioSrvSsData,   avSsConfigSsData,
-                                  compositeSsData,      hisiAvSubsystemSsData, overlaySsData,    pidLockSsData,
+                                  compositeSsData,      stbAvSubsystemSsData, overlaySsData,    pidLockSsData,
                                   selectedAudioSsData,  selectedOtherSsData,   selectedServiceSsData,
                                   serviceLockSsData,    serviceSelectionSsData, videoOutputSsData, videoSsData};
     for (COpSsData** t : tables) dictionary.FillMap(t);
@@ -35,7 +35,7 @@ protected:
     FakeDecoderSet d;
     RecordingAdapter adapter;
     COpSsDataMap dictionary;
-    HisiAvOpSender sender{adapter, dictionary};
+    StbAvOpSender sender{adapter, dictionary};
     FakeClock clock;
     KT::CSchedule schedule{&clock};
     OutputManager output{d.videoDecoder, d.videoOutput, d.audioOutput, d.chip, d.closedCaption, d.demux};
@@ -46,4 +46,4 @@ protected:
     ConfigManager config{d.chip, d.demux, output, dictionary, schedule, monitor, readyAgain, clearDone};
 };
 
-}  // namespace hisiav_test
+}  // namespace stbav_test

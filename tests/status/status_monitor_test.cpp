@@ -9,8 +9,8 @@
 #include "status/status_monitor.h"
 #include "tests/status/status_fixture.h"
 
-using hisiav_test::OpIds;
-using hisiav_test::StatusFixture;
+using stbav_test::OpIds;
+using stbav_test::StatusFixture;
 using Ids = std::vector<unsigned int>;
 
 namespace {

@@ -14,7 +14,7 @@
 #include "toolkit/kt_schedule.h"
 #include "transport/uart_adapter.h"
 
-namespace hisiav_test {
+namespace stbav_test {
 
 // One operation as it would have gone on the line.
 struct SentOp {
@@ -50,7 +50,7 @@ inline std::vector<unsigned int> OpIds(const std::vector<SentOp>& ops) {
 
 class RecordingAdapter : public CUartAdapter {
 public:
-    RecordingAdapter() : CUartAdapter(std::string("/dev/hisiav-status-test-none")) {}
+    RecordingAdapter() : CUartAdapter(std::string("/dev/stbav-status-test-none")) {}
 
     bool SendOperation(SsOp& op) override {
         std::lock_guard<std::mutex> lock(m_Mutex);
@@ -85,4 +85,4 @@ private:
     std::atomic<uint64_t> m_Now{100000};
 };
 
-}  // namespace hisiav_test
+}  // namespace stbav_test

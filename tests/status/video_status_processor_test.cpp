@@ -11,10 +11,10 @@
 #include "output/uhd_vid_format.h"
 #include "tests/status/status_fixture.h"
 
-using hisiav_test::LogCapture;
-using hisiav_test::OpIds;
-using hisiav_test::SentOp;
-using hisiav_test::StatusFixture;
+using stbav_test::LogCapture;
+using stbav_test::OpIds;
+using stbav_test::SentOp;
+using stbav_test::StatusFixture;
 using Ids = std::vector<unsigned int>;
 
 namespace {
@@ -37,7 +37,7 @@ protected:
         d.videoDecoder.SetCodec(VIDEO_TYPE_H264);
         d.videoDecoder.SetReportedFormat(1920, 1080, VIDEO_SCAN_TYPE_PROGRESSIVE, VIDEO_FRAME_RATE_50,
                                          VIDEO_ASPECT_RATIO_16X9);
-        d.videoDecoder.Configure([](hisiav_test::FakeVideoDecoderState& s) {
+        d.videoDecoder.Configure([](stbav_test::FakeVideoDecoderState& s) {
             s.serviceNames[7] = "News";
             s.profile = VIDEO_PROFILE_H264_HIGH;
             s.level = VIDEO_LEVEL_4;
@@ -101,7 +101,7 @@ TEST_F(VideoStatusTest, AbnormalPidKeepsOnlyServiceIdentityAndOutputFormat) {
     } cases[] = {{8191, "News"}, {0, "News"}, {0, ""}};
     for (const Case& c : cases) {
         d.demux.SetReportedPid(ES_TYPE_VIDEO, 0, c.pid);
-        d.videoDecoder.Configure([&](hisiav_test::FakeVideoDecoderState& s) { s.serviceNames[7] = c.name; });
+        d.videoDecoder.Configure([&](stbav_test::FakeVideoDecoderState& s) { s.serviceNames[7] = c.name; });
         video.Process(true);
         auto sent = adapter.Take();
         ASSERT_FALSE(sent.empty());

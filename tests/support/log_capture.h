@@ -14,7 +14,7 @@
 #include <log4cpp/Category.hh>
 #include <log4cpp/Priority.hh>
 
-namespace hisiav_test {
+namespace stbav_test {
 
 // Polls pred every 2 ms until it holds or the limit passes.
 template <typename Pred>
@@ -106,4 +106,4 @@ private:
     std::vector<Attached> m_Attached;
 };
 
-}  // namespace hisiav_test
+}  // namespace stbav_test

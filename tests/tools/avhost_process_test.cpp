@@ -158,14 +158,14 @@ TEST(AvhostProcess, MonitorPrintsJsonAndCapturesUntilTerminated) {
     format.SetDataU32(0x630D0000);
     SsOp ready(OP_TYPE_DATA, 3);
     ready.SetIndexList({0});
-    ready.SetDataU8(std::string("hisiav_ready"));
+    ready.SetDataU8(std::string("stbav_ready"));
     ASSERT_TRUE(daemon.Send(ready));
     ASSERT_TRUE(daemon.Send(format));
     ASSERT_TRUE(child.WaitForOutput("\"text\":\"1920x1080p 16x9 50.00fps\"}\n")) << child.Stdout();
     child.Signal(SIGTERM);
     EXPECT_EQ(child.Wait(), 0) << child.Stderr();
-    EXPECT_NE(child.Stdout().find(R"("dir":"<","op":"hisisystemReady","opId":3,"opType":0,"type":"VT_INT8",)"
-                                  R"("index":0,"value":"hisiav_ready"})"),
+    EXPECT_NE(child.Stdout().find(R"("dir":"<","op":"stbsystemReady","opId":3,"opType":0,"type":"VT_INT8",)"
+                                  R"("index":0,"value":"stbav_ready"})"),
               std::string::npos)
         << child.Stdout();
 

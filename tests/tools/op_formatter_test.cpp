@@ -36,11 +36,11 @@ TEST(OpFormatter, ShowsEachValueByItsDictionaryType) {
          R"({"t":1.234,"dir":"<","op":"videooutputCurrentOutputFormat","opId":267,"opType":0,"type":"VT_UINT32",)"
          R"("index":1,"value":1661796352,"text":"1920x1080p 16x9 50.00fps"})"},
         // status texts travel under numeric types: shown as text
-        {"00 03 00 01 00 0C 68 69 73 69 61 76 5F 72 65 61 64 79", "   1.234 < hisisystemReady[0] = \"hisiav_ready\"",
-         R"({"t":1.234,"dir":"<","op":"hisisystemReady","opId":3,"opType":0,"type":"VT_INT8","index":0,)"
-         R"("value":"hisiav_ready"})"},
-        {"00 02 00 04 00 00 00 00 03 31 2E 30", "   1.234 < hisisystemSoftwareVersion[0] = \"1.0\"",
-         R"({"t":1.234,"dir":"<","op":"hisisystemSoftwareVersion","opId":2,"opType":0,"type":"VT_UINT32",)"
+        {"00 03 00 01 00 0B 73 74 62 61 76 5F 72 65 61 64 79", "   1.234 < stbsystemReady[0] = \"stbav_ready\"",
+         R"({"t":1.234,"dir":"<","op":"stbsystemReady","opId":3,"opType":0,"type":"VT_INT8","index":0,)"
+         R"("value":"stbav_ready"})"},
+        {"00 02 00 04 00 00 00 00 03 31 2E 30", "   1.234 < stbsystemSoftwareVersion[0] = \"1.0\"",
+         R"({"t":1.234,"dir":"<","op":"stbsystemSoftwareVersion","opId":2,"opType":0,"type":"VT_UINT32",)"
          R"("index":0,"value":"1.0"})"},
         {"00 14 00 01 02 01 FA", "   1.234 < analogaudioOutputLevel[2] = -6", nullptr},
         {"00 D5 00 01 00 02 FF FF", "   1.234 < selectedaudioPid[0] = -1", nullptr},

@@ -34,7 +34,7 @@ TEST(ParseSessionLine, KnowsTheCommandsAndSaysWhatIsWrong) {
         {"send serviceselectionServiceName=\"My \\\"TV\\\"\"", true, true, ""},
         {"  apply  # go", true, true, ""},
         {"wait 0.5", true, true, ""},
-        {"expect hisisystemReady=hisiav_ready 3", true, true, ""},
+        {"expect stbsystemReady=stbav_ready 3", true, true, ""},
         {"expect videoWidth", true, true, ""},
         {"raw 0F 06 00 00 00 00 10", true, true, ""},
         {"# a comment", true, false, ""},
@@ -80,7 +80,7 @@ TEST(ExpectSpec, MatchesByNameIndexAndValue) {
         {"expect videoWidth=1920@3", "videoWidth=1920@2", false},
         {"expect videoWidth=1921", "videoWidth=1920", false},
         {"expect videoHeight", "videoWidth=1920", false},
-        {"expect hisisystemReady=hisiav_ready", "serviceselectionServiceName=hisiav_ready", false},
+        {"expect stbsystemReady=stbav_ready", "serviceselectionServiceName=stbav_ready", false},
         {"expect videooutputCurrentOutputFormat=1920x1080p50", "videooutputCurrentOutputFormat=0x630D0000", true},
         {"expect videooutputCurrentOutputFormat=1920x1080p25", "videooutputCurrentOutputFormat=0x630D0000", false},
     };
@@ -95,10 +95,10 @@ TEST(ExpectSpec, MatchesByNameIndexAndValue) {
     SessionCommand command;
     bool isCommand = false;
     std::string error;
-    ASSERT_TRUE(ParseSessionLine(catalog, "expect hisisystemReady=hisiav_ready", command, isCommand, error));
+    ASSERT_TRUE(ParseSessionLine(catalog, "expect stbsystemReady=stbav_ready", command, isCommand, error));
     SsOp ready(OP_TYPE_DATA, 3);
     ready.SetIndexList({0});
-    ready.SetDataU8(std::string("hisiav_ready"));
+    ready.SetDataU8(std::string("stbav_ready"));
     EXPECT_TRUE(command.expect.Matches(ready, formatter));
 }
 

@@ -29,7 +29,7 @@ TEST(ParseAssignment, BuildsTheImageByTheEntrysValueAndIndexType) {
         {"avssHeartBeat=4294967295", "00 70 00 01 00 04 FF FF FF FF"},     // VT_UINT32
         {"avssconfigGenlockAvail=true", "00 68 00 01 00 01 01"},            // VT_BOOL
         {"avssconfigGenlockAvail=1", "00 68 00 01 00 01 01"},
-        {"hisisystemSoftwareVersion=7@0x01020304", "00 02 00 04 01 02 03 04 04 00 00 00 07"},  // 4-byte index
+        {"stbsystemSoftwareVersion=7@0x01020304", "00 02 00 04 01 02 03 04 04 00 00 00 07"},  // 4-byte index
         {"serviceselectionServiceName=My TV", "00 F9 00 01 00 05 4D 79 20 54 56"},
         {"serviceselectionServiceName=a=b@c@2", "00 F9 00 01 02 05 61 3D 62 40 63"},  // '=' and '@' in text
         {"videooutputManualFormat=1920x1080p50", "00 0A 01 01 00 04 63 0D 00 00"},

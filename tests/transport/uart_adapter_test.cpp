@@ -263,7 +263,7 @@ TEST_F(UartAdapterPty, ClosedHostSideDoesNotMakeTheReaderSpin) {
 TEST(UartAdapter, MissingDeviceStartsNoThread) {
     PrintCapture prints;
     const size_t threadsBefore = ThreadNames().size();
-    CUartAdapter adapter(std::string("/dev/hisiav-no-such-tty"));
+    CUartAdapter adapter(std::string("/dev/stbav-no-such-tty"));
     EXPECT_FALSE(adapter.StartReceiveOps());
     EXPECT_EQ(ThreadNames().size(), threadsBefore);
     EXPECT_TRUE(prints.Contains("Uart receive thread error: ReadPort could not be opened"));

@@ -1,6 +1,6 @@
 // The upgrade file receiver's accept and read loop. Everything below except the
 // constructor and destructor runs on the "ReceiveFile" thread.
-#include "control/hisi_receive_upgrade_file.h"
+#include "control/stb_receive_upgrade_file.h"
 
 #include <arpa/inet.h>
 #include <errno.h>
@@ -26,7 +26,7 @@ const size_t kPathBufferSize = 1024;
 // accept and read wait at most this long before looking for a cancel.
 const int kPollTimeoutMs = 200;
 
-#define RECEIVER_LOG_PREFIX "HisiReceiveUpgradeFile::ReceiveUpgradeFileProcess() - "
+#define RECEIVER_LOG_PREFIX "StbReceiveUpgradeFile::ReceiveUpgradeFileProcess() - "
 const char* const kEintrText = RECEIVER_LOG_PREFIX "Error: call accept failed by EINTR!\n";
 
 // A short write is continued; a failed one is not reported (the peer's close
@@ -43,30 +43,30 @@ void WriteAll(int fd, const char* data, size_t size) {
 
 }  // namespace
 
-HisiReceiveUpgradeFile::HisiReceiveUpgradeFile(uint16_t port)
-    : m_Logger(hisiav::Logger("hisiav.HisiReceiveUpgradeFile")),
+StbReceiveUpgradeFile::StbReceiveUpgradeFile(uint16_t port)
+    : m_Logger(stbav::Logger("stbav.StbReceiveUpgradeFile")),
       m_Port(port),
-      m_Thread(KT::MakeFunctor(this, &HisiReceiveUpgradeFile::ReceiveUpgradeFileProcess), "ReceiveFile",
+      m_Thread(KT::MakeFunctor(this, &StbReceiveUpgradeFile::ReceiveUpgradeFileProcess), "ReceiveFile",
                KT::CThread::GetPriority()) {
     m_Thread.Run();
 }
 
-HisiReceiveUpgradeFile::~HisiReceiveUpgradeFile() {
+StbReceiveUpgradeFile::~StbReceiveUpgradeFile() {
     m_Thread.Cancel();
     // The body leaves its sockets open when it gives up on the target file.
     CloseFd(m_ConnFd);
     CloseFd(m_ListenFd);
 }
 
-void HisiReceiveUpgradeFile::CloseFd(std::atomic<int>& fd) {
+void StbReceiveUpgradeFile::CloseFd(std::atomic<int>& fd) {
     int old = fd.exchange(-1);
     if (old >= 1) close(old);
 }
 
-bool HisiReceiveUpgradeFile::ReceiveUpgradeFileProcess() {
+bool StbReceiveUpgradeFile::ReceiveUpgradeFileProcess() {
     int s = socket(AF_INET, SOCK_STREAM, 0);
     if (s < 0) {
-        hisiav::LogError(m_Logger, RECEIVER_LOG_PREFIX "Error: call socket %s!\n", strerror(errno));
+        stbav::LogError(m_Logger, RECEIVER_LOG_PREFIX "Error: call socket %s!\n", strerror(errno));
         return false;
     }
     m_ListenFd = s;
@@ -82,7 +82,7 @@ bool HisiReceiveUpgradeFile::ReceiveUpgradeFileProcess() {
     // A port already in use is reported but does not stop the thread: listen
     // then binds an arbitrary port on Linux and nobody ever connects.
     if (bind(s, reinterpret_cast<sockaddr*>(&addr), sizeof addr) != 0) {
-        hisiav::LogWarn(m_Logger, RECEIVER_LOG_PREFIX "Warning: call bind port %u: %s!\n", unsigned(m_Port),
+        stbav::LogWarn(m_Logger, RECEIVER_LOG_PREFIX "Warning: call bind port %u: %s!\n", unsigned(m_Port),
                         strerror(errno));
     }
     (void)listen(s, kListenBacklog);
@@ -91,13 +91,13 @@ bool HisiReceiveUpgradeFile::ReceiveUpgradeFileProcess() {
         if (!AcceptOne()) return false;
     }
     CloseFd(m_ListenFd);
-    hisiav::LogInfo(m_Logger, RECEIVER_LOG_PREFIX "recv file successfule!\n");
+    stbav::LogInfo(m_Logger, RECEIVER_LOG_PREFIX "recv file successfule!\n");
     return true;
 }
 
 // True when fd has something to read (or an error to report) within one poll
 // period; false on a time-out or an interrupted poll.
-bool HisiReceiveUpgradeFile::WaitReadable(int fd) {
+bool StbReceiveUpgradeFile::WaitReadable(int fd) {
     pollfd p;
     p.fd = fd;
     p.events = POLLIN;
@@ -107,14 +107,14 @@ bool HisiReceiveUpgradeFile::WaitReadable(int fd) {
 
 // One accept and, if it gives a connection, one whole file. False only when the
 // target file cannot be opened.
-bool HisiReceiveUpgradeFile::AcceptOne() {
+bool StbReceiveUpgradeFile::AcceptOne() {
     if (!WaitReadable(m_ListenFd)) return true;
     int conn = accept(m_ListenFd, nullptr, nullptr);
     if (conn < 0) {
         if (errno == EINTR) {
-            hisiav::LogError(m_Logger, "%s", kEintrText);
+            stbav::LogError(m_Logger, "%s", kEintrText);
         } else {
-            hisiav::LogError(m_Logger, RECEIVER_LOG_PREFIX "Error: call accept %s!\n", strerror(errno));
+            stbav::LogError(m_Logger, RECEIVER_LOG_PREFIX "Error: call accept %s!\n", strerror(errno));
             // A socket that cannot listen fails every accept at once: do not spin.
             KT::CThread::Sleep(kPollTimeoutMs);
         }
@@ -124,20 +124,20 @@ bool HisiReceiveUpgradeFile::AcceptOne() {
     fcntl(conn, F_SETFL, fcntl(conn, F_GETFL) | O_NONBLOCK);
 
     char path[kPathBufferSize];
-    snprintf(path, sizeof path, "%s", hisiav::paths::Resolve(hisiav::paths::kUpgradePackage).c_str());
+    snprintf(path, sizeof path, "%s", stbav::paths::Resolve(stbav::paths::kUpgradePackage).c_str());
     int file = open(path, O_RDWR | O_CREAT | O_TRUNC, 0777);
     if (file < 0) {
-        hisiav::LogError(m_Logger, RECEIVER_LOG_PREFIX "Error: call open faild: %s!\n", strerror(errno));
+        stbav::LogError(m_Logger, RECEIVER_LOG_PREFIX "Error: call open faild: %s!\n", strerror(errno));
         return false;
     }
     switch (CopyToFile(conn, file)) {
         case ReadEnd::kEndOfStream:
-            hisiav::LogInfo(m_Logger, RECEIVER_LOG_PREFIX "close connect!\n");
-            hisiav::LogInfo(m_Logger, RECEIVER_LOG_PREFIX "recv file successfule!\n");
+            stbav::LogInfo(m_Logger, RECEIVER_LOG_PREFIX "close connect!\n");
+            stbav::LogInfo(m_Logger, RECEIVER_LOG_PREFIX "recv file successfule!\n");
             fsync(file);
             break;
         case ReadEnd::kError:
-            hisiav::LogError(m_Logger, RECEIVER_LOG_PREFIX "recv file failed!\n");
+            stbav::LogError(m_Logger, RECEIVER_LOG_PREFIX "recv file failed!\n");
             break;
         case ReadEnd::kCancelled:
             break;
@@ -150,7 +150,7 @@ bool HisiReceiveUpgradeFile::AcceptOne() {
 // Copies the connection into the file until the peer closes, a read fails, or
 // the thread is cancelled. The connection is non-blocking: read first, wait
 // only when nothing is there.
-HisiReceiveUpgradeFile::ReadEnd HisiReceiveUpgradeFile::CopyToFile(int conn, int file) {
+StbReceiveUpgradeFile::ReadEnd StbReceiveUpgradeFile::CopyToFile(int conn, int file) {
     char buffer[kReceiveBufferSize];
     while (!KT::CThread::IsCancelRequested()) {
         ssize_t n = read(conn, buffer, sizeof buffer);
@@ -161,9 +161,9 @@ HisiReceiveUpgradeFile::ReadEnd HisiReceiveUpgradeFile::CopyToFile(int conn, int
         } else if (errno == EAGAIN || errno == EWOULDBLOCK) {
             WaitReadable(conn);
         } else if (errno == EINTR) {
-            hisiav::LogError(m_Logger, "%s", kEintrText);
+            stbav::LogError(m_Logger, "%s", kEintrText);
         } else {
-            hisiav::LogError(m_Logger, RECEIVER_LOG_PREFIX "Error: call read: %s!\n", strerror(errno));
+            stbav::LogError(m_Logger, RECEIVER_LOG_PREFIX "Error: call read: %s!\n", strerror(errno));
             return ReadEnd::kError;
         }
     }

@@ -1,4 +1,4 @@
-// HisiVideoOutput: turns the output format chosen by the output settings
+// StbVideoOutput: turns the output format chosen by the output settings
 // manager into the display's format and rate codes (vout_display_set).
 // Poller thread. Handles come from the chip bring-up; owned by the assembly.
 #pragma once
@@ -13,9 +13,9 @@
 #include "platform/i_video_output.h"
 #include "platform/stb_module.h"
 
-class HisiVideoOutput : public IVideoOutput, public IDecoderEventSource, public IDecoderControl {
+class StbVideoOutput : public IVideoOutput, public IDecoderEventSource, public IDecoderControl {
 public:
-    HisiVideoOutput();
+    StbVideoOutput();
 
     // Reads the display attributes, sets the format code (word 0) and the rate
     // code (word 1) and writes them back. True when the display took them; only

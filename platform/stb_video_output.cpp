@@ -1,5 +1,5 @@
 // Display format and rate codes for the output format. Poller thread.
-#include "platform/hisi_video_output.h"
+#include "platform/stb_video_output.h"
 
 #include <cstring>
 
@@ -68,15 +68,15 @@ uint32_t RateForFormat(uint32_t format, uint32_t rate) {
 
 }  // namespace
 
-HisiVideoOutput::HisiVideoOutput() : m_Logger(hisiav::Logger("hisiav.hisivideooutput")) {}
+StbVideoOutput::StbVideoOutput() : m_Logger(stbav::Logger("stbav.stbvideooutput")) {}
 
-bool HisiVideoOutput::SetFormat(uint32_t width, uint32_t height, VideoScanType_e scanType,
+bool StbVideoOutput::SetFormat(uint32_t width, uint32_t height, VideoScanType_e scanType,
                                 VideoFrameRate_e frameRate, VideoAspectRatio_e aspectRatio,
                                 _VOUT_FORMAT_E compositeStd, VideoOutputInterface_e outputInterface) {
     VoutDisplayAttr attr;
     memset(&attr, 0, sizeof attr);
     vout_display_get(m_VoutHandle, &attr);  // a failed read leaves zeros, which the set below replaces
-    hisiav::LogDebug(m_Logger,
+    stbav::LogDebug(m_Logger,
                      "SetFormat width: %d, height: %d, scanType: %d, frameRate: %d, aspectRatio: %d, "
                      "compositeStdFormat: %d, videoOutputInterface: %d",
                      static_cast<int>(width), static_cast<int>(height), static_cast<int>(scanType),
@@ -86,7 +86,7 @@ bool HisiVideoOutput::SetFormat(uint32_t width, uint32_t height, VideoScanType_e
     attr.format = FormatCode(width, height, interlaced, compositeStd, outputInterface, attr.format);
     attr.rate = RateForFormat(attr.format, RateCode(frameRate, interlaced, attr.rate));
     if (vout_display_set(m_VoutHandle, &attr) != 0) {
-        hisiav::LogError(m_Logger, "set vout format failed\n");
+        stbav::LogError(m_Logger, "set vout format failed\n");
         return false;
     }
     m_Width = width;
@@ -97,7 +97,7 @@ bool HisiVideoOutput::SetFormat(uint32_t width, uint32_t height, VideoScanType_e
     return true;
 }
 
-bool HisiVideoOutput::GetFormat(uint32_t& width, uint32_t& height, VideoScanType_e& scanType,
+bool StbVideoOutput::GetFormat(uint32_t& width, uint32_t& height, VideoScanType_e& scanType,
                                 VideoFrameRate_e& frameRate, VideoAspectRatio_e& aspectRatio) {
     width = m_Width;
     height = m_Height;
@@ -107,7 +107,7 @@ bool HisiVideoOutput::GetFormat(uint32_t& width, uint32_t& height, VideoScanType
     return true;
 }
 
-bool HisiVideoOutput::SetLatency(int ms) {
-    hisiav::LogDebug(m_Logger, "%s: ST set latency %d", "SetLatency", ms);
+bool StbVideoOutput::SetLatency(int ms) {
+    stbav::LogDebug(m_Logger, "%s: ST set latency %d", "SetLatency", ms);
     return true;
 }

@@ -1,6 +1,6 @@
-// HisiAvOpSender: status values become typed operations on the adapter. The
+// StbAvOpSender: status values become typed operations on the adapter. The
 // adapter is a recording subclass whose port does not exist.
-#include "control/hisi_av_op_sender.h"
+#include "control/stb_av_op_sender.h"
 
 #include <gtest/gtest.h>
 
@@ -18,7 +18,7 @@ namespace {
 
 class RecordingAdapter : public CUartAdapter {
 public:
-    RecordingAdapter() : CUartAdapter(std::string("/dev/hisiav-sender-test-none")) {}
+    RecordingAdapter() : CUartAdapter(std::string("/dev/stbav-sender-test-none")) {}
     bool SendOperation(SsOp& op) override {
         Bytes image;
         op.GetSerializedOp(image);
@@ -29,22 +29,22 @@ public:
     bool result = true;
 };
 
-class HisiAvOpSenderTest : public ::testing::Test {
+class StbAvOpSenderTest : public ::testing::Test {
 protected:
-    HisiAvOpSenderTest() {
-        COpSsData** tables[] = {hisiAvSubsystemSsData, videoSsData, selectedServiceSsData, avSsConfigSsData};
+    StbAvOpSenderTest() {
+        COpSsData** tables[] = {stbAvSubsystemSsData, videoSsData, selectedServiceSsData, avSsConfigSsData};
         for (COpSsData** t : tables) dictionary.FillMap(t);
     }
-    hisiav_test::LogCapture log{"hisiav.opsender"};
+    stbav_test::LogCapture log{"stbav.opsender"};
     PrintCapture prints;  // the missing port's message
     RecordingAdapter adapter;
     COpSsDataMap dictionary;
-    HisiAvOpSender sender{adapter, dictionary};
+    StbAvOpSender sender{adapter, dictionary};
 };
 
 }  // namespace
 
-TEST_F(HisiAvOpSenderTest, TypedValueTakesTheDictionaryTypeAndAOneByteIndex) {
+TEST_F(StbAvOpSenderTest, TypedValueTakesTheDictionaryTypeAndAOneByteIndex) {
     sender.TransmitStatus(271u, 0x102u, static_cast<unsigned short>(1920));  // videoWidth, VT_UINT16
     sender.TransmitStatus(274u, 1u, VIDEO_FRAME_RATE_25);                    // videoFrameRate, VT_UINT16
     sender.TransmitStatus(281u, 0u, 0x01020304u);                            // videoAverageBitrate, VT_UINT32
@@ -54,31 +54,31 @@ TEST_F(HisiAvOpSenderTest, TypedValueTakesTheDictionaryTypeAndAOneByteIndex) {
     EXPECT_EQ(adapter.sent[2], (Bytes{0x00, 0x19, 0x01, 0x01, 0x00, 0x04, 0x01, 0x02, 0x03, 0x04}));
 }
 
-TEST_F(HisiAvOpSenderTest, SignedMinusOneGoesAsFF) {
-    sender.TransmitStatus(0u, 1u, static_cast<signed char>(-1));  // hisisystemReset, VT_INT8
+TEST_F(StbAvOpSenderTest, SignedMinusOneGoesAsFF) {
+    sender.TransmitStatus(0u, 1u, static_cast<signed char>(-1));  // stbsystemReset, VT_INT8
     ASSERT_EQ(adapter.sent.size(), 1u);
     EXPECT_EQ(adapter.sent[0], (Bytes{0x00, 0x00, 0x00, 0x01, 0x01, 0x01, 0xFF}));
 }
 
-TEST_F(HisiAvOpSenderTest, TextEntryThroughTheTypedPathOrAnUnknownOpIdSendsNothing) {
+TEST_F(StbAvOpSenderTest, TextEntryThroughTheTypedPathOrAnUnknownOpIdSendsNothing) {
     sender.TransmitStatus(226u, 1u, 5u);  // selectedserviceServiceName, VT_STRING
     sender.TransmitStatus(400u, 1u, 5u);
     EXPECT_TRUE(adapter.sent.empty());
     EXPECT_TRUE(prints.Contains("Unexpected datatype received: 12"));
     EXPECT_EQ(log.Lines(), (std::vector<std::string>{
-                               "ERROR hisiav.opsender: TransmitStatus::SetSsOpData failed, opId: 226, dataType: 12",
-                               "ERROR hisiav.opsender: TransmitStatus: OpId 400 is not in the dictionary"}));
+                               "ERROR stbav.opsender: TransmitStatus::SetSsOpData failed, opId: 226, dataType: 12",
+                               "ERROR stbav.opsender: TransmitStatus: OpId 400 is not in the dictionary"}));
 }
 
-TEST_F(HisiAvOpSenderTest, TextGoesAsStringWhateverTheDictionarySays) {
-    sender.TransmitStatus(2u, 0x1FFu, std::string("1.4.2"));  // hisisystemSoftwareVersion is VT_UINT32
+TEST_F(StbAvOpSenderTest, TextGoesAsStringWhateverTheDictionarySays) {
+    sender.TransmitStatus(2u, 0x1FFu, std::string("1.4.2"));  // stbsystemSoftwareVersion is VT_UINT32
     ASSERT_EQ(adapter.sent.size(), 1u);
     EXPECT_EQ(adapter.sent[0], (Bytes{0x00, 0x02, 0x00, 0x01, 0xFF, 0x05, '1', '.', '4', '.', '2'}));
-    EXPECT_EQ(log.Lines(), (std::vector<std::string>{"DEBUG hisiav.opsender: TransmitStatus::Sending OpId:2 index: 511",
-                                                     "DEBUG hisiav.opsender: TransmitStatus::Pushing op: 2 into UartAdapter..."}));
+    EXPECT_EQ(log.Lines(), (std::vector<std::string>{"DEBUG stbav.opsender: TransmitStatus::Sending OpId:2 index: 511",
+                                                     "DEBUG stbav.opsender: TransmitStatus::Pushing op: 2 into UartAdapter..."}));
 }
 
-TEST_F(HisiAvOpSenderTest, FailedSendsAreLogged) {
+TEST_F(StbAvOpSenderTest, FailedSendsAreLogged) {
     adapter.result = false;
     sender.TransmitStatus(3u, 1u, static_cast<signed char>(1));
     sender.TransmitStatus(2u, 0u, std::string("v"));

@@ -1,4 +1,4 @@
-// HisiReceiveUpgradeFile: a TCP sink that stores each connection's bytes as the
+// StbReceiveUpgradeFile: a TCP sink that stores each connection's bytes as the
 // new upgrade package ("/sdcard/update.zip" under the fixed-path root). Its own
 // thread "ReceiveFile" accepts and reads; the owner constructs (which starts the
 // service) and destroys it (which stops the thread and closes its sockets).
@@ -12,16 +12,16 @@
 #include "toolkit/kt_thread.h"
 #include "toolkit/kt_uncopyable.h"
 
-class HisiReceiveUpgradeFile : private KT::CUncopyable {
+class StbReceiveUpgradeFile : private KT::CUncopyable {
 public:
     static constexpr uint16_t kDefaultPort = 8888;
 
     // Starts listening on the given IPv4 port on all local addresses (8888 by
     // default; tests pass a free port). Returns at once; the thread does the work.
-    explicit HisiReceiveUpgradeFile(uint16_t port = kDefaultPort);
+    explicit StbReceiveUpgradeFile(uint16_t port = kDefaultPort);
     // Stops the thread (it notices within about 200 ms) and closes any socket
     // still open. Called by the owner's thread.
-    ~HisiReceiveUpgradeFile();
+    ~StbReceiveUpgradeFile();
 
     // The thread body: one listening socket, then connections one after another
     // until cancelled. False only when the listening socket cannot be created or

@@ -1,7 +1,7 @@
 // The upgrade file receiver over real TCP connections on 127.0.0.1, with the
 // fixed paths rooted in a temporary folder. The receiver's thread logs; the test
 // thread waits for its lines and reads the target file.
-#include "control/hisi_receive_upgrade_file.h"
+#include "control/stb_receive_upgrade_file.h"
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
@@ -25,10 +25,10 @@
 
 namespace {
 
-using hisiav_test::LogCapture;
-using hisiav_test::WaitUntil;
+using stbav_test::LogCapture;
+using stbav_test::WaitUntil;
 
-#define PREFIX "HisiReceiveUpgradeFile::ReceiveUpgradeFileProcess() - "
+#define PREFIX "StbReceiveUpgradeFile::ReceiveUpgradeFileProcess() - "
 const char* const kSuccess = PREFIX "recv file successfule!\n";
 const char* const kClose = PREFIX "close connect!\n";
 const char* const kFailed = PREFIX "recv file failed!\n";
@@ -84,15 +84,15 @@ std::string Pattern(size_t size, char seed) {
 class UpgradeReceiverTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        char tmpl[] = "/tmp/hisiav-upgrade-XXXXXX";
+        char tmpl[] = "/tmp/stbav-upgrade-XXXXXX";
         ASSERT_NE(mkdtemp(tmpl), nullptr);
         m_Root = tmpl;
         ASSERT_EQ(mkdir((m_Root + "/sdcard").c_str(), 0755), 0);
-        hisiav::paths::SetRoot(m_Root);
+        stbav::paths::SetRoot(m_Root);
         m_Port = FreePort();
     }
     void TearDown() override {
-        hisiav::paths::SetRoot("");
+        stbav::paths::SetRoot("");
         std::system(("rm -rf " + m_Root).c_str());
     }
     std::string Target() const { return m_Root + "/sdcard/update.zip"; }
@@ -113,7 +113,7 @@ protected:
         close(fd);
     }
 
-    LogCapture m_Log{"hisiav.HisiReceiveUpgradeFile"};
+    LogCapture m_Log{"stbav.StbReceiveUpgradeFile"};
     std::string m_Root;
     uint16_t m_Port = 0;
 };
@@ -121,7 +121,7 @@ protected:
 // Each upload replaces the file; an empty connection leaves it empty.
 TEST_F(UpgradeReceiverTest, EachUploadReplacesThePreviousFile) {
     { std::ofstream(Target()) << "previous package"; }
-    HisiReceiveUpgradeFile receiver(m_Port);
+    StbReceiveUpgradeFile receiver(m_Port);
     const std::string uploads[] = {Pattern(100000, 'a'), Pattern(3000, 'q'), ""};
     for (size_t i = 0; i < 3; ++i) {
         Upload(uploads[i]);
@@ -133,7 +133,7 @@ TEST_F(UpgradeReceiverTest, EachUploadReplacesThePreviousFile) {
 }
 
 TEST_F(UpgradeReceiverTest, ResetMidTransferLeavesPartialFileAndLogsFailure) {
-    HisiReceiveUpgradeFile receiver(m_Port);
+    StbReceiveUpgradeFile receiver(m_Port);
     int fd = Connect(m_Port);
     ASSERT_GE(fd, 0);
     SendAll(fd, Pattern(5000, 'x'));
@@ -156,7 +156,7 @@ TEST_F(UpgradeReceiverTest, ResetMidTransferLeavesPartialFileAndLogsFailure) {
 
 TEST_F(UpgradeReceiverTest, MissingTargetFolderLogsOpenFailureAndStopsServing) {
     ASSERT_EQ(rmdir((m_Root + "/sdcard").c_str()), 0);
-    auto receiver = std::make_unique<HisiReceiveUpgradeFile>(m_Port);
+    auto receiver = std::make_unique<StbReceiveUpgradeFile>(m_Port);
     int fd = Connect(m_Port);
     ASSERT_GE(fd, 0);
     std::string text = std::string(PREFIX "Error: call open faild: ") + strerror(ENOENT) + "!\n";
@@ -174,7 +174,7 @@ TEST_F(UpgradeReceiverTest, PortInUseIsReportedAndTheReceiverStillStops) {
     ASSERT_EQ(bind(other, reinterpret_cast<sockaddr*>(&a), sizeof a), 0);
     ASSERT_EQ(listen(other, 1), 0);
     {
-        HisiReceiveUpgradeFile receiver(m_Port);
+        StbReceiveUpgradeFile receiver(m_Port);
         std::string text = std::string(PREFIX "Warning: call bind port ") + std::to_string(m_Port) + ": " +
                            strerror(EADDRINUSE) + "!\n";
         EXPECT_TRUE(m_Log.WaitFor("WARN", text));
@@ -188,7 +188,7 @@ TEST_F(UpgradeReceiverTest, DestructorReturnsPromptlyWhileIdleOrMidTransfer) {
     using Clock = std::chrono::steady_clock;
     for (bool midTransfer : {false, true}) {
         SCOPED_TRACE(midTransfer ? "mid-transfer" : "idle");
-        auto receiver = std::make_unique<HisiReceiveUpgradeFile>(m_Port);
+        auto receiver = std::make_unique<StbReceiveUpgradeFile>(m_Port);
         int fd = Connect(m_Port);
         ASSERT_GE(fd, 0);
         if (midTransfer) {

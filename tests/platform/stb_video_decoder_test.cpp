@@ -2,7 +2,7 @@
 // input of many video streams (one probe pass reads them all; the test switches
 // the player between them), the failure paths, and the event callback arriving
 // on the board's own thread.
-#include "platform/hisi_video_decoder.h"
+#include "platform/stb_video_decoder.h"
 
 #include <cstring>
 #include <functional>
@@ -18,9 +18,9 @@
 
 namespace {
 
-using hisiav_test::BoardTest;
-using hisiav_test::LogCapture;
-using hisiav_test::WaitUntil;
+using stbav_test::BoardTest;
+using stbav_test::LogCapture;
+using stbav_test::WaitUntil;
 
 const char* const kManyVideos =
     "service 1 name=Probe pcr=0x100\n"
@@ -58,10 +58,10 @@ protected:
     }
     void Select(uint16_t pid, uint32_t platformType) { BoardTest::Select(m_Handles.av, true, pid, platformType); }
 
-    LogCapture m_Log{"hisiav.hisivideodecoder"};
-    hisiav_test::BoardHandles m_Handles;
+    LogCapture m_Log{"stbav.stbvideodecoder"};
+    stbav_test::BoardHandles m_Handles;
     FfAvProbe m_Probe;
-    HisiVideoDecoder m_Decoder{m_Probe};
+    StbVideoDecoder m_Decoder{m_Probe};
 };
 
 TEST_F(VideoDecoderTest, AttributesMapFromStatusAndProbe) {
@@ -144,16 +144,16 @@ TEST_F(VideoDecoderTest, StatusFailuresGiveZeroWithTheirLogLine) {
     struct Case {
         const char* name;
         const char* level;
-        std::function<int(HisiVideoDecoder&)> get;
+        std::function<int(StbVideoDecoder&)> get;
     };
     const std::vector<Case> cases = {
-        {"GetChromaFormat", "ERROR", [](HisiVideoDecoder& d) { return int(d.GetChromaFormat()); }},
-        {"GetVideoScanType", "ERROR", [](HisiVideoDecoder& d) { return int(d.GetVideoScanType()); }},
-        {"GetVideoAspectRatio", "WARN", [](HisiVideoDecoder& d) { return int(d.GetVideoAspectRatio()); }},
-        {"GetProfile", "ERROR", [](HisiVideoDecoder& d) { return int(d.GetProfile()); }},
-        {"GetLevel", "ERROR", [](HisiVideoDecoder& d) { return int(d.GetLevel()); }},
-        {"GetBitDepth", "WARN", [](HisiVideoDecoder& d) { return int(d.GetBitDepth()); }},
-        {"GetFrameCount", "WARN", [](HisiVideoDecoder& d) { return int(d.GetFrameCount()); }},
+        {"GetChromaFormat", "ERROR", [](StbVideoDecoder& d) { return int(d.GetChromaFormat()); }},
+        {"GetVideoScanType", "ERROR", [](StbVideoDecoder& d) { return int(d.GetVideoScanType()); }},
+        {"GetVideoAspectRatio", "WARN", [](StbVideoDecoder& d) { return int(d.GetVideoAspectRatio()); }},
+        {"GetProfile", "ERROR", [](StbVideoDecoder& d) { return int(d.GetProfile()); }},
+        {"GetLevel", "ERROR", [](StbVideoDecoder& d) { return int(d.GetLevel()); }},
+        {"GetBitDepth", "WARN", [](StbVideoDecoder& d) { return int(d.GetBitDepth()); }},
+        {"GetFrameCount", "WARN", [](StbVideoDecoder& d) { return int(d.GetFrameCount()); }},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
@@ -191,42 +191,42 @@ TEST_F(VideoDecoderTest, CodecIsReadBackFromThePlayer) {
 // The board calls back from its own thread whenever the decoded format changes;
 // the window is reopened once per new source height.
 TEST_F(VideoDecoderTest, FormatEventsReopenTheWindowOncePerNewHeight) {
-    AvEventConfig events{2, &HisiVideoDecoder::AvEventCallback, 1};
+    AvEventConfig events{2, &StbVideoDecoder::AvEventCallback, 1};
     ASSERT_EQ(av_set_event_config(m_Handles.av, &events, 2), 0);
     auto opens = [] { return stbsim::State().display.windowOpenCount; };
     const uint32_t before = opens();
 
     Select(0x110, 5);  // 1080 lines, 4:2:2
-    ASSERT_TRUE(WaitUntil([] { return HisiVideoDecoder::m_NewSrcHeight == 1080; }));
+    ASSERT_TRUE(WaitUntil([] { return StbVideoDecoder::m_NewSrcHeight == 1080; }));
     ASSERT_TRUE(WaitUntil([&] { return opens() == before + 1; }));
-    EXPECT_EQ(HisiVideoDecoder::m_OldSrcHeight.load(), 1080u);
-    EXPECT_EQ(HisiVideoDecoder::m_ChromaFormat.load(), 2u);
-    EXPECT_EQ(HisiVideoDecoder::m_AspectRatio.load(), 1u);
+    EXPECT_EQ(StbVideoDecoder::m_OldSrcHeight.load(), 1080u);
+    EXPECT_EQ(StbVideoDecoder::m_ChromaFormat.load(), 2u);
+    EXPECT_EQ(StbVideoDecoder::m_AspectRatio.load(), 1u);
 
     ASSERT_TRUE(stbsim::ChangeVideo("pid=0x110 width=3840 height=2160 chroma=4:2:0"));
-    ASSERT_TRUE(WaitUntil([] { return HisiVideoDecoder::m_NewSrcHeight == 2160; }));
+    ASSERT_TRUE(WaitUntil([] { return StbVideoDecoder::m_NewSrcHeight == 2160; }));
     ASSERT_TRUE(WaitUntil([&] { return opens() == before + 2; }));
 
     // Same height, other chroma and aspect: recorded, no reopen.
     ASSERT_TRUE(stbsim::ChangeVideo("pid=0x110 chroma=4:4:4 aspect=4:3"));
-    ASSERT_TRUE(WaitUntil([] { return HisiVideoDecoder::m_ChromaFormat == 3; }));
-    EXPECT_EQ(HisiVideoDecoder::m_AspectRatio.load(), 2u);
+    ASSERT_TRUE(WaitUntil([] { return StbVideoDecoder::m_ChromaFormat == 3; }));
+    EXPECT_EQ(StbVideoDecoder::m_AspectRatio.load(), 2u);
     EXPECT_EQ(opens(), before + 2);
 }
 
 TEST_F(VideoDecoderTest, CallbackIgnoresOtherEventsAndMissingData) {
     uint32_t words[32] = {};
     words[15] = 576;
-    EXPECT_EQ(HisiVideoDecoder::AvEventCallback(1, AV_EVENT_NONE, words), 0);
-    EXPECT_EQ(HisiVideoDecoder::AvEventCallback(1, AV_EVENT_VIDEO_FORMAT_CHANGED, nullptr), 0);
-    EXPECT_EQ(HisiVideoDecoder::m_NewSrcHeight.load(), 0u);
+    EXPECT_EQ(StbVideoDecoder::AvEventCallback(1, AV_EVENT_NONE, words), 0);
+    EXPECT_EQ(StbVideoDecoder::AvEventCallback(1, AV_EVENT_VIDEO_FORMAT_CHANGED, nullptr), 0);
+    EXPECT_EQ(StbVideoDecoder::m_NewSrcHeight.load(), 0u);
     words[1] = 7;  // unknown chroma code
     words[20] = 5;
     words[21] = 4;
-    EXPECT_EQ(HisiVideoDecoder::AvEventCallback(1, AV_EVENT_VIDEO_FORMAT_CHANGED, words), 0);
-    EXPECT_EQ(HisiVideoDecoder::m_NewSrcHeight.load(), 576u);
-    EXPECT_EQ(HisiVideoDecoder::m_ChromaFormat.load(), 0u);
-    EXPECT_EQ(HisiVideoDecoder::m_AspectRatio.load(), 0u);
+    EXPECT_EQ(StbVideoDecoder::AvEventCallback(1, AV_EVENT_VIDEO_FORMAT_CHANGED, words), 0);
+    EXPECT_EQ(StbVideoDecoder::m_NewSrcHeight.load(), 576u);
+    EXPECT_EQ(StbVideoDecoder::m_ChromaFormat.load(), 0u);
+    EXPECT_EQ(StbVideoDecoder::m_AspectRatio.load(), 0u);
 }
 
 }  // namespace

@@ -9,16 +9,16 @@
 #include <gtest/gtest.h>
 
 #include "platform/ff_av_probe.h"
-#include "platform/hisi_audio_decoder.h"
-#include "platform/hisi_audio_output.h"
+#include "platform/stb_audio_decoder.h"
+#include "platform/stb_audio_output.h"
 #include "tests/platform/board_fixture.h"
 #include "tests/support/log_capture.h"
 
 namespace {
 
-using hisiav_test::BoardTest;
-using hisiav_test::LogCapture;
-using hisiav_test::WaitUntil;
+using stbav_test::BoardTest;
+using stbav_test::LogCapture;
+using stbav_test::WaitUntil;
 
 const char* const kManyAudios =
     "service 1 name=Sound pcr=0x100\n"
@@ -43,10 +43,10 @@ protected:
     }
     void Select(uint16_t pid, uint32_t platformType) { BoardTest::Select(m_Handles.av, false, pid, platformType); }
 
-    LogCapture m_Log{"hisiav.hisiaudiodecoder"};
-    hisiav_test::BoardHandles m_Handles;
+    LogCapture m_Log{"stbav.stbaudiodecoder"};
+    stbav_test::BoardHandles m_Handles;
     FfAvProbe m_Probe;
-    HisiAudioDecoder m_Decoder{m_Probe};
+    StbAudioDecoder m_Decoder{m_Probe};
 };
 
 TEST_F(AudioDecoderTest, AttributesMapFromStatusAndProbe) {
@@ -106,8 +106,8 @@ protected:
         BoardTest::SetUp();
         m_Output.BondOutHandle(BringUpByHand().aout);
     }
-    LogCapture m_Log{"hisiav.hisiaudiooutput"};
-    HisiAudioOutput m_Output;
+    LogCapture m_Log{"stbav.stbaudiooutput"};
+    StbAudioOutput m_Output;
 };
 
 TEST_F(AudioOutputTest, VolumeRanges) {
@@ -152,7 +152,7 @@ TEST_F(AudioOutputTest, AnalogVolumeInDbAndItsFailures) {
     EXPECT_TRUE(m_Log.Has("ERROR", "set analog audio volume failed: 0xffffffff."));
 
     Fail("aout_set_volume");
-    EXPECT_EQ(m_Output.SetVolume(AOUT_DEVICE_ANALOG, true, 50), hisiav_test::kInjected);
+    EXPECT_EQ(m_Output.SetVolume(AOUT_DEVICE_ANALOG, true, 50), stbav_test::kInjected);
     EXPECT_TRUE(m_Log.Has("ERROR", "call aout_set_volume failed: 0x1234."));
     Fail("aout_set_volume");
     EXPECT_FALSE(m_Output.SetAnalogVolume(0));

@@ -1,5 +1,5 @@
 // The audio decoder's getters and code mappings. Poller thread.
-#include "platform/hisi_audio_decoder.h"
+#include "platform/stb_audio_decoder.h"
 
 #include <cstring>
 
@@ -42,54 +42,54 @@ uint32_t BitsPerSampleCode(uint32_t bits) {
 
 }  // namespace
 
-HisiAudioDecoder::HisiAudioDecoder(FfAvProbe& probe)
-    : m_Logger(hisiav::Logger("hisiav.hisiaudiodecoder")), m_Probe(probe) {}
+StbAudioDecoder::StbAudioDecoder(FfAvProbe& probe)
+    : m_Logger(stbav::Logger("stbav.stbaudiodecoder")), m_Probe(probe) {}
 
-bool HisiAudioDecoder::ReadStatus(AvStatusInfo& status) {
+bool StbAudioDecoder::ReadStatus(AvStatusInfo& status) {
     memset(&status, 0, sizeof status);
     return av_get_status_info(m_AvHandle, &status) == 0;
 }
 
-bool HisiAudioDecoder::SetCodec(AudioType_e codec) {
-    hisiav::LogDebug(m_Logger, "%s: codec - %d", "SetCodec", static_cast<int>(codec));
+bool StbAudioDecoder::SetCodec(AudioType_e codec) {
+    stbav::LogDebug(m_Logger, "%s: codec - %d", "SetCodec", static_cast<int>(codec));
     if (codec == m_Codec) return false;
     m_Codec = codec;
     return true;
 }
 
-AudioTypeStatus_e HisiAudioDecoder::GetCodec() {
+AudioTypeStatus_e StbAudioDecoder::GetCodec() {
     AvStatusInfo s;
     return ReadStatus(s) ? CodecFromStatusFormat(s.audio_format) : AUDIO_TYPE_STATUS_NONE;
 }
 
-AudioChannelCoding_e HisiAudioDecoder::GetCodingMode() {
+AudioChannelCoding_e StbAudioDecoder::GetCodingMode() {
     AvStatusInfo s;
     if (!ReadStatus(s)) return AUDIO_CHANNEL_CODING_UNKNOWN;
     return CodingFromChannels(m_Probe.GetAudioChannels(s.audio_pid));
 }
 
-uint32_t HisiAudioDecoder::GetBitRate() {
+uint32_t StbAudioDecoder::GetBitRate() {
     AvStatusInfo s;
     if (!ReadStatus(s)) return 0;
     return static_cast<uint32_t>(m_Probe.GetAudioBitRate(s.audio_pid) & 0xFFFFFFFFu);
 }
 
-uint32_t HisiAudioDecoder::GetBitsPerSample() {
+uint32_t StbAudioDecoder::GetBitsPerSample() {
     AvStatusInfo s;
     return ReadStatus(s) ? BitsPerSampleCode(s.audio_bits_per_sample) : 0;
 }
 
-uint32_t HisiAudioDecoder::GetSamplingRate() {
+uint32_t StbAudioDecoder::GetSamplingRate() {
     AvStatusInfo s;
     return ReadStatus(s) ? m_Probe.GetAudioSampleRate(s.audio_pid) : 0;
 }
 
-uint32_t HisiAudioDecoder::GetFrameCount() {
+uint32_t StbAudioDecoder::GetFrameCount() {
     AvStatusInfo s;
     return ReadStatus(s) ? s.audio_frame_count : 0;
 }
 
-uint64_t HisiAudioDecoder::GetPts() {
+uint64_t StbAudioDecoder::GetPts() {
     AvStatusInfo s;
     return ReadStatus(s) ? s.audio_pts : 0;
 }

@@ -1,4 +1,4 @@
-// HisiDemux: the programme settings of the one decoded service. Each setter changes
+// StbDemux: the programme settings of the one decoded service. Each setter changes
 // one field of the player's settings and restarts the player (stop, configure,
 // start) only when they differ from what was applied last. No lock: poller thread
 // only. Owned by the subsystem assembly; the AV handle comes from the chip bring-up.
@@ -15,9 +15,9 @@
 #include "platform/i_demux.h"
 #include "platform/stb_module.h"
 
-class HisiDemux : public IDemux, public IDecoderControl {
+class StbDemux : public IDemux, public IDecoderControl {
 public:
-    HisiDemux();
+    StbDemux();
 
     bool SetPid(uint16_t pid, EsType_e type) override;
     // False on a failed settings read, an index out of range for the audio and

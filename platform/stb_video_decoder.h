@@ -1,4 +1,4 @@
-// HisiVideoDecoder: the video decoder over the media library. Its getters run on
+// StbVideoDecoder: the video decoder over the media library. Its getters run on
 // the poller thread and read the live status record and the stream probe's cache.
 // AvEventCallback runs on the library's event thread and writes the class-wide
 // atomics below. Owned by the subsystem assembly; holds the probe by reference.
@@ -16,9 +16,9 @@
 #include "platform/i_video_decoder.h"
 #include "platform/stb_module.h"
 
-class HisiVideoDecoder : public IVideoDecoder, public IDecoderControl {
+class StbVideoDecoder : public IVideoDecoder, public IDecoderControl {
 public:
-    explicit HisiVideoDecoder(FfAvProbe& probe);
+    explicit StbVideoDecoder(FfAvProbe& probe);
 
     bool SetCodec(VideoType_e codec) override;
     VideoType_e GetCodec() override;

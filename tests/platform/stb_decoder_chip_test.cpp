@@ -1,7 +1,7 @@
 // The decoder chip's bring-up, start and tear-down against the virtual board:
 // call order read back from the board's journal, every failing step driven by
 // fault injection, the handles reaching the adapters.
-#include "platform/hisi_decoder_chip.h"
+#include "platform/stb_decoder_chip.h"
 
 #include <sys/stat.h>
 
@@ -20,9 +20,9 @@
 
 namespace {
 
-using hisiav_test::BoardTest;
-using hisiav_test::LogCapture;
-using hisiav_test::WaitUntil;
+using stbav_test::BoardTest;
+using stbav_test::LogCapture;
+using stbav_test::WaitUntil;
 
 const std::vector<std::string> kBringUpCalls = {
     "system_init",     "av_init",           "av_create",          "aout_init",          "aout_open",
@@ -40,31 +40,31 @@ const std::vector<std::string> kTearDownCalls = {
 // Every adapter the chip wires, owned here as the subsystem assembly would.
 struct Adapters {
     explicit Adapters(uint32_t audioCount = 2, size_t audioDecoders = 2) : count(audioCount) {
-        for (size_t i = 0; i < audioDecoders; ++i) audio.push_back(KT::MakeShared<HisiAudioDecoder>(probe));
-        chip = std::make_unique<HisiDecoderChip>(demux, audio, count, videoDecoder, videoOutput, audioOutput,
+        for (size_t i = 0; i < audioDecoders; ++i) audio.push_back(KT::MakeShared<StbAudioDecoder>(probe));
+        chip = std::make_unique<StbDecoderChip>(demux, audio, count, videoDecoder, videoOutput, audioOutput,
                                                  captions, probe);
     }
     FfAvProbe probe;
-    HisiDemux demux;
-    HisiVideoDecoder videoDecoder{probe};
-    HisiVideoOutput videoOutput;
-    HisiAudioOutput audioOutput;
-    HisiClosedCaption captions;
-    std::vector<KT::CSharedPtr<HisiAudioDecoder>> audio;
+    StbDemux demux;
+    StbVideoDecoder videoDecoder{probe};
+    StbVideoOutput videoOutput;
+    StbAudioOutput audioOutput;
+    StbClosedCaption captions;
+    std::vector<KT::CSharedPtr<StbAudioDecoder>> audio;
     uint32_t count;
-    std::unique_ptr<HisiDecoderChip> chip;  // destroyed first
+    std::unique_ptr<StbDecoderChip> chip;  // destroyed first
 };
 
 class DecoderChipTest : public BoardTest {
 protected:
-    LogCapture m_Log{"hisiav.decoderchip"};
+    LogCapture m_Log{"stbav.decoderchip"};
 };
 
 TEST_F(DecoderChipTest, BringUpCallsTheSixteenStepsInOrder) {
     Adapters a;
-    ASSERT_EQ(a.chip->HisiControlInit(), 0);
+    ASSERT_EQ(a.chip->StbControlInit(), 0);
     EXPECT_EQ(Calls(), kBringUpCalls);
-    EXPECT_TRUE(m_Log.Has("DEBUG", "HisiControlInit: Finish Hisi control init"));
+    EXPECT_TRUE(m_Log.Has("DEBUG", "StbControlInit: Finish Stb control init"));
     EXPECT_TRUE(m_Log.Has("DEBUG", "Finish getting video output dispaly"));
     auto s = stbsim::State();
     EXPECT_EQ(s.display.attr.format, 11u);
@@ -103,9 +103,9 @@ TEST_F(DecoderChipTest, FailingBringUpStepStopsAtOnceAndReleasesNothing) {
         {
             Adapters a;
             Fail(c.function);
-            EXPECT_EQ(a.chip->HisiControlInit(), -1);
+            EXPECT_EQ(a.chip->StbControlInit(), -1);
             EXPECT_TRUE(m_Log.Has("ERROR", c.text));
-            EXPECT_FALSE(m_Log.Has("DEBUG", "HisiControlInit: Finish Hisi control init"));
+            EXPECT_FALSE(m_Log.Has("DEBUG", "StbControlInit: Finish Stb control init"));
             auto calls = Calls();
             ASSERT_FALSE(calls.empty());
             EXPECT_EQ(calls.back(), c.function);
@@ -131,10 +131,10 @@ TEST_F(DecoderChipTest, TearDownCallsEverythingInItsOwnOrder) {
         stbsim::Reset();
         m_Log.Clear();
         Adapters a;
-        ASSERT_EQ(a.chip->HisiControlInit(), 0);
+        ASSERT_EQ(a.chip->StbControlInit(), 0);
         stbsim::ClearJournal();
         if (!function.empty()) Fail(function);
-        EXPECT_EQ(a.chip->HisiControlDeinit(), function == "cc_deinit" ? -1 : 0);
+        EXPECT_EQ(a.chip->StbControlDeinit(), function == "cc_deinit" ? -1 : 0);
         const size_t skipped = function == "cc_deinit" ? 2 : 0;  // the captions stop at their first failure
         EXPECT_EQ(Calls(), std::vector<std::string>(kTearDownCalls.begin(), kTearDownCalls.end() - skipped));
         EXPECT_EQ(m_Log.Has("DEBUG", "Deinit oK 0x0"), function != "cc_deinit");
@@ -157,7 +157,7 @@ TEST_F(DecoderChipTest, InputAddressIsWrittenMostSignificantByteFirstAndClearedB
     EXPECT_STREQ(p.address, "10.1.2.3");
     EXPECT_EQ(p.port_copy, 1234);
 
-    ASSERT_EQ(a.chip->HisiControlInit(), 0);
+    ASSERT_EQ(a.chip->StbControlInit(), 0);
     EXPECT_EQ(p.ip, ip);
     EXPECT_EQ(p.port, 1234);
     EXPECT_EQ(p.address[0], '\0');
@@ -168,7 +168,7 @@ TEST_F(DecoderChipTest, InputAddressIsWrittenMostSignificantByteFirstAndClearedB
 
 TEST_F(DecoderChipTest, InitializePreparesTheMulticastInputStartsDisplayAndBindsEveryAdapter) {
     Adapters a(2, 3);  // the third decoder is beyond the count
-    ASSERT_EQ(a.chip->HisiControlInit(), 0);
+    ASSERT_EQ(a.chip->StbControlInit(), 0);
     stbsim::ClearJournal();
     ASSERT_TRUE(a.chip->Initialize());
     auto calls = CallsMatching({"av_prepare", "av_set_event_config", "av_start_video", "av_start_audio"});
@@ -179,8 +179,8 @@ TEST_F(DecoderChipTest, InitializePreparesTheMulticastInputStartsDisplayAndBinds
     EXPECT_EQ(a.chip->InputParams().port, 1234);
     EXPECT_TRUE(s.player.eventsEnabled);
     EXPECT_TRUE(s.player.videoStarted && s.player.audioStarted);
-    EXPECT_EQ(HisiVideoDecoder::m_AvHandle.load(), s.player.handle);
-    EXPECT_EQ(HisiVideoDecoder::m_WindowHandle.load(), s.display.windowHandle);
+    EXPECT_EQ(StbVideoDecoder::m_AvHandle.load(), s.player.handle);
+    EXPECT_EQ(StbVideoDecoder::m_WindowHandle.load(), s.display.windowHandle);
 
     // The demux, outputs, probe and the first two audio decoders reach the board.
     ASSERT_TRUE(a.demux.SetServiceAudioCodecType(AUDIO_TYPE_MPEG2));
@@ -198,8 +198,8 @@ TEST_F(DecoderChipTest, InitializePreparesTheMulticastInputStartsDisplayAndBinds
 
 TEST_F(DecoderChipTest, WithoutAudioDecodersTheProbeStillStarts) {
     Adapters a(0, 1);
-    LogCapture probeLog("hisiav.ffavprobe");
-    ASSERT_EQ(a.chip->HisiControlInit(), 0);
+    LogCapture probeLog("stbav.ffavprobe");
+    ASSERT_EQ(a.chip->StbControlInit(), 0);
     ASSERT_TRUE(a.chip->Initialize());
     EXPECT_TRUE(probeLog.Has("DEBUG", "StartProbe"));
     ASSERT_TRUE(WaitUntil([&] { return a.probe.GetServiceName(1) == "stbsim HD"; }));
@@ -208,31 +208,31 @@ TEST_F(DecoderChipTest, WithoutAudioDecodersTheProbeStillStarts) {
 
 TEST_F(DecoderChipTest, DisplayStartFailuresAreLoggedAndStartUpGoesOn) {
     Adapters a;
-    ASSERT_EQ(a.chip->HisiControlInit(), 0);
+    ASSERT_EQ(a.chip->StbControlInit(), 0);
     Fail("av_set_event_config");
     Fail("av_start_video");
     Fail("av_start_audio");
     EXPECT_TRUE(a.chip->Initialize());
     EXPECT_TRUE(m_Log.Has("ERROR", "av_set_event_config failed 0x1234"));
     EXPECT_EQ(m_Log.Count("WARN", "DisplayStart av_start failed"), 1u);
-    EXPECT_EQ(HisiVideoDecoder::m_AvHandle.load(), stbsim::State().player.handle);
+    EXPECT_EQ(StbVideoDecoder::m_AvHandle.load(), stbsim::State().player.handle);
 }
 
 TEST_F(DecoderChipTest, UpgradeHandsOverThePackageUnderTheRoot) {
-    char tmpl[] = "/tmp/hisiav-chip-XXXXXX";
+    char tmpl[] = "/tmp/stbav-chip-XXXXXX";
     ASSERT_NE(mkdtemp(tmpl), nullptr);
     const std::string root = tmpl;
     mkdir((root + "/sdcard").c_str(), 0755);
     std::ofstream(root + "/sdcard/update.zip") << "package";
-    hisiav::paths::SetRoot(root);
+    stbav::paths::SetRoot(root);
     {
         Adapters a;
-        ASSERT_EQ(a.chip->HisiControlInit(), 0);
+        ASSERT_EQ(a.chip->StbControlInit(), 0);
         EXPECT_TRUE(a.chip->Upgrade());
         Fail("system_upgrade");
         EXPECT_TRUE(a.chip->Upgrade());  // the platform's answer does not matter
     }
-    hisiav::paths::SetRoot("");
+    stbav::paths::SetRoot("");
     std::system(("rm -rf " + root).c_str());
     auto upgrades = stbsim::State().upgrades;
     ASSERT_FALSE(upgrades.empty());
@@ -241,7 +241,7 @@ TEST_F(DecoderChipTest, UpgradeHandsOverThePackageUnderTheRoot) {
 
 TEST_F(DecoderChipTest, SearchProgInfoFillsTheSettingsThatSetServiceConfigApplies) {
     Adapters a;
-    ASSERT_EQ(a.chip->HisiControlInit(), 0);
+    ASSERT_EQ(a.chip->StbControlInit(), 0);
     EXPECT_EQ(a.chip->SearchProgInfo(), 0);
     EXPECT_TRUE(m_Log.Has("INFO", "SearchProgInfo video pid: 256, video_type: 5, serviceId: 1"));
     EXPECT_EQ(a.chip->Settings().audio_pid, 0x101);
@@ -258,7 +258,7 @@ TEST_F(DecoderChipTest, SearchProgInfoFillsTheSettingsThatSetServiceConfigApplie
     EXPECT_TRUE(m_Log.Has("WARN", "SetServiceConfig av_set_config failed"));
 
     Fail("av_search_progInfo");
-    EXPECT_EQ(a.chip->SearchProgInfo(), hisiav_test::kInjected);
+    EXPECT_EQ(a.chip->SearchProgInfo(), stbav_test::kInjected);
     EXPECT_TRUE(m_Log.Has("WARN", "SearchProgInfo av_search_progInfo failed"));
     EXPECT_EQ(a.chip->Settings().video_pid, 0);  // zeroed before the search
 }

@@ -1,4 +1,4 @@
-// HisiClosedCaption: the caption engine over the media library: bring-up and
+// StbClosedCaption: the caption engine over the media library: bring-up and
 // tear-down for the chip, overlay selection and the on/off switches for the
 // output settings manager. Poller thread. Owned by the subsystem assembly.
 #pragma once
@@ -11,9 +11,9 @@
 #include "platform/i_closed_caption.h"
 #include "platform/stb_module.h"
 
-class HisiClosedCaption : public IClosedCaption {
+class StbClosedCaption : public IClosedCaption {
 public:
-    HisiClosedCaption();
+    StbClosedCaption();
 
     int Initialize() override;
     // Note the order the engine is driven with: deinit, then stop and destroy.

@@ -1,4 +1,4 @@
-// HisiDecoderChip: brings the media library up, binds the handles it obtains into
+// StbDecoderChip: brings the media library up, binds the handles it obtains into
 // the other adapters, starts display, and tears everything down in its destructor.
 // Caller's thread; no lock. The adapters belong to the subsystem assembly and
 // outlive the chip; the chip owns only its platform records.
@@ -10,18 +10,18 @@
 #include <log4cpp/Category.hh>
 
 #include "platform/ff_av_probe.h"
-#include "platform/hisi_audio_decoder.h"
-#include "platform/hisi_audio_output.h"
-#include "platform/hisi_closed_caption.h"
-#include "platform/hisi_demux.h"
-#include "platform/hisi_video_decoder.h"
-#include "platform/hisi_video_output.h"
+#include "platform/stb_audio_decoder.h"
+#include "platform/stb_audio_output.h"
+#include "platform/stb_closed_caption.h"
+#include "platform/stb_demux.h"
+#include "platform/stb_video_decoder.h"
+#include "platform/stb_video_output.h"
 #include "platform/i_decoder_chip.h"
 #include "platform/stb_module.h"
 #include "toolkit/kt_shared_ptr.h"
 #include "toolkit/kt_uncopyable.h"
 
-class HisiDecoderChip : public IDecoderChip, private KT::CUncopyable {
+class StbDecoderChip : public IDecoderChip, private KT::CUncopyable {
 public:
     // The stream input: the multicast group the board's player joins, and its
     // UDP port. 239.1.1.1 lies in the organisation-local scope (239.0.0.0/8), so
@@ -31,20 +31,20 @@ public:
     static constexpr uint16_t kStreamInputPort = 1234;
 
     // Stores the references and copies the decoder list; touches no platform call.
-    HisiDecoderChip(HisiDemux& demux, std::vector<KT::CSharedPtr<HisiAudioDecoder>>& audioDecoders,
-                    uint32_t audioDecoderCount, HisiVideoDecoder& videoDecoder, HisiVideoOutput& videoOutput,
-                    HisiAudioOutput& audioOutput, HisiClosedCaption& closedCaption, FfAvProbe& probe);
-    // Runs HisiControlDeinit().
-    ~HisiDecoderChip() override;
+    StbDecoderChip(StbDemux& demux, std::vector<KT::CSharedPtr<StbAudioDecoder>>& audioDecoders,
+                    uint32_t audioDecoderCount, StbVideoDecoder& videoDecoder, StbVideoOutput& videoOutput,
+                    StbAudioOutput& audioOutput, StbClosedCaption& closedCaption, FfAvProbe& probe);
+    // Runs StbControlDeinit().
+    ~StbDecoderChip() override;
 
     // The bring-up in sixteen steps. 0 when all succeeded; -1 at the first
     // failure, with everything obtained so far left in place.
-    int HisiControlInit();
+    int StbControlInit();
     // The tear-down: every call is made whatever the others return. The result
     // is the captions' alone: 0, or -1 when their Deinitialize failed.
-    int HisiControlDeinit();
+    int StbControlDeinit();
 
-    // After HisiControlInit: sets the stream input, starts display, binds the
+    // After StbControlInit: sets the stream input, starts display, binds the
     // handles, starts the probe. Always true (failures are logged).
     bool Initialize() override;
     bool Reset() override { return true; }
@@ -97,12 +97,12 @@ private:
     uint32_t m_TrackHandle = 0;
     AvEventConfig m_EventConfig;
     log4cpp::Category& m_Logger;
-    HisiDemux& m_Demux;
-    std::vector<KT::CSharedPtr<HisiAudioDecoder>> m_AudioDecoders;
+    StbDemux& m_Demux;
+    std::vector<KT::CSharedPtr<StbAudioDecoder>> m_AudioDecoders;
     uint32_t m_AudioDecoderCount;
-    HisiVideoDecoder& m_VideoDecoder;
-    HisiVideoOutput& m_VideoOutput;
-    HisiAudioOutput& m_AudioOutput;
-    HisiClosedCaption& m_ClosedCaption;
+    StbVideoDecoder& m_VideoDecoder;
+    StbVideoOutput& m_VideoOutput;
+    StbAudioOutput& m_AudioOutput;
+    StbClosedCaption& m_ClosedCaption;
     FfAvProbe& m_Probe;
 };

@@ -1,4 +1,4 @@
-// HisiAvSubsystem: the daemon's composition root. Given the decoder platform
+// StbAvSubsystem: the daemon's composition root. Given the decoder platform
 // objects (by reference), it owns and wires everything else: output settings,
 // serial adapter, dictionary, status processors, the schedule and its "poller"
 // thread, status monitor, configuration manager, operation receiver and sender.
@@ -11,8 +11,8 @@
 #include <vector>
 
 #include "control/config_manager.h"
-#include "control/hisi_av_op_receiver.h"
-#include "control/hisi_av_op_sender.h"
+#include "control/stb_av_op_receiver.h"
+#include "control/stb_av_op_sender.h"
 #include "output/output_manager.h"
 #include "platform/i_audio_decoder.h"
 #include "platform/i_audio_output.h"
@@ -30,21 +30,21 @@
 #include "toolkit/kt_uncopyable.h"
 #include "transport/uart_adapter.h"
 
-class HisiAvSubsystem : private KT::CUncopyable {
+class StbAvSubsystem : private KT::CUncopyable {
 public:
     using AudioDecoders = std::vector<KT::CSharedPtr<IAudioDecoder>>;
 
     // The board's line: "/dev/ttyS2" at 115200 bit/s.
-    HisiAvSubsystem(IDecoderChip& decoderChip, IDemux& demux, AudioDecoders& audioDecoders,
+    StbAvSubsystem(IDecoderChip& decoderChip, IDemux& demux, AudioDecoders& audioDecoders,
                     IVideoDecoder& videoDecoder, IVideoOutput& videoOutput, IAudioOutput& audioOutput,
                     IClosedCaption& closedCaption);
     // The same on another serial device (a pty on a PC) at 115200 bit/s. clock
     // drives the schedule (null: the monotonic clock); it must outlive the subsystem.
-    HisiAvSubsystem(IDecoderChip& decoderChip, IDemux& demux, AudioDecoders& audioDecoders,
+    StbAvSubsystem(IDecoderChip& decoderChip, IDemux& demux, AudioDecoders& audioDecoders,
                     IVideoDecoder& videoDecoder, IVideoOutput& videoOutput, IAudioOutput& audioOutput,
                     IClosedCaption& closedCaption, const std::string& serialDevice, KT::IClock* clock = nullptr);
     // Cancels the poller, ends reception, then releases the members in reverse order.
-    ~HisiAvSubsystem();
+    ~StbAvSubsystem();
 
     // Runs the poller, starts receiving host operations, then reports the
     // software version and readiness. Controlling thread, once.
@@ -52,11 +52,11 @@ public:
 
     // The value of "version" in the version file ("unknown" without it), as text.
     void ReportSFVersion();
-    // "hisiav_ready".
+    // "stbav_ready".
     void ReportReady();
     // Every second on the poller: version and ready again if the host asked.
     void ReportSFVersionAndReadyAgain();
-    // Every second on the poller: "Hisiav status clear done!" if the host cleared status.
+    // Every second on the poller: "Stbav status clear done!" if the host cleared status.
     void ReportStatusClearDone();
     // True when a Samba server process runs. Sends nothing. Any thread.
     bool ReportSambaServiceReady();
@@ -87,6 +87,6 @@ private:
     std::atomic<bool> m_ReadyAgainRequested{false};
     std::atomic<bool> m_ClearDoneRequested{false};
     ConfigManager m_ConfigManager;
-    HisiAvOpReceiver m_OpReceiver;
-    HisiAvOpSender m_OpSender;
+    StbAvOpReceiver m_OpReceiver;
+    StbAvOpSender m_OpSender;
 };

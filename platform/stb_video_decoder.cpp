@@ -1,17 +1,17 @@
 // The video decoder's getters (poller thread), its code mappings, and the
 // player's event callback (library's event thread).
-#include "platform/hisi_video_decoder.h"
+#include "platform/stb_video_decoder.h"
 
 #include <cstring>
 
 #include "toolkit/log.h"
 
-std::atomic<uint32_t> HisiVideoDecoder::m_AvHandle{0};
-std::atomic<uint32_t> HisiVideoDecoder::m_WindowHandle{0};
-std::atomic<uint32_t> HisiVideoDecoder::m_AspectRatio{0};
-std::atomic<uint32_t> HisiVideoDecoder::m_ChromaFormat{0};
-std::atomic<uint32_t> HisiVideoDecoder::m_NewSrcHeight{0};
-std::atomic<uint32_t> HisiVideoDecoder::m_OldSrcHeight{0};
+std::atomic<uint32_t> StbVideoDecoder::m_AvHandle{0};
+std::atomic<uint32_t> StbVideoDecoder::m_WindowHandle{0};
+std::atomic<uint32_t> StbVideoDecoder::m_AspectRatio{0};
+std::atomic<uint32_t> StbVideoDecoder::m_ChromaFormat{0};
+std::atomic<uint32_t> StbVideoDecoder::m_NewSrcHeight{0};
+std::atomic<uint32_t> StbVideoDecoder::m_OldSrcHeight{0};
 
 namespace {
 
@@ -80,47 +80,47 @@ const CodeMap kHevcLevels[] = {{30, 5},   {60, 10},  {63, 11},  {90, 13},  {93, 
 
 }  // namespace
 
-HisiVideoDecoder::HisiVideoDecoder(FfAvProbe& probe)
-    : m_Logger(hisiav::Logger("hisiav.hisivideodecoder")), m_Probe(probe) {}
+StbVideoDecoder::StbVideoDecoder(FfAvProbe& probe)
+    : m_Logger(stbav::Logger("stbav.stbvideodecoder")), m_Probe(probe) {}
 
-bool HisiVideoDecoder::ReadStatus(AvStatusInfo& status, const char* name, bool asError) {
+bool StbVideoDecoder::ReadStatus(AvStatusInfo& status, const char* name, bool asError) {
     memset(&status, 0, sizeof status);
     if (av_get_status_info(m_AvHandle, &status) == 0) return true;
     if (asError) {
-        hisiav::LogError(m_Logger, "%s get status info error", name);
+        stbav::LogError(m_Logger, "%s get status info error", name);
     } else {
-        hisiav::LogWarn(m_Logger, "%s get status info error", name);
+        stbav::LogWarn(m_Logger, "%s get status info error", name);
     }
     return false;
 }
 
-bool HisiVideoDecoder::SetCodec(VideoType_e codec) {
+bool StbVideoDecoder::SetCodec(VideoType_e codec) {
     if (codec == m_Codec) return false;
-    hisiav::LogDebug(m_Logger, "%s: codec - %d", "SetCodec", static_cast<int>(codec));
+    stbav::LogDebug(m_Logger, "%s: codec - %d", "SetCodec", static_cast<int>(codec));
     m_Codec = codec;
-    hisiav::LogDebug(m_Logger, "Send STOP_REQUIRED");
+    stbav::LogDebug(m_Logger, "Send STOP_REQUIRED");
     return true;
 }
 
-VideoType_e HisiVideoDecoder::GetCodec() {
+VideoType_e StbVideoDecoder::GetCodec() {
     _AV_SETTING_S settings;
     memset(&settings, 0, sizeof settings);
     if (av_get_config(m_AvHandle, &settings) != 0) {
-        hisiav::LogWarn(m_Logger, "av_get_config error\n");
+        stbav::LogWarn(m_Logger, "av_get_config error\n");
         return VIDEO_TYPE_NONE;
     }
     return VideoTypeFromPlatform(settings.video_type);
 }
 
-bool HisiVideoDecoder::GetFormat(uint32_t& width, uint32_t& height, VideoScanType_e& scanType,
+bool StbVideoDecoder::GetFormat(uint32_t& width, uint32_t& height, VideoScanType_e& scanType,
                                  VideoFrameRate_e& frameRate, VideoAspectRatio_e& aspectRatio) {
     AvStatusInfo s;
     memset(&s, 0, sizeof s);
     if (av_get_status_info(m_AvHandle, &s) != 0) {
-        hisiav::LogError(m_Logger, "av_get_status_info error");
+        stbav::LogError(m_Logger, "av_get_status_info error");
         return false;
     }
-    hisiav::LogDebug(m_Logger,
+    stbav::LogDebug(m_Logger,
                      "GetFormat w: %u, h: %u, fpsInt: %u, fpsDec: %u, bitW: %u, sampleRate: %u, format: %u, chn: %u\n",
                      s.width, s.height, unsigned(s.frame_rate_int), unsigned(s.frame_rate_dec), s.bit_width,
                      s.audio_sample_rate, s.audio_format, s.audio_channels);
@@ -132,26 +132,26 @@ bool HisiVideoDecoder::GetFormat(uint32_t& width, uint32_t& height, VideoScanTyp
     return true;
 }
 
-VideoChromaFormat_e HisiVideoDecoder::GetChromaFormat() {
+VideoChromaFormat_e StbVideoDecoder::GetChromaFormat() {
     AvStatusInfo s;
     if (!ReadStatus(s, "GetChromaFormat", true)) return VIDEO_CHROMA_FORMAT_UNKNOWN;
     m_ChromaFormat = 0;
     if (m_Codec != VIDEO_TYPE_NONE) m_ChromaFormat = ChromaFromPlatform(m_Probe.GetVideoChromaFormat(s.video_pid));
     uint32_t chroma = m_ChromaFormat;
-    hisiav::LogDebug(m_Logger, "%s chromaFormat is %u", "GetChromaFormat", chroma);
+    stbav::LogDebug(m_Logger, "%s chromaFormat is %u", "GetChromaFormat", chroma);
     return static_cast<VideoChromaFormat_e>(chroma);
 }
 
-VideoScanType_e HisiVideoDecoder::GetVideoScanType() {
+VideoScanType_e StbVideoDecoder::GetVideoScanType() {
     AvStatusInfo s;
     if (!ReadStatus(s, "GetVideoScanType", true)) return VIDEO_SCAN_TYPE_UNKNOWN;
     uint32_t f = m_Probe.GetVideoFieldOrder(s.video_pid);
-    hisiav::LogDebug(m_Logger, "%s VideoFieldOrder is %u", "GetVideoScanType", f);
+    stbav::LogDebug(m_Logger, "%s VideoFieldOrder is %u", "GetVideoScanType", f);
     if (f == 0) return VIDEO_SCAN_TYPE_UNKNOWN;
     return f == 1 ? VIDEO_SCAN_TYPE_PROGRESSIVE : VIDEO_SCAN_TYPE_INTERLACED;
 }
 
-VideoAspectRatio_e HisiVideoDecoder::GetVideoAspectRatio() {
+VideoAspectRatio_e StbVideoDecoder::GetVideoAspectRatio() {
     AvStatusInfo s;
     if (!ReadStatus(s, "GetVideoAspectRatio", false)) return VIDEO_ASPECT_RATIO_UNKNOWN;
     int32_t a = 0;
@@ -161,11 +161,11 @@ VideoAspectRatio_e HisiVideoDecoder::GetVideoAspectRatio() {
     return (a >= 3 && b >= 4) ? VIDEO_ASPECT_RATIO_4X3 : VIDEO_ASPECT_RATIO_16X9;
 }
 
-VideoProfile_e HisiVideoDecoder::GetProfile() {
+VideoProfile_e StbVideoDecoder::GetProfile() {
     AvStatusInfo s;
     if (!ReadStatus(s, "GetProfile", true)) return VIDEO_PROFILE_UNKNOWN;
     uint32_t p = m_Probe.GetVideoProfile(s.video_pid);
-    hisiav::LogDebug(m_Logger, "%s profile is %u", "GetProfile", p);
+    stbav::LogDebug(m_Logger, "%s profile is %u", "GetProfile", p);
     switch (m_Codec) {
         case VIDEO_TYPE_MPEG2: return static_cast<VideoProfile_e>(Lookup(kMpeg2Profiles, p));
         case VIDEO_TYPE_H264: return static_cast<VideoProfile_e>(Lookup(kH264Profiles, p));
@@ -174,11 +174,11 @@ VideoProfile_e HisiVideoDecoder::GetProfile() {
     }
 }
 
-VideoLevel_e HisiVideoDecoder::GetLevel() {
+VideoLevel_e StbVideoDecoder::GetLevel() {
     AvStatusInfo s;
     if (!ReadStatus(s, "GetLevel", true)) return VIDEO_LEVEL_UNKNOWN;
     uint32_t l = m_Probe.GetVideoLevel(s.video_pid);
-    hisiav::LogDebug(m_Logger, "%s level is %u", "GetLevel", l);
+    stbav::LogDebug(m_Logger, "%s level is %u", "GetLevel", l);
     switch (m_Codec) {
         case VIDEO_TYPE_MPEG2: return static_cast<VideoLevel_e>(Lookup(kMpeg2Levels, l));
         case VIDEO_TYPE_H264: return static_cast<VideoLevel_e>(Lookup(kH264Levels, l));
@@ -187,13 +187,13 @@ VideoLevel_e HisiVideoDecoder::GetLevel() {
     }
 }
 
-std::string HisiVideoDecoder::GetServiceName(uint16_t programNumber) {
+std::string StbVideoDecoder::GetServiceName(uint16_t programNumber) {
     std::string name = m_Probe.GetServiceName(programNumber);
-    hisiav::LogDebug(m_Logger, "%s serviceName is %s", "GetServiceName", name.c_str());
+    stbav::LogDebug(m_Logger, "%s serviceName is %s", "GetServiceName", name.c_str());
     return name;
 }
 
-ChromaBitDepth_e HisiVideoDecoder::GetBitDepth() {
+ChromaBitDepth_e StbVideoDecoder::GetBitDepth() {
     AvStatusInfo s;
     if (!ReadStatus(s, "GetBitDepth", false)) return CHROMA_BIT_DEPTH_UNKNOWN;
     uint32_t depth = CHROMA_BIT_DEPTH_UNKNOWN;
@@ -201,29 +201,29 @@ ChromaBitDepth_e HisiVideoDecoder::GetBitDepth() {
         uint32_t code = m_Probe.GetVideoBitDepth(s.video_pid);
         depth = code == 0 ? CHROMA_BIT_DEPTH_8 : code == 1 ? CHROMA_BIT_DEPTH_10 : CHROMA_BIT_DEPTH_UNKNOWN;
     }
-    hisiav::LogDebug(m_Logger, "%s bitDepth is %u", "GetBitDepth", depth);
+    stbav::LogDebug(m_Logger, "%s bitDepth is %u", "GetBitDepth", depth);
     return static_cast<ChromaBitDepth_e>(depth);
 }
 
-uint32_t HisiVideoDecoder::GetBitrate() { return 0; }
+uint32_t StbVideoDecoder::GetBitrate() { return 0; }
 
-uint32_t HisiVideoDecoder::GetFrameCount() {
+uint32_t StbVideoDecoder::GetFrameCount() {
     AvStatusInfo s;
     if (!ReadStatus(s, "GetFrameCount", false)) return 0;
     return s.video_frame_count;
 }
 
-uint32_t HisiVideoDecoder::GetDecodeFailureReason() {
-    hisiav::LogDebug(m_Logger, "%s reason is %u", "GetDecodeFailureReason", 0u);
+uint32_t StbVideoDecoder::GetDecodeFailureReason() {
+    stbav::LogDebug(m_Logger, "%s reason is %u", "GetDecodeFailureReason", 0u);
     return 0;
 }
 
-uint32_t HisiVideoDecoder::GetVideoSyncStatus() {
-    hisiav::LogDebug(m_Logger, "%s sync status is %u", "GetVideoSyncStatus", 0u);
+uint32_t StbVideoDecoder::GetVideoSyncStatus() {
+    stbav::LogDebug(m_Logger, "%s sync status is %u", "GetVideoSyncStatus", 0u);
     return 0;
 }
 
-int HisiVideoDecoder::AvEventCallback(uint32_t /*handle*/, _AV_EVENT_E event, const void* data) {
+int StbVideoDecoder::AvEventCallback(uint32_t /*handle*/, _AV_EVENT_E event, const void* data) {
     if (event != AV_EVENT_VIDEO_FORMAT_CHANGED || data == nullptr) return 0;
     AvVideoFormatEvent e;
     memcpy(&e, data, sizeof e);

@@ -1,7 +1,7 @@
 // The assembled subsystem end to end: the decoder doubles below, a real pty
 // above with the test playing the host through the project's own protocol code,
 // and a hand-moved clock under the schedule (real time for the tear-down test).
-#include "control/hisi_av_subsystem.h"
+#include "control/stb_av_subsystem.h"
 
 #include <dirent.h>
 #include <gtest/gtest.h>
@@ -27,12 +27,12 @@
 #include "toolkit/fixed_paths.h"
 #include "toolkit/kt_fs.h"
 
-using hisiav_test::FakeClock;
-using hisiav_test::LogCapture;
-using hisiav_test::OpIds;
-using hisiav_test::PtyHost;
-using hisiav_test::SentOp;
-using hisiav_test::WaitUntil;
+using stbav_test::FakeClock;
+using stbav_test::LogCapture;
+using stbav_test::OpIds;
+using stbav_test::PtyHost;
+using stbav_test::SentOp;
+using stbav_test::WaitUntil;
 using Ids = std::vector<unsigned int>;
 using Calls = std::vector<std::string>;
 
@@ -58,13 +58,13 @@ size_t ThreadCount() {
 class SubsystemTest : public ::testing::Test {
 protected:
     SubsystemTest() {
-        char tmpl[] = "/tmp/hisiav-core-XXXXXX";
+        char tmpl[] = "/tmp/stbav-core-XXXXXX";
         m_Root = mkdtemp(tmpl);
-        hisiav::paths::SetRoot(m_Root);
+        stbav::paths::SetRoot(m_Root);
     }
     ~SubsystemTest() override {
         sub.reset();
-        hisiav::paths::SetRoot("");
+        stbav::paths::SetRoot("");
         std::remove((m_Root + "/vendor/etc/version").c_str());
         rmdir((m_Root + "/vendor/etc").c_str());
         rmdir((m_Root + "/vendor").c_str());
@@ -78,8 +78,8 @@ protected:
         std::ofstream(m_Root + "/vendor/etc/version") << content;
     }
     std::string RootPath(const std::string& rel) const { return m_Root + rel; }
-    std::unique_ptr<HisiAvSubsystem> Make(KT::IClock* schedClock) {
-        return std::make_unique<HisiAvSubsystem>(d.chip, d.demux, d.audioDecoders, d.videoDecoder, d.videoOutput,
+    std::unique_ptr<StbAvSubsystem> Make(KT::IClock* schedClock) {
+        return std::make_unique<StbAvSubsystem>(d.chip, d.demux, d.audioDecoders, d.videoDecoder, d.videoOutput,
                                                  d.audioOutput, d.closedCaption, host.SlaveName(), schedClock);
     }
     void Start(KT::IClock* schedClock) {
@@ -115,7 +115,7 @@ protected:
     void ConfigureStream() {
         d.demux.SetReportedPid(ES_TYPE_AUDIO, 0, 0x101);
         d.demux.SetReportedPid(ES_TYPE_VIDEO, 0, 0x100);
-        d.audioDecoder->Configure([](hisiav_test::FakeAudioDecoderState& s) {
+        d.audioDecoder->Configure([](stbav_test::FakeAudioDecoderState& s) {
             s.bitRate = 192000;
             s.samplingRate = 48000;
             s.reportedCodec = AUDIO_TYPE_STATUS_AC3;
@@ -128,10 +128,10 @@ protected:
 
     PrintCapture prints;  // read diagnostics of the operation record
     FakeClock clock;
-    LogCapture logs{{"hisiav.configmanager", "hisiav.opreceiver", "hisiav.subsystem"}};
+    LogCapture logs{{"stbav.configmanager", "stbav.opreceiver", "stbav.subsystem"}};
     PtyHost host;
-    hisiav_test::FakeDecoderSet d;
-    std::unique_ptr<HisiAvSubsystem> sub;
+    stbav_test::FakeDecoderSet d;
+    std::unique_ptr<StbAvSubsystem> sub;
 
     const std::string kFenceCall = "IDemux::SetServiceId(0)";
 
@@ -154,9 +154,9 @@ TEST_F(SubsystemTest, StartUpReportsVersionAndReady) {
         auto ops = host.Take();
         ASSERT_EQ(OpIds(ops), (Ids{2, 3}));
         EXPECT_EQ(ops[0].Text(), c.version);
-        EXPECT_EQ(ops[1].Text(), "hisiav_ready");
+        EXPECT_EQ(ops[1].Text(), "stbav_ready");
         sub.reset();
-        std::remove((hisiav::paths::Resolve(hisiav::paths::kVersionFile)).c_str());
+        std::remove((stbav::paths::Resolve(stbav::paths::kVersionFile)).c_str());
     }
 }
 
@@ -227,7 +227,7 @@ TEST_F(SubsystemTest, BurstOfTriggersGivesOneRunAndOtherTypesAreNotQueued) {
     for (int i = 0; i < 5; ++i) host.SendApply();
     host.SendBytes(251, {1}, static_cast<OpType_e>(8));  // above 7: dropped without a word
     host.SendBytes(250, {0, 43}, OP_TYPE_RESERVED_3);   // not a value: never applied
-    ASSERT_TRUE(WaitUntil([&] { return logs.Contains("WARN hisiav.opreceiver: HandleCommOp: Unhandled OpType=3"); }));
+    ASSERT_TRUE(WaitUntil([&] { return logs.Contains("WARN stbav.opreceiver: HandleCommOp: Unhandled OpType=3"); }));
     EXPECT_EQ(sub->Schedule().PendingCount(), before + 1);
     {
         std::lock_guard<std::mutex> lock(m);
@@ -258,13 +258,13 @@ TEST_F(SubsystemTest, UnknownOpIdsAndUnfitValuesAreHandledAndTheRestApplies) {
     EXPECT_EQ(d.log.Calls(), (Calls{"IDemux::SetPid(0,1,0)", "IDemux::SetPid(512,3,0)", "IAudioOutput::SetMute(false)",
                                     "IAudioOutput::SetAnalogVolume(0)"}));
     for (const char* line : {
-             "WARN hisiav.configmanager: ProcessConfiguration: Unable to find OpId=999 in map!",
-             "DEBUG hisiav.configmanager: AV_OP_SERVICESELECTION_PCR opId = 245, value = 0",
-             "DEBUG hisiav.configmanager: AV_OP_ANALOGAUDIO_OUTPUT_LEVEL opId = 20, value = 0",
-             "DEBUG hisiav.configmanager: unhandled opId = 5, data type = 3",
-             "DEBUG hisiav.configmanager: unhandled opId = 244, data type = 3",
-             "DEBUG hisiav.configmanager: AV_OP_SERVICESELECTION_SERVICE_NAME opId = 249, value = ",
-             "DEBUG hisiav.configmanager: AV_OP_SERVICESELECTION_AUDIO2 opId = 248, value = 768",
+             "WARN stbav.configmanager: ProcessConfiguration: Unable to find OpId=999 in map!",
+             "DEBUG stbav.configmanager: AV_OP_SERVICESELECTION_PCR opId = 245, value = 0",
+             "DEBUG stbav.configmanager: AV_OP_ANALOGAUDIO_OUTPUT_LEVEL opId = 20, value = 0",
+             "DEBUG stbav.configmanager: unhandled opId = 5, data type = 3",
+             "DEBUG stbav.configmanager: unhandled opId = 244, data type = 3",
+             "DEBUG stbav.configmanager: AV_OP_SERVICESELECTION_SERVICE_NAME opId = 249, value = ",
+             "DEBUG stbav.configmanager: AV_OP_SERVICESELECTION_AUDIO2 opId = 248, value = 768",
          })
         EXPECT_TRUE(logs.Contains(line)) << line;
     EXPECT_TRUE(prints.Contains("GetData wrong size (2 != 1)"));
@@ -274,11 +274,11 @@ TEST_F(SubsystemTest, StatusEnableInitialisesTheChipOnceAndRestartsReporting) {
     Start();
     for (unsigned char value : {1, 1, 2, 2, 0, 3, 1}) EnableReporting(value);
     Fence();
-    ASSERT_TRUE(host.WaitForCount(0, 2));  // hisisystemReset goes only in a forced report
+    ASSERT_TRUE(host.WaitForCount(0, 2));  // stbsystemReset goes only in a forced report
     EXPECT_EQ(d.chip.Snapshot().initializeCount, 1);
     EXPECT_EQ(host.CountOf(0), 2u);
-    EXPECT_EQ(logs.Count("DEBUG hisiav.configmanager: ProcessConfiguration: m_StatusMonitor.StartReporting() Enable"), 3u);
-    EXPECT_EQ(logs.Count("DEBUG hisiav.configmanager: ProcessConfiguration: m_StatusMonitor.StopReporting() Disable"),
+    EXPECT_EQ(logs.Count("DEBUG stbav.configmanager: ProcessConfiguration: m_StatusMonitor.StartReporting() Enable"), 3u);
+    EXPECT_EQ(logs.Count("DEBUG stbav.configmanager: ProcessConfiguration: m_StatusMonitor.StopReporting() Disable"),
               2u);
 }
 
@@ -294,7 +294,7 @@ TEST_F(SubsystemTest, ReportingSendsTheFullReportThenChangesAndTheHeartbeatEvery
     EXPECT_EQ(OpIds(host.Take()), fullReport);
     Fence();  // the next poll is armed once the enabling run is over
 
-    d.audioDecoder->Configure([](hisiav_test::FakeAudioDecoderState& s) { s.bitRate = 128000; });
+    d.audioDecoder->Configure([](stbav_test::FakeAudioDecoderState& s) { s.bitRate = 128000; });
     Tick(2000);
     ASSERT_TRUE(host.WaitForOp(1));
     Fence();     // the poll has armed the next one
@@ -320,7 +320,7 @@ TEST_F(SubsystemTest, ReadyCheckAndStatusClearAreAnsweredOnTheNextSecond) {
     auto ops = host.Take();
     ASSERT_EQ(OpIds(ops), (Ids{2, 3}));
     EXPECT_EQ(ops[0].Text(), "unknown");
-    EXPECT_EQ(ops[1].Text(), "hisiav_ready");
+    EXPECT_EQ(ops[1].Text(), "stbav_ready");
 
     host.SendU8(8, 1);
     host.SendApply();
@@ -329,7 +329,7 @@ TEST_F(SubsystemTest, ReadyCheckAndStatusClearAreAnsweredOnTheNextSecond) {
     ASSERT_TRUE(host.WaitForOp(9));
     ops = host.Take();
     ASSERT_EQ(OpIds(ops), (Ids{9}));
-    EXPECT_EQ(ops[0].Text(), "Hisiav status clear done!");
+    EXPECT_EQ(ops[0].Text(), "Stbav status clear done!");
     EXPECT_EQ(d.log.Count("IDemux::ClearBuffer"), 1u);
 }
 
@@ -375,6 +375,6 @@ TEST_F(SubsystemTest, DestructionWhileReceivingAndReportingIsQuickAndLeavesNoThr
 TEST_F(SubsystemTest, SambaCheckWithoutSmbdIsFalseAndRemovesItsFlagFile) {
     mkdir(RootPath("/data").c_str(), 0755);
     EXPECT_FALSE(Make(&clock)->ReportSambaServiceReady());
-    EXPECT_TRUE(logs.Contains("DEBUG hisiav.subsystem: ReportSambaServiceReady The Samba service startup failed!"));
+    EXPECT_TRUE(logs.Contains("DEBUG stbav.subsystem: ReportSambaServiceReady The Samba service startup failed!"));
     EXPECT_FALSE(KT::CFs::Exists(RootPath("/data/smbdstartflag")));
 }

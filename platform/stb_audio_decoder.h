@@ -1,7 +1,7 @@
-// HisiAudioDecoder: one audio decoder over the media library. Its getters run on
+// StbAudioDecoder: one audio decoder over the media library. Its getters run on
 // the poller thread and read the live status record and the stream probe's
 // cache; platform failures read as 0 and are not logged. Held by the subsystem
-// assembly as KT::CSharedPtr<HisiAudioDecoder>; holds the probe by reference.
+// assembly as KT::CSharedPtr<StbAudioDecoder>; holds the probe by reference.
 #pragma once
 
 #include <cstdint>
@@ -15,9 +15,9 @@
 #include "platform/i_decoder_event_source.h"
 #include "platform/stb_module.h"
 
-class HisiAudioDecoder : public IAudioDecoder, public IDecoderEventSource, public IDecoderControl {
+class StbAudioDecoder : public IAudioDecoder, public IDecoderEventSource, public IDecoderControl {
 public:
-    explicit HisiAudioDecoder(FfAvProbe& probe);
+    explicit StbAudioDecoder(FfAvProbe& probe);
 
     bool SetCodec(AudioType_e codec) override;
     AudioTypeStatus_e GetCodec() override;

@@ -1,4 +1,4 @@
-// HisiAudioOutput: volume and mute of the analog audio output over the media
+// StbAudioOutput: volume and mute of the analog audio output over the media
 // library. Called on the poller thread by the output settings manager; the
 // output handle comes from the chip bring-up. Owned by the subsystem assembly.
 #pragma once
@@ -10,9 +10,9 @@
 #include "platform/i_audio_output.h"
 #include "platform/stb_module.h"
 
-class HisiAudioOutput : public IAudioOutput {
+class StbAudioOutput : public IAudioOutput {
 public:
-    HisiAudioOutput();
+    StbAudioOutput();
 
     // dB values (-60..10) reach the platform shifted down by 10 (-70..0);
     // percentages (0..100) unchanged.

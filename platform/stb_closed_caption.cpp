@@ -1,5 +1,5 @@
 // Caption engine bring-up, tear-down and overlay selection. Poller thread.
-#include "platform/hisi_closed_caption.h"
+#include "platform/stb_closed_caption.h"
 
 #include <cstring>
 
@@ -12,19 +12,19 @@ const uint32_t kWindowWidth = 1280;
 const uint32_t kWindowHeight = 720;
 }  // namespace
 
-HisiClosedCaption::HisiClosedCaption() : m_Logger(hisiav::Logger("hisiav.hisiclosedcaption")) {}
+StbClosedCaption::StbClosedCaption() : m_Logger(stbav::Logger("stbav.stbclosedcaption")) {}
 
-bool HisiClosedCaption::Step(int r, const char* ok, const char* failFmt) {
+bool StbClosedCaption::Step(int r, const char* ok, const char* failFmt) {
     if (r != 0) {
-        hisiav::LogError(m_Logger, failFmt, r);
+        stbav::LogError(m_Logger, failFmt, r);
         return false;
     }
-    if (ok != nullptr) hisiav::LogDebug(m_Logger, "%s", ok);
+    if (ok != nullptr) stbav::LogDebug(m_Logger, "%s", ok);
     return true;
 }
 
 // Each step runs only if the one before succeeded; the failing code is returned.
-int HisiClosedCaption::Initialize() {
+int StbClosedCaption::Initialize() {
     CcInitParam init{kCcInitMode};
     int r = cc_init(&init);
     if (!Step(r, "call cc_init successfully!", "call cc_init failed %#x")) return r;
@@ -47,7 +47,7 @@ int HisiClosedCaption::Initialize() {
     return r;
 }
 
-int HisiClosedCaption::Deinitialize() {
+int StbClosedCaption::Deinitialize() {
     int r = cc_deinit();
     if (!Step(r, nullptr, "call cc_deinit failed %#x")) return r;
     r = cc_stop();
@@ -57,41 +57,41 @@ int HisiClosedCaption::Deinitialize() {
     return 0;
 }
 
-bool HisiClosedCaption::SetVbiLine21CcState(bool on) {
+bool StbClosedCaption::SetVbiLine21CcState(bool on) {
     int r = cc_send_VBI_enable(on);
     if (r == 0) return true;
-    hisiav::LogError(m_Logger, "Enable VBI line 21 Closed Caption failed: %#x.", r);
+    stbav::LogError(m_Logger, "Enable VBI line 21 Closed Caption failed: %#x.", r);
     return false;
 }
 
-bool HisiClosedCaption::SetOverlayCc(OverlayCcType_e type, OverlayNtscCcType_e dataType) {
+bool StbClosedCaption::SetOverlayCc(OverlayCcType_e type, OverlayNtscCcType_e dataType) {
     return SelectOverlay(type, static_cast<uint8_t>(dataType));
 }
 
-bool HisiClosedCaption::SetOverlayCc(OverlayCcType_e type, OverlayDtvCcType_e dataType) {
+bool StbClosedCaption::SetOverlayCc(OverlayCcType_e type, OverlayDtvCcType_e dataType) {
     return SelectOverlay(type, static_cast<uint8_t>(dataType));
 }
 
-bool HisiClosedCaption::SelectOverlay(OverlayCcType_e type, uint8_t dataType) {
+bool StbClosedCaption::SelectOverlay(OverlayCcType_e type, uint8_t dataType) {
     if (Reinitialize(type, dataType)) {
-        hisiav::LogError(m_Logger, "call Reinitialize failed %#x", 1u);
+        stbav::LogError(m_Logger, "call Reinitialize failed %#x", 1u);
     } else {
-        hisiav::LogDebug(m_Logger, "closed caption type = %d, data type = %d", static_cast<int>(type),
+        stbav::LogDebug(m_Logger, "closed caption type = %d, data type = %d", static_cast<int>(type),
                          static_cast<int>(dataType));
     }
     return true;
 }
 
-bool HisiClosedCaption::SetOverlayCcState(bool on) {
+bool StbClosedCaption::SetOverlayCcState(bool on) {
     int r = cc_show_subtitle_enable(on);
     if (r == 0) return true;
-    hisiav::LogError(m_Logger, "Enable Closed Caption Overlay failed: %#x.", r);
+    stbav::LogError(m_Logger, "Enable Closed Caption Overlay failed: %#x.", r);
     return false;
 }
 
 // Overlay type 1 (line-21 data) uses the analog source and mode word; any other
 // type the digital ones.
-bool HisiClosedCaption::Reinitialize(OverlayCcType_e type, uint8_t dataType) {
+bool StbClosedCaption::Reinitialize(OverlayCcType_e type, uint8_t dataType) {
     bool analog = type == OVERLAY_CC_TYPE_NTSC;
     if (!Step(cc_stop(), nullptr, "call cc_stop failed %#x")) return true;
     if (!Step(cc_destroy(), nullptr, "call cc_destroy failed %#x")) return true;

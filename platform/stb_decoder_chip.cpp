@@ -1,6 +1,6 @@
 // Bring-up, handle binding, display start and tear-down of the media library.
 // Caller's thread.
-#include "platform/hisi_decoder_chip.h"
+#include "platform/stb_decoder_chip.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -18,11 +18,11 @@ const uint32_t kDisplayFormat1080i = VOUT_FORMAT_1080I;
 const uint32_t kDisplayRate50 = 64;
 }  // namespace
 
-HisiDecoderChip::HisiDecoderChip(HisiDemux& demux, std::vector<KT::CSharedPtr<HisiAudioDecoder>>& audioDecoders,
-                                 uint32_t audioDecoderCount, HisiVideoDecoder& videoDecoder,
-                                 HisiVideoOutput& videoOutput, HisiAudioOutput& audioOutput,
-                                 HisiClosedCaption& closedCaption, FfAvProbe& probe)
-    : m_Logger(hisiav::Logger("hisiav.decoderchip")),
+StbDecoderChip::StbDecoderChip(StbDemux& demux, std::vector<KT::CSharedPtr<StbAudioDecoder>>& audioDecoders,
+                                 uint32_t audioDecoderCount, StbVideoDecoder& videoDecoder,
+                                 StbVideoOutput& videoOutput, StbAudioOutput& audioOutput,
+                                 StbClosedCaption& closedCaption, FfAvProbe& probe)
+    : m_Logger(stbav::Logger("stbav.decoderchip")),
       m_Demux(demux),
       m_AudioDecoders(audioDecoders),
       m_AudioDecoderCount(audioDecoderCount),
@@ -39,33 +39,33 @@ HisiDecoderChip::HisiDecoderChip(HisiDemux& demux, std::vector<KT::CSharedPtr<Hi
     memset(&m_DisplayAttr, 0, sizeof m_DisplayAttr);
     memset(&m_AoutInit, 0, sizeof m_AoutInit);
     memset(&m_AoutOpenAttr, 0, sizeof m_AoutOpenAttr);
-    m_EventConfig = AvEventConfig{kEventClassVideo, &HisiVideoDecoder::AvEventCallback, 1};
+    m_EventConfig = AvEventConfig{kEventClassVideo, &StbVideoDecoder::AvEventCallback, 1};
 }
 
-HisiDecoderChip::~HisiDecoderChip() { HisiControlDeinit(); }
+StbDecoderChip::~StbDecoderChip() { StbControlDeinit(); }
 
 // Logs `done` (debug) or failFmt with the code (error; failFmt has one %#x).
-bool HisiDecoderChip::Step(int r, const char* done, const char* failFmt) {
+bool StbDecoderChip::Step(int r, const char* done, const char* failFmt) {
     if (r != 0) {
-        hisiav::LogError(m_Logger, failFmt, r);
+        stbav::LogError(m_Logger, failFmt, r);
         return false;
     }
-    hisiav::LogDebug(m_Logger, "%s", done);
+    stbav::LogDebug(m_Logger, "%s", done);
     return true;
 }
 
-int HisiDecoderChip::HisiControlInit() {
-    hisiav::LogDebug(m_Logger, "%s: Hisi control init", "HisiControlInit");
+int StbDecoderChip::StbControlInit() {
+    stbav::LogDebug(m_Logger, "%s: Stb control init", "StbControlInit");
     if (!BringUpPlayer() || !BringUpAudioOutput() || !BringUpVideoOutput() || !BringUpAudioTrack() ||
         !BringUpCaptions()) {
         return -1;
     }
-    hisiav::LogDebug(m_Logger, "%s: Finish Hisi control init", "HisiControlInit");
+    stbav::LogDebug(m_Logger, "%s: Finish Stb control init", "StbControlInit");
     return 0;
 }
 
 // Steps 1-3.
-bool HisiDecoderChip::BringUpPlayer() {
+bool StbDecoderChip::BringUpPlayer() {
     return Step(system_init(0), "Finish initializing system resources", "system_init failed: %#x.") &&
            Step(av_init(&m_AvInitResult, &m_IpParams), "Finish initializing audio/video output parameters",
                 "call av_init failed %#x") &&
@@ -74,7 +74,7 @@ bool HisiDecoderChip::BringUpPlayer() {
 }
 
 // Steps 4-5.
-bool HisiDecoderChip::BringUpAudioOutput() {
+bool StbDecoderChip::BringUpAudioOutput() {
     if (!Step(aout_init(&m_AoutInit, &m_IpParams), "Finish initializing audio output",
               "call aout_init failed: %#x.")) {
         return false;
@@ -85,7 +85,7 @@ bool HisiDecoderChip::BringUpAudioOutput() {
 }
 
 // Steps 6-12: channel, display format 1080i at 50 fields, window on the player.
-bool HisiDecoderChip::BringUpVideoOutput() {
+bool StbDecoderChip::BringUpVideoOutput() {
     if (!Step(vout_init(&m_VoutInit, &m_IpParams), "Finish initializing video output",
               "call vout_init failed: %#x.")) {
         return false;
@@ -110,7 +110,7 @@ bool HisiDecoderChip::BringUpVideoOutput() {
 }
 
 // Steps 13-14.
-bool HisiDecoderChip::BringUpAudioTrack() {
+bool StbDecoderChip::BringUpAudioTrack() {
     return Step(aout_track_create(m_AoutHandle, &m_TrackHandle, 0), "Finish creating audio output track",
                 "call aout_track_create failed %#x") &&
            Step(aout_track_attach_input(m_TrackHandle, 0, m_AvHandle), "Finish attaching audio output track to input",
@@ -118,19 +118,19 @@ bool HisiDecoderChip::BringUpAudioTrack() {
 }
 
 // Steps 15-16: the address string and the port copy served the bring-up only.
-bool HisiDecoderChip::BringUpCaptions() {
+bool StbDecoderChip::BringUpCaptions() {
     memset(m_IpParams.address, 0, sizeof m_IpParams.address);
     m_IpParams.port_copy = 0;
     return Step(m_ClosedCaption.Initialize(), "Finish initializing ClosedCaption", "call Initialize failed %#x");
 }
 
-void HisiDecoderChip::TearDownOne(int r, const char* failFmt) {
-    if (r != 0) hisiav::LogError(m_Logger, failFmt, r);
+void StbDecoderChip::TearDownOne(int r, const char* failFmt) {
+    if (r != 0) stbav::LogError(m_Logger, failFmt, r);
 }
 
 // The window and the video channel go after the player is destroyed, and
 // av_deinit comes before the output deinits: the order the platform is driven with.
-int HisiDecoderChip::HisiControlDeinit() {
+int StbDecoderChip::StbControlDeinit() {
     TearDownOne(av_stop(m_AvHandle), "av_stop failed 0x%x");
     TearDownOne(aout_track_detach_input(m_TrackHandle, 0, m_AvHandle), "aout_track_detach_input failed 0x%x");
     TearDownOne(aout_track_destroy(m_TrackHandle), "aout_track_destroy failed 0x%x");
@@ -146,14 +146,14 @@ int HisiDecoderChip::HisiControlDeinit() {
     TearDownOne(system_deinit(), "system_deinit failed 0x%x");
     int r = m_ClosedCaption.Deinitialize();
     if (r != 0) {
-        hisiav::LogError(m_Logger, "call Deinitialize failed %#x", r);
+        stbav::LogError(m_Logger, "call Deinitialize failed %#x", r);
         return -1;
     }
-    hisiav::LogDebug(m_Logger, "Deinit oK 0x%x", r);
+    stbav::LogDebug(m_Logger, "Deinit oK 0x%x", r);
     return 0;
 }
 
-bool HisiDecoderChip::Initialize() {
+bool StbDecoderChip::Initialize() {
     SetIpInputParam(kStreamInputAddress, kStreamInputPort);
     DisplayStart();
     BindHandles();
@@ -162,7 +162,7 @@ bool HisiDecoderChip::Initialize() {
     return true;
 }
 
-void HisiDecoderChip::BindHandles() {
+void StbDecoderChip::BindHandles() {
     m_Demux.BondAvHandle(m_AvHandle);
     m_VideoDecoder.BondAvHandle(m_AvHandle);
     m_VideoDecoder.BondWindowHandle(m_WindowHandle);
@@ -177,7 +177,7 @@ void HisiDecoderChip::BindHandles() {
     }
 }
 
-int HisiDecoderChip::SetIpInputParam(uint32_t ip, uint16_t port) {
+int StbDecoderChip::SetIpInputParam(uint32_t ip, uint16_t port) {
     char text[16];
     snprintf(text, sizeof text, "%d.%d.%d.%d", int((ip >> 24) & 0xFF), int((ip >> 16) & 0xFF), int((ip >> 8) & 0xFF),
              int(ip & 0xFF));
@@ -189,40 +189,40 @@ int HisiDecoderChip::SetIpInputParam(uint32_t ip, uint16_t port) {
     return av_prepare(m_IpParams.address);
 }
 
-void HisiDecoderChip::DisplayStart() {
+void StbDecoderChip::DisplayStart() {
     int r = av_set_event_config(m_AvHandle, &m_EventConfig, kEventClassVideo);
-    if (r != 0) hisiav::LogError(m_Logger, "av_set_event_config failed 0x%x", r);
+    if (r != 0) stbav::LogError(m_Logger, "av_set_event_config failed 0x%x", r);
     r = av_start_video(m_AvHandle);
     r |= av_start_audio(m_AvHandle);
-    if (r != 0) hisiav::LogWarn(m_Logger, "%s av_start failed", "DisplayStart");
+    if (r != 0) stbav::LogWarn(m_Logger, "%s av_start failed", "DisplayStart");
 }
 
-bool HisiDecoderChip::Upgrade() {
-    std::string package = hisiav::paths::Resolve(hisiav::paths::kUpgradePackage);
+bool StbDecoderChip::Upgrade() {
+    std::string package = stbav::paths::Resolve(stbav::paths::kUpgradePackage);
     system_upgrade(package.c_str());
     return true;
 }
 
-int HisiDecoderChip::SearchProgInfo() {
+int StbDecoderChip::SearchProgInfo() {
     memset(&m_Settings, 0, sizeof m_Settings);
     int r = av_search_progInfo(&m_Settings, &m_IpParams);
     if (r != 0) {
-        hisiav::LogWarn(m_Logger, "%s av_search_progInfo failed", "SearchProgInfo");
+        stbav::LogWarn(m_Logger, "%s av_search_progInfo failed", "SearchProgInfo");
         return r;
     }
-    hisiav::LogInfo(m_Logger, "%s video pid: %u, video_type: %d, serviceId: %u", "SearchProgInfo",
+    stbav::LogInfo(m_Logger, "%s video pid: %u, video_type: %d, serviceId: %u", "SearchProgInfo",
                     unsigned(m_Settings.video_pid), int(m_Settings.video_type), unsigned(m_Settings.service_id));
     return 0;
 }
 
-int HisiDecoderChip::SetServiceConfig(_AV_SETTING_S* settings) {
+int StbDecoderChip::SetServiceConfig(_AV_SETTING_S* settings) {
     int r = av_set_config(m_AvHandle, settings);
     av_get_config(m_AvHandle, &m_Settings);
     return r;
 }
 
-int HisiDecoderChip::SetServiceConfig() {
+int StbDecoderChip::SetServiceConfig() {
     int r = av_set_config(m_AvHandle, &m_Settings);
-    if (r != 0) hisiav::LogWarn(m_Logger, "%s av_set_config failed", "SetServiceConfig");
+    if (r != 0) stbav::LogWarn(m_Logger, "%s av_set_config failed", "SetServiceConfig");
     return r;
 }

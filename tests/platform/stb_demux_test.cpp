@@ -1,7 +1,7 @@
 // The demux against the virtual board: the player restarts only when the
 // programme settings changed, codec mappings, PID read-back, and every platform
 // failure path by fault injection.
-#include "platform/hisi_demux.h"
+#include "platform/stb_demux.h"
 
 #include <cstring>
 #include <functional>
@@ -15,8 +15,8 @@
 
 namespace {
 
-using hisiav_test::BoardTest;
-using hisiav_test::LogCapture;
+using stbav_test::BoardTest;
+using stbav_test::LogCapture;
 
 const std::vector<std::string> kRestart = {"av_stop", "av_set_config", "av_start_audio", "av_start_video"};
 const std::vector<std::string> kPlayerCalls = {"av_get_config", "av_stop",        "av_set_config",
@@ -36,24 +36,24 @@ protected:
         return calls;
     }
 
-    LogCapture m_Log{"hisiav.hisidemux"};
-    hisiav_test::BoardHandles m_Handles;
-    HisiDemux m_Demux;
+    LogCapture m_Log{"stbav.stbdemux"};
+    stbav_test::BoardHandles m_Handles;
+    StbDemux m_Demux;
 };
 
 TEST_F(DemuxTest, EverySetterRestartsThePlayerOnlyForANewValue) {
     struct Case {
         const char* name;
-        std::function<bool(HisiDemux&)> set;
+        std::function<bool(StbDemux&)> set;
     };
     const std::vector<Case> cases = {
-        {"video pid", [](HisiDemux& d) { return d.SetPid(0x100, ES_TYPE_VIDEO); }},
-        {"audio pid", [](HisiDemux& d) { return d.SetPid(0x101, ES_TYPE_AUDIO, 3); }},
-        {"pcr pid", [](HisiDemux& d) { return d.SetPid(0x100, ES_TYPE_PCR); }},
-        {"service id", [](HisiDemux& d) { return d.SetServiceId(7); }},
-        {"service name", [](HisiDemux& d) { return d.SetServiceName("News"); }},
-        {"video codec", [](HisiDemux& d) { return d.SetServiceVideoCodecType(VIDEO_TYPE_H264); }},
-        {"audio codec", [](HisiDemux& d) { return d.SetServiceAudioCodecType(AUDIO_TYPE_AC3); }},
+        {"video pid", [](StbDemux& d) { return d.SetPid(0x100, ES_TYPE_VIDEO); }},
+        {"audio pid", [](StbDemux& d) { return d.SetPid(0x101, ES_TYPE_AUDIO, 3); }},
+        {"pcr pid", [](StbDemux& d) { return d.SetPid(0x100, ES_TYPE_PCR); }},
+        {"service id", [](StbDemux& d) { return d.SetServiceId(7); }},
+        {"service name", [](StbDemux& d) { return d.SetServiceName("News"); }},
+        {"video codec", [](StbDemux& d) { return d.SetServiceVideoCodecType(VIDEO_TYPE_H264); }},
+        {"audio codec", [](StbDemux& d) { return d.SetServiceAudioCodecType(AUDIO_TYPE_AC3); }},
     };
     for (size_t i = 0; i < cases.size(); ++i) {
         SCOPED_TRACE(cases[i].name);
@@ -67,7 +67,7 @@ TEST_F(DemuxTest, EverySetterRestartsThePlayerOnlyForANewValue) {
         EXPECT_EQ(m_Log.Count("DEBUG", "UpdateProgSettings progSettings is not changed"), i + 1);
     }
     EXPECT_EQ(m_Log.Count("DEBUG", "Send STOP_REQUIRED"), 3u);  // once per changed PID, never for a repeat
-    EXPECT_TRUE(m_Log.Has("INFO", "HisiVideoDecoder::GetCodec: pcrPid: 0, vidPid: 256, audPid: 0, video type: 0, "
+    EXPECT_TRUE(m_Log.Has("INFO", "StbVideoDecoder::GetCodec: pcrPid: 0, vidPid: 256, audPid: 0, video type: 0, "
                                   "audio type: 0, "));
     auto s = stbsim::State().player.settings;
     EXPECT_EQ(s.video_pid, 0x100);
@@ -174,14 +174,14 @@ TEST_F(DemuxTest, ServiceNameOverwritesOnlyItsOwnBytes) {
 TEST_F(DemuxTest, FailedSettingsReadFailsTheSetterAndGivesTheGettersDefaults) {
     struct Case {
         const char* name;
-        std::function<bool(HisiDemux&)> set;
+        std::function<bool(StbDemux&)> set;
     };
     const std::vector<Case> cases = {
-        {"SetPid", [](HisiDemux& d) { return d.SetPid(0x100, ES_TYPE_VIDEO); }},
-        {"SetServiceName", [](HisiDemux& d) { return d.SetServiceName("x"); }},
-        {"SetServiceId", [](HisiDemux& d) { return d.SetServiceId(3); }},
-        {"SetServiceVideoCodecType", [](HisiDemux& d) { return d.SetServiceVideoCodecType(VIDEO_TYPE_HEVC); }},
-        {"SetServiceAudioCodecType", [](HisiDemux& d) { return d.SetServiceAudioCodecType(AUDIO_TYPE_DRA); }},
+        {"SetPid", [](StbDemux& d) { return d.SetPid(0x100, ES_TYPE_VIDEO); }},
+        {"SetServiceName", [](StbDemux& d) { return d.SetServiceName("x"); }},
+        {"SetServiceId", [](StbDemux& d) { return d.SetServiceId(3); }},
+        {"SetServiceVideoCodecType", [](StbDemux& d) { return d.SetServiceVideoCodecType(VIDEO_TYPE_HEVC); }},
+        {"SetServiceAudioCodecType", [](StbDemux& d) { return d.SetServiceAudioCodecType(AUDIO_TYPE_DRA); }},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);

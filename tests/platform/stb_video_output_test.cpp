@@ -6,15 +6,15 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/hisi_closed_caption.h"
-#include "platform/hisi_video_output.h"
+#include "platform/stb_closed_caption.h"
+#include "platform/stb_video_output.h"
 #include "tests/platform/board_fixture.h"
 #include "tests/support/log_capture.h"
 
 namespace {
 
-using hisiav_test::BoardTest;
-using hisiav_test::LogCapture;
+using stbav_test::BoardTest;
+using stbav_test::LogCapture;
 
 class VideoOutputTest : public BoardTest {
 protected:
@@ -31,8 +31,8 @@ protected:
     }
     static VoutDisplayAttr Display() { return stbsim::State().display.attr; }
 
-    LogCapture m_Log{"hisiav.hisivideooutput"};
-    HisiVideoOutput m_Output;
+    LogCapture m_Log{"stbav.stbvideooutput"};
+    StbVideoOutput m_Output;
 };
 
 TEST_F(VideoOutputTest, FormatAndRateCodes) {
@@ -113,8 +113,8 @@ protected:
     }
     std::vector<std::string> CcCalls() { return CallsMatching(kCcCalls); }
 
-    LogCapture m_Log{"hisiav.hisiclosedcaption"};
-    HisiClosedCaption m_Captions;
+    LogCapture m_Log{"stbav.stbclosedcaption"};
+    StbClosedCaption m_Captions;
 };
 
 TEST_F(ClosedCaptionTest, InitializeBringsUpTheDigitalOverlayDeinitializeInItsOwnOrder) {
@@ -153,7 +153,7 @@ TEST_F(ClosedCaptionTest, BringUpAndTearDownStopAtTheFirstFailure) {
             }
             stbsim::ClearJournal();
             Fail(step);
-            EXPECT_EQ(steps == &init ? m_Captions.Initialize() : m_Captions.Deinitialize(), hisiav_test::kInjected);
+            EXPECT_EQ(steps == &init ? m_Captions.Initialize() : m_Captions.Deinitialize(), stbav_test::kInjected);
             EXPECT_TRUE(m_Log.Has("ERROR", "call " + step + " failed 0x1234"));
             EXPECT_EQ(CcCalls(), std::vector<std::string>(steps->begin(), steps->begin() + i + 1));
         }

@@ -1,4 +1,4 @@
-// HisiAvOpSender: turns one status value (opId, output index, value) into a
+// StbAvOpSender: turns one status value (opId, output index, value) into a
 // type-0 operation and sends it to the host through the UART adapter. Called on
 // the poller thread; keeps no state between calls and takes no lock (the adapter
 // serialises frames). Owns nothing: adapter and dictionary belong to the subsystem.
@@ -13,9 +13,9 @@
 #include "toolkit/log.h"
 #include "transport/uart_adapter.h"
 
-class HisiAvOpSender {
+class StbAvOpSender {
 public:
-    HisiAvOpSender(CUartAdapter& adapter, COpSsDataMap& dictionary);
+    StbAvOpSender(CUartAdapter& adapter, COpSsDataMap& dictionary);
 
     // Sends value under the dictionary's value type for opId, with the index
     // reduced to one byte. Works for any integral or enumeration type. A type that
@@ -37,13 +37,13 @@ private:
 };
 
 template <typename T>
-void HisiAvOpSender::TransmitStatus(unsigned int opId, unsigned int index, T value) {
+void StbAvOpSender::TransmitStatus(unsigned int opId, unsigned int index, T value) {
     static_assert(std::is_integral<T>::value || std::is_enum<T>::value, "TransmitStatus<T> takes a number");
     SsOp op(OP_TYPE_DATA, opId);
     DataVarType_e type = VT_STRING;
     if (!LookUpType(opId, type)) return;
     if (!op.SetSsOpData(value, type)) {
-        hisiav::LogError(m_log, "%s::SetSsOpData failed, opId: %d, dataType: %d", "TransmitStatus", opId,
+        stbav::LogError(m_log, "%s::SetSsOpData failed, opId: %d, dataType: %d", "TransmitStatus", opId,
                          static_cast<int>(type));
         return;
     }

@@ -1,4 +1,4 @@
-// HisiAvOpReceiver: the daemon's one handler of host operations. On "UART Px" it
+// StbAvOpReceiver: the daemon's one handler of host operations. On "UART Px" it
 // queues configuration values (type 0) in the ConfigManager and turns each apply
 // trigger (type 6) into a scheduled configuration run. Holds the adapter and the
 // config manager by reference (both owned by the subsystem).
@@ -8,10 +8,10 @@
 #include "transport/i_comm_op_handler.h"
 #include "transport/uart_adapter.h"
 
-class HisiAvOpReceiver : public iCommOpHandler {
+class StbAvOpReceiver : public iCommOpHandler {
 public:
-    HisiAvOpReceiver(CUartAdapter& adapter, ConfigManager& configManager);
-    ~HisiAvOpReceiver() override;
+    StbAvOpReceiver(CUartAdapter& adapter, ConfigManager& configManager);
+    ~StbAvOpReceiver() override;
 
     // Registers on the adapter's bus, then starts reception. Controlling thread.
     void StartHandlingOperations();

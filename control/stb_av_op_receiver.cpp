@@ -1,25 +1,25 @@
-// HisiAvOpReceiver: sorts received operations by type.
-#include "control/hisi_av_op_receiver.h"
+// StbAvOpReceiver: sorts received operations by type.
+#include "control/stb_av_op_receiver.h"
 
 #include "toolkit/log.h"
 
-HisiAvOpReceiver::HisiAvOpReceiver(CUartAdapter& adapter, ConfigManager& configManager)
-    : m_Log(hisiav::Logger("hisiav.opreceiver")), m_Adapter(adapter), m_ConfigManager(configManager) {}
+StbAvOpReceiver::StbAvOpReceiver(CUartAdapter& adapter, ConfigManager& configManager)
+    : m_Log(stbav::Logger("stbav.opreceiver")), m_Adapter(adapter), m_ConfigManager(configManager) {}
 
-HisiAvOpReceiver::~HisiAvOpReceiver() = default;
+StbAvOpReceiver::~StbAvOpReceiver() = default;
 
-void HisiAvOpReceiver::StartHandlingOperations() {
+void StbAvOpReceiver::StartHandlingOperations() {
     // Registered first, so that nothing received after the start is lost.
     m_Adapter.RegisterOpHandler(this);
     m_Adapter.StartReceiveOps();
 }
 
-void HisiAvOpReceiver::StopHandlingOperations() {
+void StbAvOpReceiver::StopHandlingOperations() {
     m_Adapter.TerminateReceiveOps();
     m_Adapter.UnregisterOpHandler(this);
 }
 
-bool HisiAvOpReceiver::HandleCommOp(KT::CSharedPtr<SsOp> op) {
+bool StbAvOpReceiver::HandleCommOp(KT::CSharedPtr<SsOp> op) {
     const int type = static_cast<int>(op->GetOpType());
     if (type == OP_TYPE_DATA) return m_ConfigManager.QueueOperation(op);
     if (type == OP_TYPE_APPLY_CONFIG) {
@@ -27,6 +27,6 @@ bool HisiAvOpReceiver::HandleCommOp(KT::CSharedPtr<SsOp> op) {
         return true;
     }
     if (type >= OP_TYPE_RESERVED_1 && type <= OP_TYPE_RESERVED_7)
-        hisiav::LogWarn(m_Log, "%s: Unhandled OpType=%d", "HandleCommOp", type);
+        stbav::LogWarn(m_Log, "%s: Unhandled OpType=%d", "HandleCommOp", type);
     return false;
 }

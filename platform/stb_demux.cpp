@@ -1,6 +1,6 @@
 // Programme settings of the decoded service and their application to the AV
 // player. Poller thread.
-#include "platform/hisi_demux.h"
+#include "platform/stb_demux.h"
 
 #include <algorithm>
 #include <cstring>
@@ -42,34 +42,34 @@ const CodecEntry& FindCodec(const CodecEntry (&table)[N], int32_t type, const Co
 
 }  // namespace
 
-HisiDemux::HisiDemux()
-    : m_Logger(hisiav::Logger("hisiav.hisidemux")), m_AudioPids(kPidListSize, 0), m_ExtraPids(kPidListSize, 0) {
+StbDemux::StbDemux()
+    : m_Logger(stbav::Logger("stbav.stbdemux")), m_AudioPids(kPidListSize, 0), m_ExtraPids(kPidListSize, 0) {
     memset(&m_Pending, 0, sizeof m_Pending);
     memset(&m_Applied, 0, sizeof m_Applied);
 }
 
-bool HisiDemux::LoadPending(const char* name) {
+bool StbDemux::LoadPending(const char* name) {
     _AV_SETTING_S current;
     memset(&current, 0, sizeof current);
     if (av_get_config(m_AvHandle, &current) != 0) {
-        hisiav::LogError(m_Logger, "%s av_get_config error", name);
+        stbav::LogError(m_Logger, "%s av_get_config error", name);
         return false;
     }
-    hisiav::LogDebug(m_Logger, "%s av_get_config success", name);
+    stbav::LogDebug(m_Logger, "%s av_get_config success", name);
     memcpy(&m_Pending, &current, sizeof m_Pending);
     return true;
 }
 
-bool HisiDemux::SetPid(uint16_t pid, EsType_e type) { return SetPid(pid, type, 0); }
+bool StbDemux::SetPid(uint16_t pid, EsType_e type) { return SetPid(pid, type, 0); }
 
-bool HisiDemux::SetPid(uint16_t pid, EsType_e type, uint16_t index) {
-    hisiav::LogDebug(m_Logger, "%s: Pid - %d, EsType - %d, Index - %d", "SetPid", int(pid), int(type), int(index));
+bool StbDemux::SetPid(uint16_t pid, EsType_e type, uint16_t index) {
+    stbav::LogDebug(m_Logger, "%s: Pid - %d, EsType - %d, Index - %d", "SetPid", int(pid), int(type), int(index));
     if (!LoadPending("SetPid")) return false;
     bool rejected = false;
     bool changed = ApplyPid(pid, type, index, &rejected);
     if (rejected) return false;
     if (changed) {
-        hisiav::LogDebug(m_Logger, "Send STOP_REQUIRED");
+        stbav::LogDebug(m_Logger, "Send STOP_REQUIRED");
         RaiseEvent(DECODER_EVENT_STOP_REQUIRED);
     }
     return UpdateProgSettings() == 0;
@@ -77,7 +77,7 @@ bool HisiDemux::SetPid(uint16_t pid, EsType_e type, uint16_t index) {
 
 // Audio, PCR and video compare against the PID this demux remembers, not
 // against the player's record.
-bool HisiDemux::ApplyPid(uint16_t pid, EsType_e type, uint16_t index, bool* rejected) {
+bool StbDemux::ApplyPid(uint16_t pid, EsType_e type, uint16_t index, bool* rejected) {
     switch (type) {
         case ES_TYPE_AUDIO:
             if (index >= m_AudioPids.size()) {
@@ -114,14 +114,14 @@ bool HisiDemux::ApplyPid(uint16_t pid, EsType_e type, uint16_t index, bool* reje
     }
 }
 
-uint16_t HisiDemux::GetPid(EsType_e type) { return GetPid(type, 0); }
+uint16_t StbDemux::GetPid(EsType_e type) { return GetPid(type, 0); }
 
-uint16_t HisiDemux::GetPid(EsType_e type, uint16_t index) {
-    hisiav::LogDebug(m_Logger, "%s: EsType - %d, Index - %d", "GetPid", int(type), int(index));
+uint16_t StbDemux::GetPid(EsType_e type, uint16_t index) {
+    stbav::LogDebug(m_Logger, "%s: EsType - %d, Index - %d", "GetPid", int(type), int(index));
     AvStatusInfo status;
     memset(&status, 0, sizeof status);
     if (av_get_status_info(m_AvHandle, &status) != 0) {
-        hisiav::LogError(m_Logger, "%s: av_get_status_info failed", "GetPid");
+        stbav::LogError(m_Logger, "%s: av_get_status_info failed", "GetPid");
         return 0;
     }
     switch (type) {
@@ -131,7 +131,7 @@ uint16_t HisiDemux::GetPid(EsType_e type, uint16_t index) {
         case ES_TYPE_EXTRA: return m_ExtraPid;
         case ES_TYPE_EXTRA_INDEXED:
             if (index >= m_ExtraPids.size()) {
-                hisiav::LogError(m_Logger, "Index %d is invalid", int(index));
+                stbav::LogError(m_Logger, "Index %d is invalid", int(index));
                 return 0;
             }
             return m_ExtraPids[index];
@@ -142,62 +142,62 @@ uint16_t HisiDemux::GetPid(EsType_e type, uint16_t index) {
 // The name's bytes go in without a terminating NUL, so a shorter name keeps the
 // player's bytes behind it. A name longer than the field is cut at the end of
 // the record.
-bool HisiDemux::SetServiceName(std::string name) {
+bool StbDemux::SetServiceName(std::string name) {
     if (!LoadPending("SetServiceName")) return false;
     memcpy(m_Pending.service_name, name.data(), std::min(name.size(), sizeof m_Pending.service_name));
     return UpdateProgSettings() == 0;
 }
 
-std::string HisiDemux::GetServiceName() {
+std::string StbDemux::GetServiceName() {
     _AV_SETTING_S current;
     memset(&current, 0, sizeof current);
     if (av_get_config(m_AvHandle, &current) != 0) {
-        hisiav::LogError(m_Logger, "%s av_get_config error", "GetServiceName");
+        stbav::LogError(m_Logger, "%s av_get_config error", "GetServiceName");
         return "Undefined";
     }
     return std::string(current.service_name, strnlen(current.service_name, sizeof current.service_name));
 }
 
-bool HisiDemux::SetServiceId(uint16_t id) {
+bool StbDemux::SetServiceId(uint16_t id) {
     if (!LoadPending("SetServiceId")) return false;
     m_Pending.service_id = id;
     return UpdateProgSettings() == 0;
 }
 
-uint16_t HisiDemux::GetServiceId() {
+uint16_t StbDemux::GetServiceId() {
     _AV_SETTING_S current;
     memset(&current, 0, sizeof current);
     if (av_get_config(m_AvHandle, &current) != 0) {
-        hisiav::LogError(m_Logger, "%s av_get_config error", "GetServiceId");
+        stbav::LogError(m_Logger, "%s av_get_config error", "GetServiceId");
         return 0;
     }
     return current.service_id;
 }
 
-bool HisiDemux::SetServiceVideoCodecType(VideoType_e type) {
+bool StbDemux::SetServiceVideoCodecType(VideoType_e type) {
     if (!LoadPending("SetServiceVideoCodecType")) return false;
     const CodecEntry& codec = FindCodec(kVideoCodecs, type, kVideoCodecUnknown);
-    hisiav::LogDebug(m_Logger, "%s", codec.text);
+    stbav::LogDebug(m_Logger, "%s", codec.text);
     m_Pending.video_type = codec.platform;
     return UpdateProgSettings() == 0;
 }
 
-bool HisiDemux::SetServiceAudioCodecType(AudioType_e type) {
+bool StbDemux::SetServiceAudioCodecType(AudioType_e type) {
     if (!LoadPending("SetServiceAudioCodecType")) return false;
     const CodecEntry& codec = FindCodec(kAudioCodecs, type, kAudioCodecUnknown);
-    hisiav::LogDebug(m_Logger, "%s", codec.text);
+    stbav::LogDebug(m_Logger, "%s", codec.text);
     m_Pending.audio_type = codec.platform;
     return UpdateProgSettings() == 0;
 }
 
-bool HisiDemux::ClearBuffer() {
+bool StbDemux::ClearBuffer() {
     av_stop(m_AvHandle);
     av_reset(m_AvHandle, 1);
     m_Changed = true;
     return UpdateProgSettings() == 0;
 }
 
-int HisiDemux::GetProgSettings(_AV_SETTING_S* out) {
+int StbDemux::GetProgSettings(_AV_SETTING_S* out) {
     memcpy(out, &m_Pending, sizeof m_Pending);
     return 0;
 }
@@ -205,31 +205,31 @@ int HisiDemux::GetProgSettings(_AV_SETTING_S* out) {
 // A failed stop or configuration is only logged (the result stays 0) and the
 // changed flag is cleared in every case: the next setter compares against
 // settings the player may never have taken.
-uint16_t HisiDemux::UpdateProgSettings() {
+uint16_t StbDemux::UpdateProgSettings() {
     if (memcmp(&m_Pending, &m_Applied, sizeof m_Pending) != 0) {
-        hisiav::LogDebug(m_Logger, "%s progSettings is changed", "UpdateProgSettings");
+        stbav::LogDebug(m_Logger, "%s progSettings is changed", "UpdateProgSettings");
         memcpy(&m_Applied, &m_Pending, sizeof m_Applied);
         m_Changed = true;
     }
     if (!m_Changed) {
-        hisiav::LogDebug(m_Logger, "%s progSettings is not changed", "UpdateProgSettings");
+        stbav::LogDebug(m_Logger, "%s progSettings is not changed", "UpdateProgSettings");
         return 0;
     }
     int r = 0;
     if (av_stop(m_AvHandle) != 0) {
-        hisiav::LogError(m_Logger, "%s stop av failed", "UpdateProgSettings");
+        stbav::LogError(m_Logger, "%s stop av failed", "UpdateProgSettings");
     } else {
-        hisiav::LogInfo(m_Logger,
-                        "HisiVideoDecoder::GetCodec: pcrPid: %u, vidPid: %u, audPid: %u, video type: %d, "
+        stbav::LogInfo(m_Logger,
+                        "StbVideoDecoder::GetCodec: pcrPid: %u, vidPid: %u, audPid: %u, video type: %d, "
                         "audio type: %d, ",
                         unsigned(m_Applied.pcr_pid), unsigned(m_Applied.video_pid), unsigned(m_Applied.audio_pid),
                         int(m_Applied.video_type), int(m_Applied.audio_type));
         if (av_set_config(m_AvHandle, &m_Applied) != 0) {
-            hisiav::LogError(m_Logger, "%s av set config error", "UpdateProgSettings");
+            stbav::LogError(m_Logger, "%s av set config error", "UpdateProgSettings");
         } else {
             r = av_start_audio(m_AvHandle);
             r |= av_start_video(m_AvHandle);
-            if (r != 0) hisiav::LogError(m_Logger, "%s av start error", "UpdateProgSettings");
+            if (r != 0) stbav::LogError(m_Logger, "%s av start error", "UpdateProgSettings");
         }
     }
     m_Changed = false;

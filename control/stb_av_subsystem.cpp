@@ -1,5 +1,5 @@
-// HisiAvSubsystem: assembly, start-up, the periodic reports and tear-down.
-#include "control/hisi_av_subsystem.h"
+// StbAvSubsystem: assembly, start-up, the periodic reports and tear-down.
+#include "control/stb_av_subsystem.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -17,18 +17,18 @@
 
 namespace {
 
-constexpr unsigned int kOpSoftwareVersion = 2;  // hisisystemSoftwareVersion
-constexpr unsigned int kOpReady = 3;            // hisisystemReady
-constexpr unsigned int kOpStatusClearDone = 9;  // hisisystemStatusClearDone
+constexpr unsigned int kOpSoftwareVersion = 2;  // stbsystemSoftwareVersion
+constexpr unsigned int kOpReady = 3;            // stbsystemReady
+constexpr unsigned int kOpStatusClearDone = 9;  // stbsystemStatusClearDone
 constexpr unsigned int kReportPeriodMs = 1000;
 
 }  // namespace
 
 // The two constructors differ only in the serial adapter's constructor.
-HisiAvSubsystem::HisiAvSubsystem(IDecoderChip& decoderChip, IDemux& demux, AudioDecoders& audioDecoders,
+StbAvSubsystem::StbAvSubsystem(IDecoderChip& decoderChip, IDemux& demux, AudioDecoders& audioDecoders,
                                  IVideoDecoder& videoDecoder, IVideoOutput& videoOutput, IAudioOutput& audioOutput,
                                  IClosedCaption& closedCaption)
-    : m_Log(hisiav::Logger("hisiav.subsystem")),
+    : m_Log(stbav::Logger("stbav.subsystem")),
       m_DecoderChip(decoderChip),
       m_Demux(demux),
       m_AudioDecoders(audioDecoders),
@@ -48,10 +48,10 @@ HisiAvSubsystem::HisiAvSubsystem(IDecoderChip& decoderChip, IDemux& demux, Audio
     Assemble();
 }
 
-HisiAvSubsystem::HisiAvSubsystem(IDecoderChip& decoderChip, IDemux& demux, AudioDecoders& audioDecoders,
+StbAvSubsystem::StbAvSubsystem(IDecoderChip& decoderChip, IDemux& demux, AudioDecoders& audioDecoders,
                                  IVideoDecoder& videoDecoder, IVideoOutput& videoOutput, IAudioOutput& audioOutput,
                                  IClosedCaption& closedCaption, const std::string& serialDevice, KT::IClock* clock)
-    : m_Log(hisiav::Logger("hisiav.subsystem")),
+    : m_Log(stbav::Logger("stbav.subsystem")),
       m_DecoderChip(decoderChip),
       m_Demux(demux),
       m_AudioDecoders(audioDecoders),
@@ -71,11 +71,11 @@ HisiAvSubsystem::HisiAvSubsystem(IDecoderChip& decoderChip, IDemux& demux, Audio
     Assemble();
 }
 
-void HisiAvSubsystem::Assemble() {
-    hisiav::LogDebug(m_Log, "HisiAvSubsystem");
+void StbAvSubsystem::Assemble() {
+    stbav::LogDebug(m_Log, "StbAvSubsystem");
     // selectedAudioSsData goes in twice, as it always has; a second fill changes nothing.
     COpSsData** const tables[] = {
-        audioPidLockSsData,     audioSrvSsData,    hisiAvSubsystemSsData, pidLockSsData,
+        audioPidLockSsData,     audioSrvSsData,    stbAvSubsystemSsData, pidLockSsData,
         selectedAudioSsData,    selectedServiceSsData, selectedOtherSsData, serviceSelectionSsData,
         videoOutputSsData,      selectedAudioSsData,   videoSsData,         serviceLockSsData,
         analogAudioSsData,      compositeSsData,   avSsConfigSsData,      overlaySsData,
@@ -90,50 +90,50 @@ void HisiAvSubsystem::Assemble() {
         m_OpSender, m_ConfigManager, m_OutputManager, m_VideoDecoder, m_VideoOutput, m_Demux)));
 
     // The handles are not kept: the events live as long as the schedule.
-    m_Schedule.Add(KT::MakeFunctor(this, &HisiAvSubsystem::ReportSFVersionAndReadyAgain), kReportPeriodMs, true);
-    m_Schedule.Add(KT::MakeFunctor(this, &HisiAvSubsystem::ReportStatusClearDone), kReportPeriodMs, true);
+    m_Schedule.Add(KT::MakeFunctor(this, &StbAvSubsystem::ReportSFVersionAndReadyAgain), kReportPeriodMs, true);
+    m_Schedule.Add(KT::MakeFunctor(this, &StbAvSubsystem::ReportStatusClearDone), kReportPeriodMs, true);
 }
 
-HisiAvSubsystem::~HisiAvSubsystem() {
+StbAvSubsystem::~StbAvSubsystem() {
     m_Poller.Cancel();
     // Reception ends before the receiver and the config manager it feeds are
     // released, so that "UART Px" never hands an operation to a dead handler.
     m_UartAdapter.TerminateReceiveOps();
 }
 
-void HisiAvSubsystem::StartProcess() {
-    hisiav::LogDebug(m_Log, "StartProcess");
+void StbAvSubsystem::StartProcess() {
+    stbav::LogDebug(m_Log, "StartProcess");
     m_Poller.Run();
     m_OpReceiver.StartHandlingOperations();
     ReportSFVersion();
     ReportReady();
 }
 
-void HisiAvSubsystem::ReportSFVersion() {
-    const KT::CEnvBlock versionFile(hisiav::paths::Resolve(hisiav::paths::kVersionFile));
+void StbAvSubsystem::ReportSFVersion() {
+    const KT::CEnvBlock versionFile(stbav::paths::Resolve(stbav::paths::kVersionFile));
     const std::string version = versionFile.Get("version", "unknown");
-    hisiav::LogDebug(m_Log, "Software version: %s ", version.c_str());
+    stbav::LogDebug(m_Log, "Software version: %s ", version.c_str());
     m_OpSender.TransmitStatus(kOpSoftwareVersion, 0, version);
 }
 
-void HisiAvSubsystem::ReportReady() { m_OpSender.TransmitStatus(kOpReady, 0, std::string("hisiav_ready")); }
+void StbAvSubsystem::ReportReady() { m_OpSender.TransmitStatus(kOpReady, 0, std::string("stbav_ready")); }
 
-void HisiAvSubsystem::ReportSFVersionAndReadyAgain() {
+void StbAvSubsystem::ReportSFVersionAndReadyAgain() {
     if (!m_ReadyAgainRequested.exchange(false)) return;
     ReportSFVersion();
     ReportReady();
 }
 
-void HisiAvSubsystem::ReportStatusClearDone() {
+void StbAvSubsystem::ReportStatusClearDone() {
     if (!m_ClearDoneRequested.exchange(false)) return;
-    m_OpSender.TransmitStatus(kOpStatusClearDone, 0, std::string("Hisiav status clear done!"));
+    m_OpSender.TransmitStatus(kOpStatusClearDone, 0, std::string("Stbav status clear done!"));
 }
 
-bool HisiAvSubsystem::ReportSambaServiceReady() {
-    const std::string flagFile = hisiav::paths::Resolve(hisiav::paths::kSambaFlagFile);
+bool StbAvSubsystem::ReportSambaServiceReady() {
+    const std::string flagFile = stbav::paths::Resolve(stbav::paths::kSambaFlagFile);
     const std::string command = "ps | grep -o smbd > " + flagFile;
     if (system(command.c_str()) != 0)
-        hisiav::LogError(m_Log, "%s()%d: failed to run '%s' .", "ReportSambaServiceReady", 135, command.c_str());
+        stbav::LogError(m_Log, "%s()%d: failed to run '%s' .", "ReportSambaServiceReady", 135, command.c_str());
 
     char marker[5] = {0};
     if (FILE* f = fopen(flagFile.c_str(), "r")) {
@@ -142,12 +142,12 @@ bool HisiAvSubsystem::ReportSambaServiceReady() {
         fclose(f);
     }
     if (!KT::CFs::DelFile(flagFile))
-        hisiav::LogError(m_Log, "%s()%d: failed to delete target file: '%s'.", "ReportSambaServiceReady", 145,
+        stbav::LogError(m_Log, "%s()%d: failed to delete target file: '%s'.", "ReportSambaServiceReady", 145,
                          flagFile.c_str());
     if (memcmp(marker, "smbd", 4) == 0) {
-        hisiav::LogDebug(m_Log, "%s The Samba service startup successfully!", "ReportSambaServiceReady");
+        stbav::LogDebug(m_Log, "%s The Samba service startup successfully!", "ReportSambaServiceReady");
         return true;
     }
-    hisiav::LogDebug(m_Log, "%s The Samba service startup failed!", "ReportSambaServiceReady");
+    stbav::LogDebug(m_Log, "%s The Samba service startup failed!", "ReportSambaServiceReady");
     return false;
 }
