@@ -2,8 +2,13 @@
 // are in their own units.
 #include "tools/avhost_commands.h"
 
+#include <poll.h>
 #include <signal.h>
+#include <sys/stat.h>
 #include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
 
 #include <chrono>
 #include <fstream>
@@ -13,6 +18,7 @@
 #include <sstream>
 #include <thread>
 
+#include "protocol/op_value_names.h"
 #include "tools/capture_reader.h"
 #include "tools/capture_writer.h"
 #include "tools/device_line.h"
@@ -48,6 +54,33 @@ void InstallStopHandlers() {
     sigaction(SIGTERM, &sa, nullptr);
 }
 
+// True when standard output is a pipe whose reader has gone (`| head`): the
+// pipe reports an error without anything being written.
+bool StdoutReaderGone() {
+    struct stat st {};
+    if (fstat(STDOUT_FILENO, &st) != 0 || !S_ISFIFO(st.st_mode)) return false;
+    pollfd p = {STDOUT_FILENO, 0, 0};
+    return poll(&p, 1, 0) == 1 && (p.revents & POLLERR) != 0;
+}
+
+// The exit status after a listing: a reader that went away ends it quietly
+// (status 0, like a listing that was complete); any other write error is a failure.
+int OutputStatus(bool failed, int error, std::ostream& err) {
+    if (!failed || error == EPIPE) return 0;
+    return Fail(err, std::string("writing the output failed: ") + std::strerror(error));
+}
+
+// Output style and filters shared by the live commands.
+bool SetOutput(const CommandLine& cl, const OpCatalog& catalog, FrameFilter& filter,
+               LineSession::Options& options, std::string& error) {
+    options.output.style = cl.json ? OpFormatter::kJson : cl.csv ? OpFormatter::kCsv : OpFormatter::kText;
+    options.output.utc = cl.utc;
+    options.doubleStart = !cl.singleStart;
+    if (!filter.Set(catalog, cl.only, cl.skip, error)) return false;
+    options.filter = &filter;
+    return true;
+}
+
 // The host's end of the line: the named device, or a new pty pair whose
 // daemon side is announced on out.
 std::unique_ptr<ISerialLine> OpenLine(const CommandLine& cl, std::ostream& out, std::string& error) {
@@ -80,24 +113,72 @@ struct Capture {
     }
 };
 
-int List(const CommandLine& cl, std::ostream& out) {
+// The meanings of one operation's values (list --values NAME).
+int ListValues(const CommandLine& cl, std::ostream& out, std::ostream& err) {
+    const OpCatalog catalog;
+    std::string error;
+    const COpSsData* entry = LookUpName(catalog, cl.values, error);
+    if (entry == nullptr) return Fail(err, error, kUsage);
+    const op_value_names::ValueSet* set = op_value_names::ForOp(entry->GetName());
+    if (set == nullptr && !OpCatalog::IsFormatCode(entry->GetOpId()))
+        return Fail(err, entry->GetName() + " has no enumerated values; ops with names: 'avhost list --values all'");
+    if (set == nullptr) {
+        out << entry->GetName() << ": a video format code, e.g. 0x630D0000 = 1920x1080p 16x9 50.00fps;"
+            << " written as text: 1920x1080p50, 720x576i25/4:3 (see tools/README.md)\n";
+        return 0;
+    }
+    for (const op_value_names::ValueName& v : set->values) {
+        if (cl.json) {
+            out << "{\"op\":" << JsonString(entry->GetName()) << ",\"value\":" << v.value
+                << ",\"meaning\":" << JsonString(v.name) << "}\n";
+        } else if (cl.csv) {
+            out << entry->GetName() << "," << v.value << "," << v.name << "\n";
+        } else {
+            out << entry->GetName() << "=" << v.value << "  " << v.name << "\n";
+        }
+    }
+    return 0;
+}
+
+// Every operation whose values have names (list --values all).
+int ListAllValues(const CommandLine& cl, std::ostream& out) {
+    for (const op_value_names::OpValues& o : op_value_names::All()) {
+        CommandLine one = cl;
+        one.values = o.op;
+        std::ostringstream none;
+        ListValues(one, out, none);
+    }
+    return 0;
+}
+
+int List(const CommandLine& cl, std::ostream& out, std::ostream& err) {
+    if (cl.values == "all") return ListAllValues(cl, out);
+    if (!cl.values.empty()) return ListValues(cl, out, err);
     const OpCatalog catalog;
     char line[160];
-    if (!cl.json) out << "opId  hex     name                                    value type  index\n";
+    if (cl.csv) out << "opId,op,type,index,values\n";
+    else if (!cl.json) out << "opId  hex     name                                    value type  index\n";
     for (const COpSsData* e : catalog.Entries()) {
         const std::vector<DataVarType_e> index = e->GetIndex().GetIndexTypeList();
         const std::string indexType = OpCatalog::TypeName(index.empty() ? VT_UINT8 : index[0]);
         if (cl.json) {
             out << "{\"op\":" << JsonString(e->GetName()) << ",\"opId\":" << e->GetOpId()
                 << ",\"type\":" << JsonString(OpCatalog::TypeName(e->GetDataType()))
-                << ",\"index\":" << JsonString(indexType) << "}\n";
+                << ",\"index\":" << JsonString(indexType)
+                << ",\"named\":" << (op_value_names::ForOp(e->GetName()) ? "true" : "false") << "}\n";
+            continue;
+        }
+        if (cl.csv) {
+            out << e->GetOpId() << "," << e->GetName() << "," << OpCatalog::TypeName(e->GetDataType()) << ","
+                << indexType << "," << (op_value_names::ForOp(e->GetName()) ? "named" : "") << "\n";
             continue;
         }
         snprintf(line, sizeof line, "%4u  0x%04X  %-38s  %-10s  %s\n", e->GetOpId(), e->GetOpId(),
                  e->GetName().c_str(), OpCatalog::TypeName(e->GetDataType()).c_str(), indexType.c_str());
         out << line;
     }
-    return 0;
+    out.flush();
+    return OutputStatus(!out, errno, err);
 }
 
 int Send(const CommandLine& cl, std::ostream& out, std::ostream& err) {
@@ -114,14 +195,16 @@ int Send(const CommandLine& cl, std::ostream& out, std::ostream& err) {
     Capture capture;
     if (!line.Open(cl.device, error) || !capture.Open(cl, cl.device, error)) return Fail(err, error);
     LineSession::Options options;
-    options.json = cl.json;
+    FrameFilter filter;
+    if (!SetOutput(cl, catalog, filter, options, error)) return Fail(err, error, kUsage);
     options.echoSent = true;
     options.capture = capture.writer.get();
+    if (cl.csv) out << OpFormatter::CsvHeader() << "\n";
     LineSession session(line, catalog, out, options);
     for (SsOp& op : ops) {
         if (!session.Send(op)) return Fail(err, "writing to " + cl.device + " failed");
     }
-    return 0;
+    return OutputStatus(session.OutputFailed(), session.OutputErrno(), err);
 }
 
 int Raw(const CommandLine& cl, std::ostream& err) {
@@ -142,15 +225,21 @@ int Monitor(const CommandLine& cl, std::ostream& out, std::ostream& err) {
     Capture capture;
     if (!line || !capture.Open(cl, line->Name(), error)) return Fail(err, error);
     LineSession::Options options;
-    options.json = cl.json;
+    FrameFilter filter;
+    if (!SetOutput(cl, catalog, filter, options, error)) return Fail(err, error, kUsage);
     options.capture = capture.writer.get();
+    if (cl.csv) out << OpFormatter::CsvHeader() << std::endl;
     LineSession session(*line, catalog, out, options);
     InstallStopHandlers();
     session.Start();
-    while (!StopFlag() && (cl.duration < 0 || session.Elapsed() < cl.duration))
+    bool readerGone = false;
+    while (!StopFlag() && !session.OutputFailed() && (cl.duration < 0 || session.Elapsed() < cl.duration)) {
+        if ((readerGone = StdoutReaderGone())) break;
         std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
     session.Stop();
-    return 0;
+    if (readerGone) return 0;
+    return OutputStatus(session.OutputFailed() || !out, session.OutputFailed() ? session.OutputErrno() : errno, err);
 }
 
 int Session(const CommandLine& cl, std::istream& in, std::ostream& out, std::ostream& err) {
@@ -165,8 +254,10 @@ int Session(const CommandLine& cl, std::istream& in, std::ostream& out, std::ost
     Capture capture;
     if (!line || !capture.Open(cl, line->Name(), error)) return Fail(err, error);
     LineSession::Options options;
-    options.json = cl.json;
+    FrameFilter filter;
+    if (!SetOutput(cl, catalog, filter, options, error)) return Fail(err, error, kUsage);
     options.capture = capture.writer.get();
+    if (cl.csv) out << OpFormatter::CsvHeader() << std::endl;
     LineSession session(*line, catalog, out, options);
     InstallStopHandlers();
     session.Start();
@@ -189,9 +280,14 @@ int Decode(const CommandLine& cl, std::istream& in, std::ostream& out, std::ostr
     std::string error;
     if (!CaptureReader::Read(content, cl.dir, chunks, error)) return Fail(err, error);
     const OpCatalog catalog;
-    const OpFormatter formatter(catalog);
+    FrameFilter filter;
+    if (!filter.Set(catalog, cl.only, cl.skip, error)) return Fail(err, error, kUsage);
+    OpFormatter::Output output;
+    output.style = cl.json ? OpFormatter::kJson : cl.csv ? OpFormatter::kCsv : OpFormatter::kText;
+    const OpFormatter formatter(catalog, output);
+    if (cl.csv) out << OpFormatter::CsvHeader() << '\n';
     auto print = [&](double t, char dir, const LineFrame& f) {
-        out << (cl.json ? formatter.Json(t, dir, f) : formatter.Text(t, dir, f)) << '\n';
+        if (filter.Shows(catalog, f)) out << formatter.Line(t, dir, f) << '\n';
     };
     // Each direction is its own byte stream, split as the receiving end splits it.
     LineDecoder toDaemon, toHost;
@@ -208,7 +304,8 @@ int Decode(const CommandLine& cl, std::istream& in, std::ostream& out, std::ostr
     LineFrame rest;
     if (toDaemon.Flush(rest)) print(lastTo, '>', rest);
     if (toHost.Flush(rest)) print(lastFrom, '<', rest);
-    return 0;
+    out.flush();
+    return OutputStatus(!out, errno, err);
 }
 
 int Upload(const CommandLine& cl, std::ostream& out, std::ostream& err) {
@@ -216,7 +313,9 @@ int Upload(const CommandLine& cl, std::ostream& out, std::ostream& err) {
     int lastStep = -1;
     auto progress = [&](uint64_t sent, uint64_t total) {
         if (tty) {
-            err << "\r" << Uploader::ProgressBar(sent, total) << std::flush;
+            // Erased to the line end: a shorter text ("1.0 MiB" after "1023.9 KiB")
+            // must not leave the tail of the longer one behind.
+            err << "\r" << Uploader::ProgressBar(sent, total) << "\x1b[K" << std::flush;
             return;
         }
         int step = total == 0 ? 10 : static_cast<int>(sent * 10 / total);  // every 10 %
@@ -248,14 +347,14 @@ int RunAvhost(const std::vector<std::string>& words, std::istream& in, std::ostr
         err << "avhost: " << error << "\n" << "Try 'avhost --help'." << std::endl;
         return kUsage;
     }
-    if (cl.help) {
-        out << UsageText();
-        return 0;
+    if (cl.help || cl.version) {
+        out << (cl.help ? UsageText() : VersionText()) << std::flush;
+        return out ? 0 : kFailure;
     }
     // The protocol code's diagnostics (e.g. about a malformed frame) are noise
     // next to the tool's own report of the same frame.
     if (!cl.verbose) KT::SetPrintSink([](const std::string&) {});
-    if (cl.command == "list") return List(cl, out);
+    if (cl.command == "list") return List(cl, out, err);
     if (cl.command == "send") return Send(cl, out, err);
     if (cl.command == "raw") return Raw(cl, err);
     if (cl.command == "monitor") return Monitor(cl, out, err);

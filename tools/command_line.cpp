@@ -1,6 +1,8 @@
 // Command-line parsing and usage text of avhost.
 #include "tools/command_line.h"
 
+#include <getopt.h>
+
 #include <cstdlib>
 #include <map>
 
@@ -16,15 +18,47 @@ struct CommandRule {
 
 const std::map<std::string, CommandRule>& Rules() {
     static const std::map<std::string, CommandRule> rules = {
-        {"list", {"json", 0, 0}},
-        {"send", {"device json apply capture", 1, 1000}},
+        {"list", {"json csv values", 0, 0}},
+        {"send", {"device json csv utc apply capture single-start", 1, 1000}},
         {"raw", {"device", 1, 1000}},
-        {"monitor", {"device pty json duration capture", 0, 0}},
-        {"decode", {"json dir", 0, 1}},
-        {"session", {"device pty json capture", 0, 1}},
+        {"monitor", {"device pty json csv utc duration capture only skip", 0, 0}},
+        {"decode", {"json csv dir only skip", 0, 1}},
+        {"session", {"device pty json csv utc capture single-start history", 0, 1}},
+        {"replay", {"device pty json csv fast update expected only skip single-start capture", 1, 1}},
+        {"top", {"device pty single-start", 0, 0}},
         {"upload", {"host port", 1, 1}},
     };
     return rules;
+}
+
+// Every option of every command; val is the short option or an id above 255.
+const option kOptions[] = {
+    {"device", required_argument, nullptr, 'd'}, {"pty", no_argument, nullptr, 256},
+    {"json", no_argument, nullptr, 257},         {"csv", no_argument, nullptr, 258},
+    {"utc", no_argument, nullptr, 259},          {"apply", no_argument, nullptr, 260},
+    {"duration", required_argument, nullptr, 261}, {"capture", required_argument, nullptr, 262},
+    {"host", required_argument, nullptr, 263},   {"port", required_argument, nullptr, 264},
+    {"dir", required_argument, nullptr, 265},    {"only", required_argument, nullptr, 266},
+    {"skip", required_argument, nullptr, 267},   {"single-start", no_argument, nullptr, 268},
+    {"fast", no_argument, nullptr, 269},         {"update", no_argument, nullptr, 270},
+    {"expected", required_argument, nullptr, 271}, {"values", required_argument, nullptr, 272},
+    {"history", required_argument, nullptr, 273}, {"help", no_argument, nullptr, 'h'},
+    {"verbose", no_argument, nullptr, 'v'},      {"version", no_argument, nullptr, 274},
+    {nullptr, 0, nullptr, 0},
+};
+
+std::string LongName(int val) {
+    for (const option* o = kOptions; o->name != nullptr; ++o) {
+        if (o->val == val) return o->name;
+    }
+    return "";
+}
+
+bool TakesValue(const std::string& name) {
+    for (const option* o = kOptions; o->name != nullptr; ++o) {
+        if (name == o->name) return o->has_arg == required_argument;
+    }
+    return false;
 }
 
 bool Takes(const CommandRule& rule, const std::string& option) {
@@ -37,13 +71,32 @@ bool ParseNumber(const std::string& text, double& value) {
     return !text.empty() && *end == '\0' && value >= 0;
 }
 
+std::vector<std::string> SplitNames(const std::string& text) {
+    std::vector<std::string> names;
+    size_t from = 0;
+    for (;;) {
+        size_t comma = text.find(',', from);
+        std::string name = text.substr(from, comma == std::string::npos ? std::string::npos : comma - from);
+        if (!name.empty()) names.push_back(name);
+        if (comma == std::string::npos) return names;
+        from = comma + 1;
+    }
+}
+
 // Stores the value of an option that takes one; false with error for a bad value.
 bool SetValue(const std::string& option, const std::string& value, CommandLine& cl, std::string& error) {
     double number = 0;
     if (option == "device") cl.device = value;
     else if (option == "capture") cl.capture = value;
     else if (option == "host") cl.host = value;
-    else if (option == "duration") {
+    else if (option == "expected") cl.expected = value;
+    else if (option == "values") cl.values = value;
+    else if (option == "history") cl.history = value;
+    else if (option == "only" || option == "skip") {
+        std::vector<std::string> names = SplitNames(value);
+        auto& list = option == "only" ? cl.only : cl.skip;
+        list.insert(list.end(), names.begin(), names.end());
+    } else if (option == "duration") {
         if (!ParseNumber(value, number)) error = "bad --duration \"" + value + "\" (seconds)";
         cl.duration = number;
     } else if (option == "port") {
@@ -57,75 +110,99 @@ bool SetValue(const std::string& option, const std::string& value, CommandLine& 
     return error.empty();
 }
 
-// The long name of an option word, "" if unknown; takesValue tells whether a value follows.
-std::string OptionName(const std::string& word, bool& takesValue) {
-    static const std::map<std::string, std::pair<std::string, bool>> names = {
-        {"-d", {"device", true}},       {"--device", {"device", true}}, {"--pty", {"pty", false}},
-        {"--json", {"json", false}},    {"--apply", {"apply", false}},  {"--duration", {"duration", true}},
-        {"--capture", {"capture", true}}, {"--host", {"host", true}},   {"--port", {"port", true}},
-        {"--dir", {"dir", true}},
-    };
-    auto it = names.find(word);
-    if (it == names.end()) return "";
-    takesValue = it->second.second;
-    return it->second.first;
+void SetFlag(const std::string& name, CommandLine& cl) {
+    cl.pty = cl.pty || name == "pty";
+    cl.json = cl.json || name == "json";
+    cl.csv = cl.csv || name == "csv";
+    cl.utc = cl.utc || name == "utc";
+    cl.apply = cl.apply || name == "apply";
+    cl.singleStart = cl.singleStart || name == "single-start";
+    cl.fast = cl.fast || name == "fast";
+    cl.update = cl.update || name == "update";
 }
 
 bool CheckArguments(const CommandLine& cl, const CommandRule& rule, std::string& error) {
+    const bool live = cl.command == "monitor" || cl.command == "session" || cl.command == "replay" ||
+                      cl.command == "top";
     if (cl.args.size() < rule.minArgs) error = cl.command + ": missing arguments";
     else if (cl.args.size() > rule.maxArgs) error = cl.command + ": unexpected argument \"" + cl.args.back() + "\"";
     else if ((cl.command == "send" || cl.command == "raw") && cl.device.empty())
         error = cl.command + ": missing -d DEVICE";
-    else if ((cl.command == "monitor" || cl.command == "session") && cl.device.empty() == !cl.pty)
+    else if (live && cl.device.empty() == !cl.pty)
         error = cl.command + ": give either -d DEVICE or --pty";
+    else if (cl.json && cl.csv)
+        error = cl.command + ": give --json or --csv, not both";
     return error.empty();
+}
+
+// The word getopt_long stopped at, for messages.
+std::string BadWord(char* const* argv, int optoptValue) {
+    if (optoptValue > 0 && optoptValue < 256) return std::string("-") + static_cast<char>(optoptValue);
+    std::string word = argv[optind - 1];
+    return word.substr(0, word.find('='));
+}
+
+// Runs getopt_long over argv; shortOptions starts with ':' so that a missing
+// value is told apart. handle gets each option's long name and value.
+template <typename Handle>
+bool RunGetopt(std::vector<std::string>& words, const char* shortOptions, const std::string& who, Handle handle,
+               std::vector<std::string>& rest, std::string& error) {
+    std::vector<char*> argv;
+    for (std::string& w : words) argv.push_back(&w[0]);
+    argv.push_back(nullptr);
+    const int argc = static_cast<int>(words.size());
+    optind = 0;  // a fresh scan (glibc), also for repeated calls in one process
+    opterr = 0;
+    int c = 0;
+    while ((c = getopt_long(argc, argv.data(), shortOptions, kOptions, nullptr)) != -1) {
+        if (c == '?') return error = who + "unknown option \"" + BadWord(argv.data(), optopt) + "\"", false;
+        if (c == ':') return error = who + BadWord(argv.data(), optopt) + " needs a value", false;
+        if (!handle(LongName(c), optarg != nullptr ? std::string(optarg) : std::string(), error)) return false;
+    }
+    rest.assign(argv.begin() + optind, argv.begin() + argc);
+    return true;
 }
 
 }  // namespace
 
 bool ParseCommandLine(const std::vector<std::string>& words, CommandLine& cl, std::string& error) {
     cl = CommandLine();
-    size_t i = 0;
-    for (; i < words.size() && words[i].size() > 1 && words[i][0] == '-'; ++i) {
-        if (words[i] == "-h" || words[i] == "--help") cl.help = true;
-        else if (words[i] == "-v" || words[i] == "--verbose") cl.verbose = true;
-        else return error = "unknown option \"" + words[i] + "\"", false;
+    auto global = [&cl](const std::string& name, const std::string&, std::string& err) {
+        if (name == "help") cl.help = true;
+        else if (name == "verbose") cl.verbose = true;
+        else if (name == "version") cl.version = true;
+        else return err = "unknown option \"--" + name + "\"", false;
+        return true;
+    };
+    std::vector<std::string> argv = {"avhost"};
+    argv.insert(argv.end(), words.begin(), words.end());
+    std::vector<std::string> rest;
+    if (!RunGetopt(argv, "+:hv", "", global, rest, error)) return false;
+    if (rest.empty()) {
+        if (!cl.help && !cl.version) error = "missing command";
+        return cl.help || cl.version;
     }
-    if (i == words.size()) {
-        if (!cl.help) error = "missing command";
-        return cl.help;
-    }
-    cl.command = words[i++];
+    cl.command = rest[0];
     auto rule = Rules().find(cl.command);
     if (rule == Rules().end()) return error = "unknown command \"" + cl.command + "\"", false;
-    bool optionsEnded = false;
-    for (; i < words.size(); ++i) {
-        const std::string& w = words[i];
-        if (optionsEnded || w.size() < 2 || w[0] != '-') {
-            cl.args.push_back(w);
-            continue;
+    auto local = [&](const std::string& name, const std::string& value, std::string& err) {
+        if (global(name, value, err)) return true;
+        err.clear();
+        if (!Takes(rule->second, name)) return err = cl.command + " does not take --" + name, false;
+        if (!TakesValue(name)) {
+            SetFlag(name, cl);
+            return true;
         }
-        if (w == "--") optionsEnded = true;
-        else if (w == "-h" || w == "--help") cl.help = true;
-        else if (w == "-v" || w == "--verbose") cl.verbose = true;
-        else {
-            bool takesValue = false;
-            std::string name = OptionName(w, takesValue);
-            if (name.empty()) return error = cl.command + ": unknown option \"" + w + "\"", false;
-            if (!Takes(rule->second, name)) return error = cl.command + " does not take " + w, false;
-            if (!takesValue) {
-                cl.pty = cl.pty || name == "pty";
-                cl.json = cl.json || name == "json";
-                cl.apply = cl.apply || name == "apply";
-            } else if (i + 1 == words.size()) {
-                return error = cl.command + ": " + w + " needs a value", false;
-            } else if (!SetValue(name, words[++i], cl, error)) {
-                error = cl.command + ": " + error;
-                return false;
-            }
-        }
-    }
-    return cl.help || CheckArguments(cl, rule->second, error);
+        if (SetValue(name, value, cl, err)) return true;
+        err = cl.command + ": " + err;
+        return false;
+    };
+    if (!RunGetopt(rest, ":d:hv", cl.command + ": ", local, cl.args, error)) return false;
+    return cl.help || cl.version || CheckArguments(cl, rule->second, error);
+}
+
+std::string VersionText() {
+    return std::string("avhost ") + AVHOST_VERSION + "\n";
 }
 
 std::string UsageText() {

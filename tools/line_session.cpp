@@ -2,6 +2,8 @@
 // send path of the caller's thread. Both record in the capture.
 #include "tools/line_session.h"
 
+#include <cerrno>
+
 namespace avhost {
 
 namespace {
@@ -9,12 +11,20 @@ namespace {
 constexpr unsigned kReadTimeoutMs = 100;
 constexpr std::size_t kReadSize = 4096;
 
+// The style from the json flag, and the wall clock at t = 0 for absolute time stamps.
+LineSession::Options WithClock(LineSession::Options options) {
+    if (options.json) options.output.style = OpFormatter::kJson;
+    options.output.epochAtZero =
+        std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch()).count();
+    return options;
+}
+
 }  // namespace
 
 LineSession::LineSession(ISerialLine& line, const OpCatalog& catalog, std::ostream& out, Options options)
     : m_line(line),
-      m_formatter(catalog),
-      m_options(options),
+      m_options(WithClock(options)),
+      m_formatter(catalog, m_options.output),
       m_start(std::chrono::steady_clock::now()),
       m_out(out) {}
 
@@ -54,7 +64,9 @@ void LineSession::ReceiveLoop() {
 
 void LineSession::Handle(double t, char dir, const LineFrame& frame) {
     if (m_options.capture != nullptr) m_options.capture->Record(t, dir, frame.line, m_formatter.Describe(frame));
-    if (dir == '<' || m_options.echoSent) Print(t, dir, frame);
+    const bool shown = m_options.filter == nullptr || m_options.filter->Shows(m_formatter.Catalog(), frame);
+    if ((dir == '<' || m_options.echoSent) && shown) Print(t, dir, frame);
+    if (dir == '<' && m_options.onReceived) m_options.onReceived(t, frame);
     if (dir != '<' || frame.kind != LineFrame::kOp) return;
     {
         std::lock_guard<std::mutex> lock(m_seenMutex);
@@ -64,16 +76,24 @@ void LineSession::Handle(double t, char dir, const LineFrame& frame) {
 }
 
 void LineSession::Print(double t, char dir, const LineFrame& frame) {
-    std::string text = m_options.json ? m_formatter.Json(t, dir, frame) : m_formatter.Text(t, dir, frame);
+    std::string text = m_formatter.Line(t, dir, frame);
     std::lock_guard<std::mutex> lock(m_outMutex);
+    if (m_outputFailed) return;
+    errno = 0;
     m_out << text << std::endl;  // flushed: the reader may be another program
+    if (m_out) return;
+    m_outputErrno = errno;
+    m_outputFailed = true;
 }
 
 bool LineSession::Send(SsOp& op) {
     // Serialise a copy: the caller's op keeps its cache untouched.
     SsOp copy(op);
     bool ok = true;
-    for (const Bytes& frame : EncodeOpFrames(copy)) {
+    for (Bytes frame : EncodeOpFrames(copy)) {
+        // A second start marker first: harmless while the daemon's receiver is in
+        // step, and it brings the receiver back after a stray end marker.
+        if (m_options.doubleStart) frame.insert(frame.begin(), frame.front());
         // Recorded before the write, so that an answer never precedes its cause
         // in the capture. Shown as decoded from the line, like the other direction.
         LineDecoder decoder;

@@ -26,9 +26,14 @@ namespace avhost {
 class LineSession {
 public:
     struct Options {
-        bool json = false;                // one JSON object per line instead of text
+        bool json = false;                // one JSON object per line instead of text (same as output.style kJson)
+        OpFormatter::Output output;       // style (text, JSON, CSV) and time stamps; epochAtZero is filled in
+        const FrameFilter* filter = nullptr;  // which frames are printed (all when null); capture keeps all
         bool echoSent = false;            // also print what Send writes (direction '>')
+        bool doubleStart = true;          // every frame sent starts with two start markers (see tools/README.md)
         CaptureWriter* capture = nullptr;  // records both directions when set
+        // Called on the receiving thread with every frame received (after printing).
+        std::function<void(double, const LineFrame&)> onReceived;
     };
 
     LineSession(ISerialLine& line, const OpCatalog& catalog, std::ostream& out, Options options);
@@ -56,6 +61,10 @@ public:
 
     // Seconds since construction.
     double Elapsed() const;
+    // True once a write to the output stream failed (e.g. a closed pipe); nothing
+    // is printed after that. errno of the failure in OutputErrno.
+    bool OutputFailed() const { return m_outputFailed.load(); }
+    int OutputErrno() const { return m_outputErrno.load(); }
 
 private:
     void ReceiveLoop();
@@ -63,14 +72,16 @@ private:
     void Print(double t, char dir, const LineFrame& frame);
 
     ISerialLine& m_line;
-    OpFormatter m_formatter;
     Options m_options;
+    OpFormatter m_formatter;
     const std::chrono::steady_clock::time_point m_start;
 
     std::thread m_receiver;
     std::atomic<bool> m_running{false};
     LineDecoder m_decoder;  // receive thread only (and Stop after the join)
 
+    std::atomic<bool> m_outputFailed{false};
+    std::atomic<int> m_outputErrno{0};
     std::mutex m_outMutex;
     std::ostream& m_out;  // guarded by m_outMutex
 

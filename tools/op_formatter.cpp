@@ -1,10 +1,15 @@
 // Text and JSON lines for frames seen on the line. Pure formatting.
 #include "tools/op_formatter.h"
 
+#include <cmath>
 #include <cstdio>
+#include <ctime>
+
+#include <nlohmann/json.hpp>
 
 #include "output/uhd_vid_format.h"
 #include "protocol/c_index.h"
+#include "protocol/op_value_names.h"
 #include "toolkit/kt_address.h"
 
 namespace avhost {
@@ -39,21 +44,57 @@ std::string TimeText(const char* fmt, double t) {
 
 }  // namespace
 
-std::string JsonString(const std::string& text) {
-    std::string out = "\"";
-    char buf[8];
-    for (unsigned char c : text) {
-        if (c == '"' || c == '\\') {
-            out += '\\';
+std::string JsonString(const std::string& text) { return nlohmann::json(ToUtf8(text)).dump(); }
+
+// Length of the UTF-8 sequence starting at i, 0 when it is not valid UTF-8.
+static size_t Utf8Length(const std::string& s, size_t i) {
+    const unsigned char c = static_cast<unsigned char>(s[i]);
+    size_t n = c < 0x80 ? 1 : (c & 0xE0) == 0xC0 ? 2 : (c & 0xF0) == 0xE0 ? 3 : (c & 0xF8) == 0xF0 ? 4 : 0;
+    if (n == 0 || i + n > s.size() || (n == 2 && c < 0xC2) || (n == 4 && c > 0xF4)) return 0;
+    for (size_t k = 1; k < n; ++k) {
+        if ((static_cast<unsigned char>(s[i + k]) & 0xC0) != 0x80) return 0;
+    }
+    const unsigned char c1 = static_cast<unsigned char>(s[i + 1 < s.size() ? i + 1 : i]);
+    if ((n == 3 && c == 0xE0 && c1 < 0xA0) || (n == 3 && c == 0xED && c1 >= 0xA0) ||
+        (n == 4 && c == 0xF0 && c1 < 0x90) || (n == 4 && c == 0xF4 && c1 >= 0x90))
+        return 0;  // overlong forms, surrogates, beyond U+10FFFF
+    return n;
+}
+
+std::string ToUtf8(const std::string& bytes) {
+    size_t i = 0;
+    while (i < bytes.size()) {
+        size_t n = Utf8Length(bytes, i);
+        if (n == 0) break;
+        i += n;
+    }
+    if (i == bytes.size()) return bytes;
+    std::string out;
+    for (unsigned char c : bytes) {
+        if (c < 0x80) {
             out += static_cast<char>(c);
-        } else if (c < 0x20 || c > 0x7E) {
-            snprintf(buf, sizeof buf, "\\u%04x", c);
-            out += buf;
         } else {
-            out += static_cast<char>(c);
+            out += static_cast<char>(0xC0 | (c >> 6));
+            out += static_cast<char>(0x80 | (c & 0x3F));
         }
     }
-    return out + "\"";
+    return out;
+}
+
+std::string UtcText(double epochSeconds) {
+    const double whole = std::floor(epochSeconds);
+    long long micros = std::llround((epochSeconds - whole) * 1e6);
+    time_t secs = static_cast<time_t>(whole);
+    if (micros >= 1000000) {
+        micros -= 1000000;
+        ++secs;
+    }
+    tm parts{};
+    gmtime_r(&secs, &parts);
+    char buf[96];
+    snprintf(buf, sizeof buf, "%04d-%02d-%02dT%02d:%02d:%02d.%06lldZ", parts.tm_year + 1900, parts.tm_mon + 1,
+             parts.tm_mday, parts.tm_hour, parts.tm_min, parts.tm_sec, micros);
+    return buf;
 }
 
 std::string QuotedText(const std::string& text) {
@@ -160,6 +201,8 @@ std::string OpFormatter::Describe(const SsOp& op) const {
     if (IndexOf(op, index)) out += "[" + UNumber(index) + "]";
     else if (op.GetIndexCount() > 0) out += "[" + HexString(op.GetIndexList()) + "]";
     out += " = " + ValueOf(op, entry).text;
+    const std::string meaning = Meaning(op);
+    if (!meaning.empty()) out += " (" + meaning + ")";
     if (op.GetOpType() != OP_TYPE_DATA) out += " (op type " + Number(op.GetOpType()) + ")";
     return out;
 }
@@ -173,28 +216,125 @@ std::string OpFormatter::PlainValue(const SsOp& op) const {
     return ValueOf(op, m_catalog.FindById(op.GetOpId())).plain;
 }
 
+std::string OpFormatter::Meaning(const SsOp& op) const {
+    const COpSsData* entry = m_catalog.FindById(op.GetOpId());
+    if (entry == nullptr || op.GetOpType() != OP_TYPE_DATA) return "";
+    const std::string plain = ValueOf(op, entry).plain;
+    char* end = nullptr;
+    const long long value = std::strtoll(plain.c_str(), &end, 10);
+    if (plain.empty() || *end != '\0') return "";
+    const char* name = op_value_names::NameOf(entry->GetName(), value);
+    return name != nullptr ? name : "";
+}
+
+std::string OpFormatter::TimeField(double t, const char* secondsFormat) const {
+    return m_output.utc ? UtcText(m_output.epochAtZero + t) : TimeText(secondsFormat, t);
+}
+
+std::string OpFormatter::Line(double t, char dir, const LineFrame& frame) const {
+    switch (m_output.style) {
+        case kJson: return Json(t, dir, frame);
+        case kCsv: return Csv(t, dir, frame);
+        default: return Text(t, dir, frame);
+    }
+}
+
 std::string OpFormatter::Text(double t, char dir, const LineFrame& frame) const {
-    return TimeText("%8.3f", t) + " " + dir + " " + Describe(frame);
+    return TimeField(t, "%8.3f") + " " + dir + " " + Describe(frame);
 }
 
 std::string OpFormatter::Json(double t, char dir, const LineFrame& frame) const {
-    std::string out = "{\"t\":" + TimeText("%.3f", t) + ",\"dir\":\"" + dir + "\"";
-    if (frame.kind != LineFrame::kOp)
-        return out + ",\"error\":" + JsonString(KindText(frame.kind)) + ",\"bytes\":" +
-               JsonString(HexString(frame.line)) + "}";
-    const SsOp& op = frame.op;
-    const COpSsData* entry = m_catalog.FindById(op.GetOpId());
-    const bool apply = op.GetOpType() == OP_TYPE_APPLY_CONFIG && op.GetDataLength() == 0;
-    out += ",\"op\":" + (apply ? std::string("\"apply\"") : entry ? JsonString(entry->GetName()) : "null");
-    out += ",\"opId\":" + UNumber(op.GetOpId()) + ",\"opType\":" + Number(op.GetOpType());
-    if (apply) return out + "}";
-    out += ",\"type\":" + (entry ? JsonString(OpCatalog::TypeName(entry->GetDataType())) : "null");
-    unsigned long long index = 0;
-    out += ",\"index\":" + (IndexOf(op, index) ? UNumber(index) : "null");
-    Value v = ValueOf(op, entry);
-    out += ",\"value\":" + v.json;
-    if (!v.format.empty()) out += ",\"text\":" + JsonString(v.format);
-    return out + "}";
+    nlohmann::ordered_json j;
+    j["dir"] = std::string(1, dir);
+    if (m_output.utc) j["utc"] = UtcText(m_output.epochAtZero + t);
+    if (frame.kind != LineFrame::kOp) {
+        j["error"] = KindText(frame.kind);
+        j["bytes"] = HexString(frame.line);
+    } else {
+        const SsOp& op = frame.op;
+        const COpSsData* entry = m_catalog.FindById(op.GetOpId());
+        const bool apply = op.GetOpType() == OP_TYPE_APPLY_CONFIG && op.GetDataLength() == 0;
+        j["op"] = apply ? nlohmann::ordered_json("apply") : entry ? nlohmann::ordered_json(entry->GetName()) : nullptr;
+        j["opId"] = op.GetOpId();
+        j["opType"] = static_cast<int>(op.GetOpType());
+        if (!apply) {
+            j["type"] = entry ? nlohmann::ordered_json(OpCatalog::TypeName(entry->GetDataType())) : nullptr;
+            unsigned long long index = 0;
+            j["index"] = IndexOf(op, index) ? nlohmann::ordered_json(index) : nullptr;
+            const Value v = ValueOf(op, entry);
+            j["value"] = nlohmann::ordered_json::parse(v.json.empty() ? "null" : v.json);
+            const std::string meaning = Meaning(op);
+            if (!meaning.empty()) j["meaning"] = meaning;
+            if (!v.format.empty()) j["text"] = v.format;
+        }
+    }
+    // "t" first and with three decimals, as the text lines show it.
+    return "{\"t\":" + TimeText("%.3f", t) + "," + j.dump().substr(1);
+}
+
+std::string OpFormatter::CsvHeader() { return "t,dir,op,opId,opType,type,index,value,meaning,error"; }
+
+// One CSV field: quoted when it holds a comma, quote or line end.
+static std::string CsvField(const std::string& text) {
+    if (text.find_first_of(",\"\r\n") == std::string::npos) return text;
+    std::string out = "\"";
+    for (char c : text) out += c == '"' ? std::string("\"\"") : std::string(1, c);
+    return out + "\"";
+}
+
+std::string OpFormatter::Csv(double t, char dir, const LineFrame& frame) const {
+    std::vector<std::string> f(10);
+    f[0] = TimeField(t, "%.3f");
+    f[1] = std::string(1, dir);
+    if (frame.kind != LineFrame::kOp) {
+        f[7] = HexString(frame.line);
+        f[9] = KindText(frame.kind);
+    } else {
+        const SsOp& op = frame.op;
+        const COpSsData* entry = m_catalog.FindById(op.GetOpId());
+        const bool apply = op.GetOpType() == OP_TYPE_APPLY_CONFIG && op.GetDataLength() == 0;
+        f[2] = apply ? "apply" : NameOf(op, entry);
+        f[3] = UNumber(op.GetOpId());
+        f[4] = Number(op.GetOpType());
+        if (!apply) {
+            f[5] = entry ? OpCatalog::TypeName(entry->GetDataType()) : "";
+            unsigned long long index = 0;
+            if (IndexOf(op, index)) f[6] = UNumber(index);
+            const Value v = ValueOf(op, entry);
+            f[7] = ToUtf8(v.plain.empty() && !v.text.empty() ? v.text : v.plain);
+            f[8] = v.format.empty() ? Meaning(op) : v.format;
+        }
+    }
+    std::string out;
+    for (size_t i = 0; i < f.size(); ++i) out += (i ? "," : "") + CsvField(f[i]);
+    return out;
+}
+
+std::string FrameName(const OpCatalog& catalog, const LineFrame& frame) {
+    if (frame.kind != LineFrame::kOp) return "error";
+    if (frame.op.GetOpType() == OP_TYPE_APPLY_CONFIG && frame.op.GetDataLength() == 0) return "apply";
+    const COpSsData* entry = catalog.FindById(frame.op.GetOpId());
+    return entry != nullptr ? entry->GetName() : "#" + std::to_string(frame.op.GetOpId());
+}
+
+bool FrameFilter::Set(const OpCatalog& catalog, const std::vector<std::string>& only,
+                      const std::vector<std::string>& skip, std::string& error) {
+    for (const auto* list : {&only, &skip}) {
+        for (const std::string& name : *list) {
+            if (name == "apply" || name == "error" || catalog.FindByName(name) != nullptr) continue;
+            error = "unknown operation name \"" + name + "\" in --" + (list == &only ? "only" : "skip");
+            return false;
+        }
+    }
+    m_only.insert(only.begin(), only.end());
+    m_skip.insert(skip.begin(), skip.end());
+    return true;
+}
+
+bool FrameFilter::Shows(const OpCatalog& catalog, const LineFrame& frame) const {
+    const std::string name = FrameName(catalog, frame);
+    if (!m_only.empty() && m_only.count(name) == 0) return false;
+    return m_skip.count(name) == 0;
 }
 
 }  // namespace avhost

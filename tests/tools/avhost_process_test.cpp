@@ -85,24 +85,29 @@ TEST(AvhostProcess, UsageAndRuntimeErrorsHaveTheirStatusAndMessage) {
     EXPECT_EQ(help.Stdout().rfind("Usage: avhost", 0), 0u);
 }
 
+// By default every frame starts with a doubled start marker; --single-start sends one.
 TEST(AvhostProcess, SendWithApplyPutsExactlyTheFramesOnTheLine) {
-    avhost::PtyLine pty;
-    std::string error;
-    ASSERT_TRUE(pty.Open(error)) << error;
-    ChildProcess child = Avhost({"send", "-d", pty.SlaveName(), "videooutputManualFormat=1920x1080p50",
-                                 "videooutputInterface=3@1", "serviceselectionServiceName=BBC", "--apply"});
-    ASSERT_EQ(child.Wait(), 0) << child.Stderr();
-    const std::string expected =
-        "0F 00 0A 01 01 00 04 63 0D 00 00 10 "  // videooutputManualFormat[0] = 0x630D0000
-        "0F 00 05 01 01 01 01 03 10 "           // videooutputInterface[1] = 3
-        "0F 00 F9 00 01 00 03 42 42 43 10 "     // serviceselectionServiceName[0] = "BBC"
-        "0F 06 00 00 00 00 10";                 // apply
-    EXPECT_EQ(avhost::HexString(ReadLine(pty, 39)), expected);
-    EXPECT_EQ(WithoutTimes(child.Stdout()),
-              "> videooutputManualFormat[0] = 0x630D0000 (1920x1080p 16x9 50.00fps)\n"
-              "> videooutputInterface[1] = 3\n"
-              "> serviceselectionServiceName[0] = \"BBC\"\n"
-              "> apply\n");
+    for (const bool single : {false, true}) {
+        avhost::PtyLine pty;
+        std::string error;
+        ASSERT_TRUE(pty.Open(error)) << error;
+        std::vector<std::string> args = {"send", "-d" + pty.SlaveName(), "videooutputManualFormat=1920x1080p50",
+                                         "videooutputInterface=3@1", "serviceselectionServiceName=BBC", "--apply"};
+        if (single) args.push_back("--single-start");
+        ChildProcess child = Avhost(args);
+        ASSERT_EQ(child.Wait(), 0) << child.Stderr();
+        const std::string s = single ? "0F " : "0F 0F ";
+        const std::string expected = s + "00 0A 01 01 00 04 63 0D 00 00 10 " +  // videooutputManualFormat[0]
+                                     s + "00 05 01 01 01 01 03 10 " +           // videooutputInterface[1] = 3
+                                     s + "00 F9 00 01 00 03 42 42 43 10 " +     // serviceselectionServiceName
+                                     s + "06 00 00 00 00 10";                   // apply
+        EXPECT_EQ(avhost::HexString(ReadLine(pty, single ? 39 : 43)), expected);
+        EXPECT_EQ(WithoutTimes(child.Stdout()),
+                  "> videooutputManualFormat[0] = 0x630D0000 (1920x1080p 16x9 50.00fps)\n"
+                  "> videooutputInterface[1] = 3\n"
+                  "> serviceselectionServiceName[0] = \"BBC\"\n"
+                  "> apply\n");
+    }
 }
 
 TEST(AvhostProcess, RawWritesTheBytesAsGiven) {

@@ -49,7 +49,7 @@ TEST(OpFormatter, ShowsEachValueByItsDictionaryType) {
          R"("value":true})"},
         {"00 E2 00 01 00 05 61 22 5C 0A 01", R"(   1.234 < selectedserviceServiceName[0] = "a\"\\\n\x01")",
          R"({"t":1.234,"dir":"<","op":"selectedserviceServiceName","opId":226,"opType":0,"type":"VT_STRING",)"
-         R"("index":0,"value":"a\"\\\u000a\u0001"})"},
+         R"("index":0,"value":"a\"\\\n\u0001"})"},
         {"00 0F 01 01 00 01 07", "   1.234 < videoWidth[0] = [07]", nullptr},  // wrong length, not text
         {"00 0F 01 00 00", "   1.234 < videoWidth = []",
          R"({"t":1.234,"dir":"<","op":"videoWidth","opId":271,"opType":0,"type":"VT_UINT16","index":null,)"
@@ -93,6 +93,46 @@ TEST(OpFormatter, PlainValueIsWhatOneWouldType) {
     EXPECT_EQ(formatter.PlainValue(FrameOf("00 14 00 01 02 01 FA").op), "-6");
     EXPECT_EQ(formatter.PlainValue(FrameOf("00 03 00 01 00 02 6F 6B").op), "ok");
     EXPECT_EQ(formatter.PlainValue(FrameOf("00 0B 01 01 01 04 63 0D 00 00").op), "1661796352");
+}
+
+}  // namespace
+}  // namespace avhost
+
+namespace avhost {
+namespace {
+
+// Names beside codes in all three styles; service names always valid UTF-8 in
+// JSON (UTF-8 kept, Latin-1 converted); absolute UTC stamps with microseconds.
+TEST(OpFormatter, NamesUtf8AndUtcInEveryStyle) {
+    const OpCatalog catalog;
+    OpFormatter::Output output;
+    output.utc = true;
+    output.epochAtZero = 1714564800.0;  // 2024-05-01T12:00:00Z
+    const OpFormatter formatter(catalog, output);
+    const LineFrame rate = FrameOf("00 12 01 01 00 02 00 03");  // videoFrameRate[0] = 3
+    EXPECT_EQ(formatter.Text(1.000123, '<', rate), "2024-05-01T12:00:01.000123Z < videoFrameRate[0] = 3 (25 fps)");
+    EXPECT_EQ(formatter.Json(1.5, '<', rate),
+              R"({"t":1.500,"dir":"<","utc":"2024-05-01T12:00:01.500000Z","op":"videoFrameRate","opId":274,)"
+              R"("opType":0,"type":"VT_UINT16","index":0,"value":3,"meaning":"25 fps"})");
+    EXPECT_EQ(formatter.Csv(1.5, '<', rate),
+              "2024-05-01T12:00:01.500000Z,<,videoFrameRate,274,0,VT_UINT16,0,3,25 fps,");
+    EXPECT_EQ(formatter.Meaning(FrameOf("00 14 01 01 00 01 0A").op), "H.264 High");  // videoProfile
+    EXPECT_EQ(formatter.Meaning(FrameOf("00 14 01 01 00 01 63").op), "");            // 99: no name
+    const OpFormatter plain(catalog);
+    const struct {
+        const char* image;
+        const char* value;
+    } names[] = {
+        {"00 E2 00 01 00 0B 43 61 66 C3 A9 20 D0 A2 D0 92 20", "\"Café ТВ \""},  // UTF-8 as is
+        {"00 E2 00 01 00 07 43 61 66 E9 20 54 56", R"("Café TV")"},                                // Latin-1 é
+        {"00 E2 00 01 00 03 41 2C 22", R"("A,\"")"},
+    };
+    for (const auto& n : names) {
+        const std::string json = plain.Json(0, '<', FrameOf(n.image));
+        EXPECT_NE(json.find(std::string("\"value\":") + n.value + "}"), std::string::npos) << json;
+    }
+    EXPECT_EQ(plain.Csv(0, '<', FrameOf("00 E2 00 01 00 03 41 2C 22")),
+              "0.000,<,selectedserviceServiceName,226,0,VT_STRING,0,\"A,\"\"\",,");
 }
 
 }  // namespace
