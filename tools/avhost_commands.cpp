@@ -11,6 +11,8 @@
 #include <cstring>
 
 #include <chrono>
+#include <condition_variable>
+#include <mutex>
 #include <fstream>
 #include <iostream>
 #include <iterator>
@@ -26,6 +28,7 @@
 #include "tools/op_catalog.h"
 #include "tools/op_formatter.h"
 #include "tools/pty_line.h"
+#include "tools/replayer.h"
 #include "tools/session_script.h"
 #include "tools/uploader.h"
 #include "tools/value_parser.h"
@@ -308,6 +311,124 @@ int Decode(const CommandLine& cl, std::istream& in, std::ostream& out, std::ostr
     return OutputStatus(!out, errno, err);
 }
 
+// What the daemon sent during a replay, as compared lines; filled by the receive thread.
+class ReplayRecorder {
+public:
+    void Add(const std::string& line) {
+        {
+            std::lock_guard<std::mutex> lock(m_mutex);
+            m_lines.push_back(line);
+            m_last = std::chrono::steady_clock::now();
+        }
+        m_signal.notify_all();
+    }
+    // Waits until at least count lines arrived; false after timeoutS.
+    bool WaitFor(std::size_t count, double timeoutS) {
+        std::unique_lock<std::mutex> lock(m_mutex);
+        return m_signal.wait_for(lock, std::chrono::duration<double>(timeoutS), [&] { return m_lines.size() >= count; });
+    }
+    // Waits until count lines arrived and then none for quietS, or until limitS passed.
+    void Settle(std::size_t count, double quietS, double limitS) {
+        const auto end = std::chrono::steady_clock::now() + std::chrono::duration_cast<std::chrono::nanoseconds>(
+                                                                std::chrono::duration<double>(limitS));
+        std::unique_lock<std::mutex> lock(m_mutex);
+        while (!StopFlag() && std::chrono::steady_clock::now() < end) {
+            const bool quiet = std::chrono::steady_clock::now() - m_last > std::chrono::duration<double>(quietS);
+            if (m_lines.size() >= count && quiet) return;
+            m_signal.wait_for(lock, std::chrono::milliseconds(50));
+        }
+    }
+    std::vector<std::string> Lines() {
+        std::lock_guard<std::mutex> lock(m_mutex);
+        return m_lines;
+    }
+
+private:
+    std::mutex m_mutex;
+    std::condition_variable m_signal;
+    std::vector<std::string> m_lines;  // guarded by m_mutex
+    std::chrono::steady_clock::time_point m_last = std::chrono::steady_clock::now();  // guarded by m_mutex
+};
+
+bool ReadWhole(const std::string& path, std::string& content) {
+    std::ifstream file(path, std::ios::binary);
+    if (!file) return false;
+    content.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+    return true;
+}
+
+// Sends the steps: at their original spacing after the first one, or (fast) each
+// as soon as the daemon has sent what the capture shows before it.
+void SendSteps(const ReplayScript& script, bool fast, LineSession& session, ReplayRecorder& recorder) {
+    const auto zero = std::chrono::steady_clock::now();
+    for (const ReplayStep& step : script.steps) {
+        if (StopFlag()) return;
+        if (fast || &step == &script.steps.front()) {
+            recorder.WaitFor(step.answersBefore, &step == &script.steps.front() ? 10.0 : 5.0);
+        } else {
+            const double due = step.t - script.steps.front().t;
+            std::this_thread::sleep_until(zero + std::chrono::duration_cast<std::chrono::nanoseconds>(
+                                                     std::chrono::duration<double>(due)));
+        }
+        session.SendRaw(step.bytes);
+    }
+}
+
+int Replay(const CommandLine& cl, std::ostream& out, std::ostream& err) {
+    const OpCatalog catalog;
+    std::string content, error;
+    const std::string& capturePath = cl.args[0];
+    std::vector<CaptureChunk> chunks;
+    if (!ReadWhole(capturePath, content)) return Fail(err, "cannot read " + capturePath);
+    if (CaptureReader::Detect(content) != CaptureReader::kText) return Fail(err, capturePath + ": not a text capture");
+    if (!CaptureReader::Read(content, '<', chunks, error)) return Fail(err, capturePath + ": " + error);
+    FrameFilter filter;
+    if (!filter.Set(catalog, cl.only, cl.skip, error)) return Fail(err, error, kUsage);
+    const Replayer replayer(catalog, &filter);
+    const ReplayScript script = replayer.Script(chunks);
+    const std::string expectedPath = cl.expected.empty() ? Replayer::DefaultExpectedPath(capturePath) : cl.expected;
+    std::string expectedText;
+    const bool haveFile = ReadWhole(expectedPath, expectedText);
+    const std::vector<std::string> expected = haveFile ? Replayer::ParseExpected(expectedText) : script.daemonLines;
+
+    std::unique_ptr<ISerialLine> line = OpenLine(cl, out, error);
+    Capture capture;
+    if (!line || !capture.Open(cl, line->Name(), error)) return Fail(err, error);
+    ReplayRecorder recorder;
+    LineSession::Options options;
+    options.capture = capture.writer.get();
+    options.filter = &filter;
+    options.onReceived = [&](double, const LineFrame& f) {
+        const std::string compared = replayer.Compared(f);
+        if (!compared.empty()) recorder.Add(compared);
+    };
+    std::ostringstream quiet;  // received frames are compared, not printed
+    LineSession session(*line, catalog, quiet, options);
+    InstallStopHandlers();
+    session.Start();
+    SendSteps(script, cl.fast, session, recorder);
+    const double tail = chunks.empty() || script.steps.empty() ? 0 : chunks.back().t - script.steps.back().t;
+    recorder.Settle(expected.size(), 0.3, std::max(3.0, tail + 2.0));
+    session.Stop();
+    const std::vector<std::string> got = recorder.Lines();
+    if (cl.update) {
+        std::ofstream file(expectedPath, std::ios::trunc);
+        file << Replayer::ExpectedText(capturePath.substr(capturePath.find_last_of('/') + 1), got);
+        if (!file.flush()) return Fail(err, "cannot write " + expectedPath);
+        out << "replay: wrote " << got.size() << " lines to " << expectedPath << std::endl;
+        return 0;
+    }
+    const std::string difference = Replayer::Difference(expected, got);
+    const std::string against = haveFile ? expectedPath : capturePath + " (its daemon frames)";
+    if (difference.empty()) {
+        out << "replay: " << script.steps.size() << " frames sent, " << got.size() << " compared: same as "
+            << against << std::endl;
+        return 0;
+    }
+    out << "--- expected: " << against << "\n+++ received from " << line->Name() << "\n" << difference << std::flush;
+    return Fail(err, "replay of " + capturePath + " differs from " + against);
+}
+
 int Upload(const CommandLine& cl, std::ostream& out, std::ostream& err) {
     const bool tty = isatty(STDERR_FILENO) == 1;
     int lastStep = -1;
@@ -360,6 +481,7 @@ int RunAvhost(const std::vector<std::string>& words, std::istream& in, std::ostr
     if (cl.command == "monitor") return Monitor(cl, out, err);
     if (cl.command == "session") return Session(cl, in, out, err);
     if (cl.command == "decode") return Decode(cl, in, out, err);
+    if (cl.command == "replay") return Replay(cl, out, err);
     return Upload(cl, out, err);
 }
 

@@ -24,7 +24,7 @@ const std::map<std::string, CommandRule>& Rules() {
         {"monitor", {"device pty json csv utc duration capture only skip", 0, 0}},
         {"decode", {"json csv dir only skip", 0, 1}},
         {"session", {"device pty json csv utc capture single-start history", 0, 1}},
-        {"replay", {"device pty json csv fast update expected only skip single-start capture", 1, 1}},
+        {"replay", {"device pty fast update expected only skip capture", 1, 1}},
         {"top", {"device pty single-start", 0, 0}},
         {"upload", {"host port", 1, 1}},
     };
