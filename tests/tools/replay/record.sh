@@ -8,7 +8,7 @@ set -euo pipefail
 TOP=$(cd "$(dirname "$0")/../../.." && pwd)
 B=${2:-$TOP/build/dev}
 name=$1
-W=$(mktemp -d /tmp/i15-rec-XXXX)
+W=$(mktemp -d /tmp/avhost-record-XXXX)
 mkdir -p $W/root/vendor/etc
 cp $TOP/etc/tevrin-log4cpp.init $W/root/vendor/etc/; echo version=stbav-replay > $W/root/vendor/etc/version
 $B/tools/avhost session --pty $name.txt --capture $name.cap > $W/host.out 2> $W/host.err &
