@@ -24,6 +24,7 @@
 #include "tools/capture_reader.h"
 #include "tools/capture_writer.h"
 #include "tools/device_line.h"
+#include "tools/line_editor.h"
 #include "tools/line_session.h"
 #include "tools/op_catalog.h"
 #include "tools/op_formatter.h"
@@ -261,11 +262,27 @@ int Session(const CommandLine& cl, std::istream& in, std::ostream& out, std::ost
     if (!SetOutput(cl, catalog, filter, options, error)) return Fail(err, error, kUsage);
     options.capture = capture.writer.get();
     if (cl.csv) out << OpFormatter::CsvHeader() << std::endl;
+    // On a terminal (and reading it): line editing, with received lines shown above the input line.
+    std::unique_ptr<LineEditor> editor;
+    if (cl.args.empty() && &in == &std::cin && isatty(STDIN_FILENO) == 1 && isatty(STDOUT_FILENO) == 1) {
+        std::vector<std::string> names;
+        for (const COpSsData* e : catalog.Entries()) names.push_back(e->GetName());
+        editor = std::make_unique<LineEditor>("avhost> ", cl.history.empty() ? LineEditor::DefaultHistoryFile()
+                                                                              : cl.history,
+                                              std::vector<std::string>{"send", "apply", "wait", "expect", "raw",
+                                                                       "help", "quit"},
+                                              names);
+        options.printer = [&editor](const std::string& text) { editor->Print(text); };
+        out << "avhost session on " << line->Name() << ": Tab completes, 'help' lists the commands, Ctrl-D ends"
+            << std::endl;
+    }
     LineSession session(*line, catalog, out, options);
     InstallStopHandlers();
     session.Start();
     SessionRunner runner(session, catalog, err, &StopFlag());
-    int status = cl.args.empty() ? runner.RunInteractive(in, "stdin") : runner.RunScript(script, cl.args[0]);
+    int status = editor ? runner.RunEditor(*editor)
+                 : cl.args.empty() ? runner.RunInteractive(in, "stdin")
+                                   : runner.RunScript(script, cl.args[0]);
     session.Stop();
     return status;
 }

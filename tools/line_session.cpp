@@ -77,6 +77,10 @@ void LineSession::Handle(double t, char dir, const LineFrame& frame) {
 
 void LineSession::Print(double t, char dir, const LineFrame& frame) {
     std::string text = m_formatter.Line(t, dir, frame);
+    if (m_options.printer) {
+        m_options.printer(text + "\n");
+        return;
+    }
     std::lock_guard<std::mutex> lock(m_outMutex);
     if (m_outputFailed) return;
     errno = 0;
@@ -108,6 +112,11 @@ bool LineSession::Send(SsOp& op) {
 bool LineSession::SendRaw(const Bytes& bytes) {
     if (m_options.capture != nullptr) m_options.capture->Record(Elapsed(), '>', bytes, "raw");
     return m_line.Write(bytes.data(), bytes.size());
+}
+
+void LineSession::MarkSent() {
+    std::lock_guard<std::mutex> lock(m_seenMutex);
+    m_seen.clear();
 }
 
 bool LineSession::Expect(const Match& match, double timeoutS) {

@@ -32,6 +32,8 @@ public:
         bool echoSent = false;            // also print what Send writes (direction '>')
         bool doubleStart = true;          // every frame sent starts with two start markers (see tools/README.md)
         CaptureWriter* capture = nullptr;  // records both directions when set
+        // Takes each printed line (with its line end) instead of the output stream.
+        std::function<void(const std::string&)> printer;
         // Called on the receiving thread with every frame received (after printing).
         std::function<void(double, const LineFrame&)> onReceived;
     };
@@ -52,11 +54,16 @@ public:
     // Writes bytes as given, unframed.
     bool SendRaw(const Bytes& bytes);
 
+    // Forgets the operations received so far: Expect looks only at what comes
+    // after this (called before a send or apply). Any thread.
+    void MarkSent();
+
     using Match = std::function<bool(const SsOp&)>;
     // Waits until an operation for which match holds has been received, looking
-    // at those received since the previous successful Expect (or the start), so
-    // a reply that came while earlier commands ran is not missed. On success the
-    // operations up to the match are consumed. False after timeoutS seconds.
+    // at those received since the previous MarkSent or successful Expect (or the
+    // start), so a reply that came while earlier commands ran is not missed and
+    // a stale one is never matched. On success the operations up to the match
+    // are consumed. False after timeoutS seconds.
     bool Expect(const Match& match, double timeoutS);
 
     // Seconds since construction.

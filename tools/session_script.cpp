@@ -89,6 +89,15 @@ bool ParseWords(const OpCatalog& catalog, const std::vector<std::string>& words,
 
 }  // namespace
 
+const char* const kCommandHelp =
+    "send NAME=VALUE[@INDEX] ...     data operations\n"
+    "apply                           the apply trigger\n"
+    "wait SECONDS                    let the line run\n"
+    "expect NAME[=VALUE][@INDEX] [TIMEOUT]\n"
+    "                                wait (default 5 s) for such an operation, received since the last send/apply\n"
+    "raw HEX...                      bytes as given\n"
+    "help, quit                      this text; end the session (also Ctrl-D)\n";
+
 bool ExpectSpec::Matches(const SsOp& op, const OpFormatter& formatter) const {
     if (op.GetOpType() != OP_TYPE_DATA || op.GetOpId() != opId) return false;
     unsigned long long got = 0;
@@ -183,8 +192,31 @@ int SessionRunner::RunInteractive(std::istream& in, const std::string& source) {
     return 0;
 }
 
+int SessionRunner::RunEditor(LineEditor& editor) {
+    std::string line, error;
+    while (!Stopped() && editor.ReadLine(line, m_stop)) {
+        SessionCommand command;
+        bool isCommand = false;
+        const std::string trimmed = line.substr(0, line.find_last_not_of(" \t") + 1);
+        if (trimmed == "quit" || trimmed == "exit") break;
+        if (trimmed == "help") {
+            editor.Print(kCommandHelp);
+            continue;
+        }
+        if (!ParseSessionLine(m_catalog, line, command, isCommand, error)) {
+            m_err << "avhost: " << error << std::endl;  // a mistake: say so and go on
+            continue;
+        }
+        if (isCommand) Execute(command, "session");
+    }
+    return 0;
+}
+
 int SessionRunner::Execute(const SessionCommand& command, const std::string& where) {
     bool ok = true;
+    if (command.kind == SessionCommand::kSend || command.kind == SessionCommand::kApply ||
+        command.kind == SessionCommand::kRaw)
+        m_session.MarkSent();
     switch (command.kind) {
         case SessionCommand::kSend:
             for (const SsOp& op : command.ops) {

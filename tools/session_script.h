@@ -6,6 +6,7 @@
 //   wait SECONDS                  let the line run
 //   expect NAME[=VALUE][@INDEX] [TIMEOUT]
 //                                 wait (default 5 s) until such an operation is received
+//                                 (one received after the last send, apply or raw)
 //   raw HEX...                    bytes as given, unframed
 //   # comment
 //
@@ -20,6 +21,7 @@
 #include <string>
 #include <vector>
 
+#include "tools/line_editor.h"
 #include "tools/line_session.h"
 #include "tools/op_catalog.h"
 #include "tools/op_formatter.h"
@@ -61,6 +63,9 @@ bool SplitWords(const std::string& line, std::vector<std::string>& words, std::s
 bool ParseSessionLine(const OpCatalog& catalog, const std::string& line, SessionCommand& command, bool& isCommand,
                       std::string& error);
 
+// The session commands in a few lines, for "help".
+extern const char* const kCommandHelp;
+
 class SessionRunner {
 public:
     static constexpr double kDefaultExpectSeconds = 5.0;
@@ -74,7 +79,11 @@ public:
     int RunScript(std::istream& in, const std::string& source);
     // Reads, parses and runs one line at a time (standard input). Same statuses.
     int RunInteractive(std::istream& in, const std::string& source);
-    // One command; 0 or 1.
+    // Interactive, on a terminal: a mistake or a failed expect prints an error and
+    // the session goes on; "quit", "exit" or end of input end it with status 0.
+    int RunEditor(LineEditor& editor);
+    // One command; 0 or 1. A send, apply or raw first forgets what was received
+    // before it (see LineSession::MarkSent).
     int Execute(const SessionCommand& command, const std::string& where);
 
 private:
