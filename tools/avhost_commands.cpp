@@ -31,6 +31,7 @@
 #include "tools/pty_line.h"
 #include "tools/replayer.h"
 #include "tools/session_script.h"
+#include "tools/top_view.h"
 #include "tools/uploader.h"
 #include "tools/value_parser.h"
 #include "toolkit/kt_print.h"
@@ -415,8 +416,8 @@ int Replay(const CommandLine& cl, std::ostream& out, std::ostream& err) {
     LineSession::Options options;
     options.capture = capture.writer.get();
     options.filter = &filter;
-    options.onReceived = [&](double, const LineFrame& f) {
-        const std::string compared = replayer.Compared(f);
+    options.onFrame = [&](double, char dir, const LineFrame& f) {
+        const std::string compared = dir == '<' ? replayer.Compared(f) : "";
         if (!compared.empty()) recorder.Add(compared);
     };
     std::ostringstream quiet;  // received frames are compared, not printed
@@ -444,6 +445,24 @@ int Replay(const CommandLine& cl, std::ostream& out, std::ostream& err) {
     }
     out << "--- expected: " << against << "\n+++ received from " << line->Name() << "\n" << difference << std::flush;
     return Fail(err, "replay of " + capturePath + " differs from " + against);
+}
+
+int Top(const CommandLine& cl, std::ostream& out, std::ostream& err) {
+    const OpCatalog catalog;
+    std::string error;
+    std::unique_ptr<ISerialLine> line = OpenLine(cl, out, error);
+    if (!line) return Fail(err, error);
+    TopModel model(catalog);
+    LineSession::Options options;
+    options.doubleStart = !cl.singleStart;
+    options.printer = [](const std::string&) {};  // the screen belongs to the view
+    options.onFrame = [&model](double t, char dir, const LineFrame& f) { model.Add(t, dir, f); };
+    LineSession session(*line, catalog, out, options);
+    InstallStopHandlers();
+    session.Start();
+    const int status = RunTop(session, model, catalog, line->Name(), StopFlag());
+    session.Stop();
+    return status;
 }
 
 int Upload(const CommandLine& cl, std::ostream& out, std::ostream& err) {
@@ -499,6 +518,7 @@ int RunAvhost(const std::vector<std::string>& words, std::istream& in, std::ostr
     if (cl.command == "session") return Session(cl, in, out, err);
     if (cl.command == "decode") return Decode(cl, in, out, err);
     if (cl.command == "replay") return Replay(cl, out, err);
+    if (cl.command == "top") return Top(cl, out, err);
     return Upload(cl, out, err);
 }
 

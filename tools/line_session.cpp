@@ -66,7 +66,7 @@ void LineSession::Handle(double t, char dir, const LineFrame& frame) {
     if (m_options.capture != nullptr) m_options.capture->Record(t, dir, frame.line, m_formatter.Describe(frame));
     const bool shown = m_options.filter == nullptr || m_options.filter->Shows(m_formatter.Catalog(), frame);
     if ((dir == '<' || m_options.echoSent) && shown) Print(t, dir, frame);
-    if (dir == '<' && m_options.onReceived) m_options.onReceived(t, frame);
+    if (m_options.onFrame) m_options.onFrame(t, dir, frame);
     if (dir != '<' || frame.kind != LineFrame::kOp) return;
     {
         std::lock_guard<std::mutex> lock(m_seenMutex);

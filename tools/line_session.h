@@ -34,8 +34,9 @@ public:
         CaptureWriter* capture = nullptr;  // records both directions when set
         // Takes each printed line (with its line end) instead of the output stream.
         std::function<void(const std::string&)> printer;
-        // Called on the receiving thread with every frame received (after printing).
-        std::function<void(double, const LineFrame&)> onReceived;
+        // Called with every frame received ('<', on the receive thread) and sent
+        // ('>', on the sending thread), after printing.
+        std::function<void(double, char, const LineFrame&)> onFrame;
     };
 
     LineSession(ISerialLine& line, const OpCatalog& catalog, std::ostream& out, Options options);
