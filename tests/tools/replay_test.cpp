@@ -1,8 +1,10 @@
-// The recorded host sessions of tests/tools/replay replayed by `avhost replay
-// --fast` against the real daemon on the virtual board: each must give the
-// daemon frames of its NAME.chk. A changed expected file must fail with a
-// readable difference.
+// avhost against the real daemon on the virtual board: the recorded host
+// sessions of tests/tools/replay replayed by `avhost replay --fast` (each must
+// give the daemon frames of its NAME.chk; a changed expected file must fail with
+// a readable difference), and the terminal commands (session, top) driven
+// through tmux as a person would.
 #include <dirent.h>
+#include <unistd.h>
 
 #include <gtest/gtest.h>
 
@@ -28,6 +30,104 @@ std::vector<std::string> Sessions() {
     return names;
 }
 
+// The daemon on the virtual board on a given pty, stopped (cleanly) by the destructor.
+struct Daemon {
+    bool Start(const std::string& pty) {
+        e2e::WriteFile(tmp / "root/vendor/etc/version", "version=stbav-replay\n");
+        std::string log;
+        e2e::ReadFile(std::string(STBAV_ETC_DIR) + "/tevrin-log4cpp.init", log);
+        e2e::WriteFile(tmp / "root/vendor/etc/tevrin-log4cpp.init", log);
+        std::vector<std::string> env = e2e::SanitizerEnvironment();
+        env.push_back("STBSIM_STREAM=" + kDir + "/board.scn");
+        env.push_back("STBSIM_CONTROL=" + tmp / "board.sock");
+        return child.Start(STBAVD_PATH, {"-d", pty, "-R", tmp / "root"}, env, tmp / "d.out", tmp / "d.err");
+    }
+    ~Daemon() {
+        int status = -1;
+        if (!child.Running()) return;
+        EXPECT_TRUE(child.Stop(SIGTERM, 20000, status));
+        EXPECT_EQ(e2e::DescribeStatus(status), "exit 0");
+    }
+    e2e::TempDir tmp;
+    e2e::ChildProcess child;
+};
+
+// A tmux server of the test's own, with one pane running a command.
+class Tmux {
+public:
+    explicit Tmux(const std::string& command) : m_socket("avhost-test-" + std::to_string(getpid())) {
+        Run({"new-session", "-d", "-x", "110", "-y", "40", command});
+    }
+    ~Tmux() { Run({"kill-server"}); }
+    void Keys(const std::vector<std::string>& keys) {
+        std::vector<std::string> args = {"send-keys"};
+        args.insert(args.end(), keys.begin(), keys.end());
+        Run(args);
+    }
+    std::string Pane() { return Run({"capture-pane", "-p"}); }
+    // True once the pane shows needle (polled for up to 10 s).
+    bool Shows(const std::string& needle) {
+        return e2e::WaitUntil([&] { return Pane().find(needle) != std::string::npos; });
+    }
+
+private:
+    std::string Run(std::vector<std::string> args) {
+        args.insert(args.begin(), {TMUX_PROGRAM, "-L", m_socket});
+        ChildProcess tmux(args);
+        tmux.Wait();
+        return tmux.Stdout();
+    }
+    std::string m_socket;
+};
+
+// The pty that the pane's avhost announced after prefix, or "".
+std::string PtyAfter(Tmux& tmux, const std::string& prefix) {
+    if (!tmux.Shows(prefix + "/dev/pts/")) return "";
+    const std::string pane = tmux.Pane();
+    const size_t from = pane.find(prefix) + prefix.size();
+    return pane.substr(from, pane.find_first_of(" \n", from) - from);
+}
+
+// A mistake and a completion in an interactive session; received lines appear
+// above the prompt; Ctrl-D ends it with status 0 and the history is kept.
+TEST(Terminal, SessionForgivesMistakesAndCompletesNames) {
+    const e2e::TempDir dir;
+    Tmux tmux(std::string(AVHOST_BINARY) + " session --pty --history " + dir / "history" +
+              "; echo avhost-exit-$?; sleep 60");
+    Daemon daemon;
+    const std::string pty = PtyAfter(tmux, "pty: ");
+    ASSERT_FALSE(pty.empty()) << tmux.Pane();
+    ASSERT_TRUE(daemon.Start(pty));
+    ASSERT_TRUE(tmux.Shows("< stbsystemReady[0] = \"stbav_ready\"")) << tmux.Pane();
+    tmux.Keys({"sned videoWidth=1", "Enter"});
+    ASSERT_TRUE(tmux.Shows("avhost: unknown command \"sned\" (send, apply, wait, expect, raw)\navhost>")) << tmux.Pane();
+    tmux.Keys({"send stbsystemStatusEn", "Tab"});
+    ASSERT_TRUE(tmux.Shows("avhost> send stbsystemStatusEnable=")) << tmux.Pane();
+    tmux.Keys({"1", "Enter", "apply", "Enter", "expect videoPcrDisconStatus 10", "Enter", "send videoout"});
+    ASSERT_TRUE(tmux.Shows("< videoPcrDisconStatus[0] = 0\n")) << tmux.Pane();
+    ASSERT_TRUE(tmux.Shows("avhost> send videoout")) << tmux.Pane();  // what was typed survives the printing
+    tmux.Keys({"C-u", "C-d"});
+    ASSERT_TRUE(tmux.Shows("avhost-exit-0")) << tmux.Pane();
+    std::string history;
+    ASSERT_TRUE(e2e::ReadFile(dir / "history", history));
+    EXPECT_NE(history.find("sned\\040videoWidth=1\n"), std::string::npos) << history;
+}
+
+// The live view fills with the status report after 's' and ends on 'q'.
+TEST(Terminal, TopShowsEveryReportedItem) {
+    Tmux tmux(std::string(AVHOST_BINARY) + " top --pty; echo avhost-exit-$?; sleep 60");
+    Daemon daemon;
+    const std::string pty = PtyAfter(tmux, "avhost top  ");
+    ASSERT_FALSE(pty.empty()) << tmux.Pane();
+    ASSERT_TRUE(daemon.Start(pty));
+    ASSERT_TRUE(tmux.Shows("stbsystemReady[0]                    \"stbav_ready\"")) << tmux.Pane();
+    tmux.Keys({"s"});
+    ASSERT_TRUE(tmux.Shows("videoFrameRate[0]                    0 (unknown)")) << tmux.Pane();
+    EXPECT_NE(tmux.Pane().find("errors 0  sent 2"), std::string::npos) << tmux.Pane();
+    tmux.Keys({"q"});
+    ASSERT_TRUE(tmux.Shows("avhost-exit-0")) << tmux.Pane();
+}
+
 // avhost replay on its own pty, with the daemon started on that pty once announced.
 struct Replay {
     explicit Replay(std::vector<std::string> args) : host(WithBinary(args)) {}
@@ -38,27 +138,14 @@ struct Replay {
     }
     // The avhost exit status, the daemon stopped cleanly afterwards.
     int Run() {
-        e2e::WriteFile(tmp / "root/vendor/etc/version", "version=stbav-replay\n");
-        std::string log;
-        e2e::ReadFile(std::string(STBAV_ETC_DIR) + "/tevrin-log4cpp.init", log);
-        e2e::WriteFile(tmp / "root/vendor/etc/tevrin-log4cpp.init", log);
         if (!host.WaitForOutput("\n")) return -2;
         const std::string out = host.Stdout();
-        const std::string pty = out.substr(5, out.find('\n') - 5);
-        std::vector<std::string> env = e2e::SanitizerEnvironment();
-        env.push_back("STBSIM_STREAM=" + kDir + "/board.scn");
-        env.push_back("STBSIM_CONTROL=" + tmp / "board.sock");
-        if (!daemon.Start(STBAVD_PATH, {"-d", pty, "-R", tmp / "root"}, env, tmp / "d.out", tmp / "d.err")) return -3;
-        const int status = host.Wait();
-        int daemonStatus = -1;
-        EXPECT_TRUE(daemon.Stop(SIGTERM, 20000, daemonStatus));
-        EXPECT_EQ(e2e::DescribeStatus(daemonStatus), "exit 0");
-        return status;
+        if (!daemon.Start(out.substr(5, out.find('\n') - 5))) return -3;
+        return host.Wait();
     }
 
-    e2e::TempDir tmp;
     ChildProcess host;
-    e2e::ChildProcess daemon;
+    Daemon daemon;
 };
 
 class RecordedSession : public ::testing::TestWithParam<std::string> {};
