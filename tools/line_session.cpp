@@ -64,15 +64,17 @@ void LineSession::ReceiveLoop() {
 
 void LineSession::Handle(double t, char dir, const LineFrame& frame) {
     if (m_options.capture != nullptr) m_options.capture->Record(t, dir, frame.line, m_formatter.Describe(frame));
+    // Kept for Expect before it is printed: whoever saw the line can expect it.
+    if (dir == '<' && frame.kind == LineFrame::kOp) {
+        {
+            std::lock_guard<std::mutex> lock(m_seenMutex);
+            m_seen.push_back(frame.op);
+        }
+        m_seenSignal.notify_all();
+    }
     const bool shown = m_options.filter == nullptr || m_options.filter->Shows(m_formatter.Catalog(), frame);
     if ((dir == '<' || m_options.echoSent) && shown) Print(t, dir, frame);
     if (m_options.onFrame) m_options.onFrame(t, dir, frame);
-    if (dir != '<' || frame.kind != LineFrame::kOp) return;
-    {
-        std::lock_guard<std::mutex> lock(m_seenMutex);
-        m_seen.push_back(frame.op);
-    }
-    m_seenSignal.notify_all();
 }
 
 void LineSession::Print(double t, char dir, const LineFrame& frame) {

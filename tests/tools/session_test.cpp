@@ -6,6 +6,7 @@
 
 #include <sstream>
 
+#include "tests/e2e/e2e_support.h"
 #include "tests/tools/daemon_double.h"
 #include "tools/capture_reader.h"
 #include "tools/pty_line.h"
@@ -142,6 +143,30 @@ TEST(SessionRunner, DrivesTheDaemonsAdapterOverAPty) {
     std::string dirs;
     for (const CaptureChunk& c : chunks) dirs += c.dir;
     EXPECT_EQ(dirs, ">>><");
+}
+
+// expect after a send looks only at what came after it: a report that arrived
+// before the send is stale; the answer to the apply is seen.
+TEST(SessionRunner, ExpectIgnoresWhatCameBeforeTheLastSend) {
+    const OpCatalog catalog;
+    PtyLine line;
+    std::string error;
+    ASSERT_TRUE(line.Open(error)) << error;
+    DaemonSide daemon(line.SlaveName());
+    daemon.AnswerApplyWith(OpFrom(catalog, "videoHeight=1080"));
+    ASSERT_TRUE(daemon.Start());
+    std::ostringstream out, err;
+    LineSession session(line, catalog, out, LineSession::Options());
+    session.Start();
+    SessionRunner runner(session, catalog, err);
+    ASSERT_TRUE(daemon.Send(OpFrom(catalog, "videoWidth=1920")));
+    ASSERT_TRUE(e2e::WaitUntil([&] { return out.str().find("videoWidth[0] = 1920") != std::string::npos; }));
+    std::istringstream stale("send videooutputFormatMode=2\napply\nexpect videoWidth 0.2\n");
+    EXPECT_EQ(runner.RunInteractive(stale, "script"), 1);
+    EXPECT_EQ(err.str(), "avhost: script:3: expect videoWidth 0.2: nothing matching received within 0.2 s\n");
+    std::istringstream fresh("expect videoHeight=1080 10\n");
+    EXPECT_EQ(runner.RunInteractive(fresh, "script"), 0) << err.str();
+    session.Stop();
 }
 
 }  // namespace
