@@ -116,6 +116,13 @@ struct Capture {
         writer->WriteHeader(device, CaptureWriter::UtcNowText());
         return true;
     }
+    // The command's status, made a failure when the capture could not be written
+    // completely (a full disk): a capture that silently lacks frames misleads.
+    int Checked(const CommandLine& cl, int status, std::ostream& err) {
+        if (writer == nullptr || file) return status;
+        Fail(err, "writing capture " + cl.capture + " failed");
+        return status == 0 ? kFailure : status;
+    }
 };
 
 // The meanings of one operation's values (list --values NAME).
@@ -209,7 +216,7 @@ int Send(const CommandLine& cl, std::ostream& out, std::ostream& err) {
     for (SsOp& op : ops) {
         if (!session.Send(op)) return Fail(err, "writing to " + cl.device + " failed");
     }
-    return OutputStatus(session.OutputFailed(), session.OutputErrno(), err);
+    return capture.Checked(cl, OutputStatus(session.OutputFailed(), session.OutputErrno(), err), err);
 }
 
 int Raw(const CommandLine& cl, std::ostream& err) {
@@ -243,8 +250,10 @@ int Monitor(const CommandLine& cl, std::ostream& out, std::ostream& err) {
         std::this_thread::sleep_for(std::chrono::milliseconds(20));
     }
     session.Stop();
-    if (readerGone) return 0;
-    return OutputStatus(session.OutputFailed() || !out, session.OutputFailed() ? session.OutputErrno() : errno, err);
+    if (readerGone) return capture.Checked(cl, 0, err);
+    return capture.Checked(
+        cl, OutputStatus(session.OutputFailed() || !out, session.OutputFailed() ? session.OutputErrno() : errno, err),
+        err);
 }
 
 int Session(const CommandLine& cl, std::istream& in, std::ostream& out, std::ostream& err) {
@@ -285,7 +294,7 @@ int Session(const CommandLine& cl, std::istream& in, std::ostream& out, std::ost
                  : cl.args.empty() ? runner.RunInteractive(in, "stdin")
                                    : runner.RunScript(script, cl.args[0]);
     session.Stop();
-    return status;
+    return capture.Checked(cl, status, err);
 }
 
 int Decode(const CommandLine& cl, std::istream& in, std::ostream& out, std::ostream& err) {
