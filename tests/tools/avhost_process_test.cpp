@@ -185,4 +185,13 @@ TEST(AvhostProcess, MonitorPrintsJsonAndCapturesUntilTerminated) {
     EXPECT_EQ(chunks[1].dir, '<');
 }
 
+// A reader that goes away ends the monitor at once and cleanly, even while the
+// line is quiet (nothing more to write that could fail).
+TEST(AvhostProcess, MonitorEndsWhenItsReaderGoesAway) {
+    ChildProcess shell({"/bin/bash", "-c",
+                        std::string(AVHOST_BINARY) + " monitor --pty --json | head -n 1; echo \"status ${PIPESTATUS[0]}\""});
+    EXPECT_EQ(shell.Wait(), 0);
+    EXPECT_NE(shell.Stdout().find("\nstatus 0\n"), std::string::npos) << shell.Stdout() << shell.Stderr();
+}
+
 }  // namespace
