@@ -11,9 +11,8 @@ namespace {
 constexpr unsigned kReadTimeoutMs = 100;
 constexpr std::size_t kReadSize = 4096;
 
-// The style from the json flag, and the wall clock at t = 0 for absolute time stamps.
+// The wall clock at t = 0, for absolute time stamps.
 LineSession::Options WithClock(LineSession::Options options) {
-    if (options.json) options.output.style = OpFormatter::kJson;
     options.output.epochAtZero =
         std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch()).count();
     return options;

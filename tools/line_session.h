@@ -1,7 +1,7 @@
 // LineSession: the host's side of a live serial line. A receive thread of its
-// own reads the line, splits and decodes frames and prints each one (text or
-// JSON) as it arrives, records it in the capture if there is one, and keeps the
-// decoded operations for Expect. Send and SendRaw frame and write from the
+// own reads the line, splits and decodes frames and prints each one (text, JSON
+// or CSV, to the stream or through a printer) as it arrives, records it in the
+// capture if there is one, and keeps the decoded operations for Expect. Send and SendRaw frame and write from the
 // calling thread and record in the capture too. The line, catalog, output stream
 // and capture writer are not owned and must outlive the session.
 #pragma once
@@ -26,7 +26,6 @@ namespace avhost {
 class LineSession {
 public:
     struct Options {
-        bool json = false;                // one JSON object per line instead of text (same as output.style kJson)
         OpFormatter::Output output;       // style (text, JSON, CSV) and time stamps; epochAtZero is filled in
         const FrameFilter* filter = nullptr;  // which frames are printed (all when null); capture keeps all
         bool echoSent = false;            // also print what Send writes (direction '>')
