@@ -51,7 +51,11 @@ void Draw(const TopModel::Snapshot& s, const std::string& lineName, double now) 
     const int itemRows = std::max(1, rows - 3 - kEventRows - 1);
     int row = 3;
     for (const auto& entry : s.items) {
-        if (row >= 3 + itemRows) break;
+        const int left = static_cast<int>(s.items.size()) - (row - 3);
+        if (row == 3 + itemRows - 1 && left > 1) {
+            mvprintw(row, 0, "... and %d more items (a taller terminal shows them)", left);
+            break;
+        }
         const TopModel::Item& item = entry.second;
         const bool fresh = item.changes > 0 && now - item.changed < kFreshSeconds;
         if (fresh) attron(A_BOLD | A_STANDOUT);
