@@ -100,8 +100,13 @@ std::string UtcText(double epochSeconds) {
 std::string QuotedText(const std::string& text) {
     std::string out = "\"";
     char buf[8];
-    for (unsigned char c : text) {
-        if (c == '"' || c == '\\') {
+    for (size_t i = 0; i < text.size(); ++i) {
+        const unsigned char c = static_cast<unsigned char>(text[i]);
+        const size_t sequence = c >= 0xC2 ? Utf8Length(text, i) : 0;
+        if (sequence > 1) {  // a UTF-8 character ("Café ТВ") shows as itself
+            out += text.substr(i, sequence);
+            i += sequence - 1;
+        } else if (c == '"' || c == '\\') {
             out += '\\';
             out += static_cast<char>(c);
         } else if (c == '\n') {

@@ -131,6 +131,8 @@ TEST(OpFormatter, NamesUtf8AndUtcInEveryStyle) {
         const std::string json = plain.Json(0, '<', FrameOf(n.image));
         EXPECT_NE(json.find(std::string("\"value\":") + n.value + "}"), std::string::npos) << json;
     }
+    EXPECT_EQ(plain.Describe(FrameOf(names[0].image)), "selectedserviceServiceName[0] = \"Café ТВ \"");
+    EXPECT_EQ(plain.Describe(FrameOf(names[1].image)), "selectedserviceServiceName[0] = \"Caf\\xE9 TV\"");
     EXPECT_EQ(plain.Csv(0, '<', FrameOf("00 E2 00 01 00 03 41 2C 22")),
               "0.000,<,selectedserviceServiceName,226,0,VT_STRING,0,\"A,\"\"\",,");
 }
