@@ -401,30 +401,68 @@ void SendSteps(const ReplayScript& script, bool fast, LineSession& session, Repl
     }
 }
 
+// What a replay sends and what it expects back.
+struct ReplayPlan {
+    std::vector<CaptureChunk> chunks;
+    ReplayScript script;
+    std::string expectedPath;
+    bool haveFile = false;  // else the capture's own daemon frames are expected
+    std::vector<std::string> expected;
+
+    std::string Against(const std::string& capturePath) const {
+        return haveFile ? expectedPath : capturePath + " (its daemon frames)";
+    }
+};
+
+bool LoadReplay(const CommandLine& cl, const Replayer& replayer, ReplayPlan& plan, std::string& error) {
+    const std::string& capturePath = cl.args[0];
+    std::string content, expectedText;
+    if (!ReadWhole(capturePath, content)) return error = "cannot read " + capturePath, false;
+    if (CaptureReader::Detect(content) != CaptureReader::kText) return error = capturePath + ": not a text capture", false;
+    if (!CaptureReader::Read(content, '<', plan.chunks, error)) return error = capturePath + ": " + error, false;
+    plan.script = replayer.Script(plan.chunks);
+    plan.expectedPath = cl.expected.empty() ? Replayer::DefaultExpectedPath(capturePath) : cl.expected;
+    plan.haveFile = ReadWhole(plan.expectedPath, expectedText);
+    plan.expected = plan.haveFile ? Replayer::ParseExpected(expectedText) : plan.script.daemonLines;
+    return true;
+}
+
+// --update: the expected file rewritten; otherwise the verdict and any difference.
+int ReportReplay(const CommandLine& cl, const ReplayPlan& plan, const std::vector<std::string>& got,
+                 const std::string& lineName, std::ostream& out, std::ostream& err) {
+    const std::string& capturePath = cl.args[0];
+    if (cl.update) {
+        std::ofstream file(plan.expectedPath, std::ios::trunc);
+        file << Replayer::ExpectedText(capturePath.substr(capturePath.find_last_of('/') + 1), got);
+        if (!file.flush()) return Fail(err, "cannot write " + plan.expectedPath);
+        out << "replay: wrote " << got.size() << " lines to " << plan.expectedPath << std::endl;
+        return 0;
+    }
+    const std::string difference = Replayer::Difference(plan.expected, got);
+    if (difference.empty()) {
+        out << "replay: " << plan.script.steps.size() << " frames sent, " << got.size() << " compared: same as "
+            << plan.Against(capturePath) << std::endl;
+        return 0;
+    }
+    out << "--- expected: " << plan.Against(capturePath) << "\n+++ received from " << lineName << "\n"
+        << difference << std::flush;
+    return Fail(err, "replay of " + capturePath + " differs from " + plan.Against(capturePath));
+}
+
 int Replay(const CommandLine& cl, std::ostream& out, std::ostream& err) {
     const OpCatalog catalog;
-    std::string content, error;
-    const std::string& capturePath = cl.args[0];
-    std::vector<CaptureChunk> chunks;
-    if (!ReadWhole(capturePath, content)) return Fail(err, "cannot read " + capturePath);
-    if (CaptureReader::Detect(content) != CaptureReader::kText) return Fail(err, capturePath + ": not a text capture");
-    if (!CaptureReader::Read(content, '<', chunks, error)) return Fail(err, capturePath + ": " + error);
+    std::string error;
     FrameFilter filter;
     if (!filter.Set(catalog, cl.only, cl.skip, error)) return Fail(err, error, kUsage);
     const Replayer replayer(catalog, &filter);
-    const ReplayScript script = replayer.Script(chunks);
-    const std::string expectedPath = cl.expected.empty() ? Replayer::DefaultExpectedPath(capturePath) : cl.expected;
-    std::string expectedText;
-    const bool haveFile = ReadWhole(expectedPath, expectedText);
-    const std::vector<std::string> expected = haveFile ? Replayer::ParseExpected(expectedText) : script.daemonLines;
-
+    ReplayPlan plan;
+    if (!LoadReplay(cl, replayer, plan, error)) return Fail(err, error);
     std::unique_ptr<ISerialLine> line = OpenLine(cl, out, error);
     Capture capture;
     if (!line || !capture.Open(cl, line->Name(), error)) return Fail(err, error);
     ReplayRecorder recorder;
     LineSession::Options options;
     options.capture = capture.writer.get();
-    options.filter = &filter;
     options.onFrame = [&](double, char dir, const LineFrame& f) {
         const std::string compared = dir == '<' ? replayer.Compared(f) : "";
         if (!compared.empty()) recorder.Add(compared);
@@ -433,27 +471,11 @@ int Replay(const CommandLine& cl, std::ostream& out, std::ostream& err) {
     LineSession session(*line, catalog, quiet, options);
     InstallStopHandlers();
     session.Start();
-    SendSteps(script, cl.fast, session, recorder);
-    const double tail = chunks.empty() || script.steps.empty() ? 0 : chunks.back().t - script.steps.back().t;
-    recorder.Settle(expected.size(), 0.3, std::max(3.0, tail + 2.0));
+    SendSteps(plan.script, cl.fast, session, recorder);
+    const double tail = plan.script.steps.empty() ? 0 : plan.chunks.back().t - plan.script.steps.back().t;
+    recorder.Settle(plan.expected.size(), 0.3, std::max(3.0, tail + 2.0));
     session.Stop();
-    const std::vector<std::string> got = recorder.Lines();
-    if (cl.update) {
-        std::ofstream file(expectedPath, std::ios::trunc);
-        file << Replayer::ExpectedText(capturePath.substr(capturePath.find_last_of('/') + 1), got);
-        if (!file.flush()) return Fail(err, "cannot write " + expectedPath);
-        out << "replay: wrote " << got.size() << " lines to " << expectedPath << std::endl;
-        return 0;
-    }
-    const std::string difference = Replayer::Difference(expected, got);
-    const std::string against = haveFile ? expectedPath : capturePath + " (its daemon frames)";
-    if (difference.empty()) {
-        out << "replay: " << script.steps.size() << " frames sent, " << got.size() << " compared: same as "
-            << against << std::endl;
-        return 0;
-    }
-    out << "--- expected: " << against << "\n+++ received from " << line->Name() << "\n" << difference << std::flush;
-    return Fail(err, "replay of " + capturePath + " differs from " + against);
+    return capture.Checked(cl, ReportReplay(cl, plan, recorder.Lines(), line->Name(), out, err), err);
 }
 
 int Top(const CommandLine& cl, std::ostream& out, std::ostream& err) {
