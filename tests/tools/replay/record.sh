@@ -13,7 +13,7 @@ mkdir -p $W/root/vendor/etc
 cp $TOP/etc/tevrin-log4cpp.init $W/root/vendor/etc/; echo version=stbav-replay > $W/root/vendor/etc/version
 $B/tools/avhost session --pty $name.txt --capture $name.cap > $W/host.out 2> $W/host.err &
 H=$!
-for i in $(seq 100); do grep -q '^pty: ' $W/host.out && break; sleep 0.05; done
+for i in $(seq 100); do grep -qs '^pty: ' $W/host.out && break; sleep 0.05; done
 PTY=$(sed -n 's/^pty: //p' $W/host.out)
 STBSIM_STREAM=$PWD/board.scn STBSIM_CONTROL=$W/board.sock $B/control/stbavd -d $PTY -R $W/root > $W/d.out 2> $W/d.err &
 D=$!
