@@ -156,11 +156,14 @@ TEST(SessionRunner, ExpectIgnoresWhatCameBeforeTheLastSend) {
     daemon.AnswerApplyWith(OpFrom(catalog, "videoHeight=1080"));
     ASSERT_TRUE(daemon.Start());
     std::ostringstream out, err;
-    LineSession session(line, catalog, out, LineSession::Options());
+    std::atomic<bool> arrived{false};  // set once the frame is kept for expect
+    LineSession::Options options;
+    options.onFrame = [&arrived](double, char dir, const LineFrame&) { arrived = arrived || dir == '<'; };
+    LineSession session(line, catalog, out, options);
     session.Start();
     SessionRunner runner(session, catalog, err);
     ASSERT_TRUE(daemon.Send(OpFrom(catalog, "videoWidth=1920")));
-    ASSERT_TRUE(e2e::WaitUntil([&] { return out.str().find("videoWidth[0] = 1920") != std::string::npos; }));
+    ASSERT_TRUE(e2e::WaitUntil([&] { return arrived.load(); }));
     std::istringstream stale("send videooutputFormatMode=2\napply\nexpect videoWidth 0.2\n");
     EXPECT_EQ(runner.RunInteractive(stale, "script"), 1);
     EXPECT_EQ(err.str(), "avhost: script:3: expect videoWidth 0.2: nothing matching received within 0.2 s\n");
