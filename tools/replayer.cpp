@@ -81,7 +81,7 @@ std::string Replayer::Difference(const std::vector<std::string>& expected, const
             inHunk = false;
             continue;
         }
-        if (!inHunk) out += "@@ expected line " + std::to_string(i + 1) + " @@\n";
+        if (!inHunk) out += "@@ expected frame " + std::to_string(i + 1) + " @@\n";
         inHunk = true;
         if (i < n && (j == m || lcs[i + 1][j] >= lcs[i][j + 1])) out += "- " + expected[i++] + "\n";
         else out += "+ " + got[j++] + "\n";

@@ -45,7 +45,7 @@ public:
     static std::vector<std::string> ParseExpected(const std::string& text);
     static std::string ExpectedText(const std::string& captureName, const std::vector<std::string>& lines);
     // A readable difference ("-" expected, "+" received, with the expected line
-    // numbers); empty when the two are equal.
+    // numbers, counting frames, not comment lines); empty when equal.
     static std::string Difference(const std::vector<std::string>& expected, const std::vector<std::string>& got);
 
 private:

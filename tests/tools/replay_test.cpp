@@ -170,7 +170,7 @@ TEST(Replay, AChangedExpectedFileFailsWithTheDifference) {
     ASSERT_TRUE(e2e::WriteFile(dir / "changed.chk", expected));
     Replay replay({kDir + "/status_clear.cap", "--expected=" + dir / "changed.chk"});
     EXPECT_EQ(replay.Run(), 1);
-    EXPECT_NE(replay.host.Stdout().find("@@ expected line 3 @@\n"
+    EXPECT_NE(replay.host.Stdout().find("@@ expected frame 3 @@\n"
                                         "- < stbsystemStatusClearDone[0] = \"done\"\n"
                                         "+ < stbsystemStatusClearDone[0] = \"Stbav status clear done!\"\n"),
               std::string::npos) << replay.host.Stdout();

@@ -35,8 +35,8 @@ TEST(Replayer, ScriptKeepsHostBytesAndComparesDaemonFramesWithoutHeartbeats) {
 TEST(Replayer, DifferenceShowsMissingChangedAndExtraLines) {
     EXPECT_EQ(Replayer::Difference({"a", "b"}, {"a", "b"}), "");
     EXPECT_EQ(Replayer::Difference({"a", "b", "c", "d"}, {"a", "x", "c", "d", "e"}),
-              "@@ expected line 2 @@\n- b\n+ x\n@@ expected line 5 @@\n+ e\n");
-    EXPECT_EQ(Replayer::Difference({"a", "b"}, {}), "@@ expected line 1 @@\n- a\n- b\n");
+              "@@ expected frame 2 @@\n- b\n+ x\n@@ expected frame 5 @@\n+ e\n");
+    EXPECT_EQ(Replayer::Difference({"a", "b"}, {}), "@@ expected frame 1 @@\n- a\n- b\n");
 }
 
 TEST(TopModel, KeepsTheLatestValueAndCountsChangesFramesAndErrors) {
