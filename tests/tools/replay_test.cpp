@@ -55,7 +55,9 @@ struct Daemon {
 // A tmux server of the test's own, with one pane running a command.
 class Tmux {
 public:
-    explicit Tmux(const std::string& command) : m_socket("avhost-test-" + std::to_string(getpid())) {
+    // A socket per instance: a server that is still shutting down is never reused.
+    explicit Tmux(const std::string& command)
+        : m_socket("avhost-test-" + std::to_string(getpid()) + "-" + std::to_string(++s_count)) {
         Run({"new-session", "-d", "-x", "110", "-y", "40", command});
     }
     ~Tmux() { Run({"kill-server"}); }
@@ -77,6 +79,7 @@ private:
         tmux.Wait();
         return tmux.Stdout();
     }
+    static inline int s_count = 0;
     std::string m_socket;
 };
 
