@@ -50,7 +50,10 @@ bench: deps build/release/build.ninja
 
 # stbavd on the virtual board over a pty, driven by a scripted host session
 # (avhost); prints what the host sees beside the board's display. About 20 s.
-demo: build
+# Builds only what it runs (no tests, no benchmarks); `make test` builds the rest.
+DEMO_TARGETS := stbavd stb_module avhost
+demo: deps build/dev/build.ninja
+	@cmake --build --preset dev -j $(JOBS) --target $(DEMO_TARGETS)
 	@scripts/demo.sh build/dev
 
 # The upgrade hand-off entry on the virtual board; the board's journal shows the call.
