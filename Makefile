@@ -62,3 +62,9 @@ upgrade: build
 
 clean:
 	rm -rf build
+
+# MPEG-TS files that match the sample scenarios of etc/scenarios/, made with
+# ffmpeg into build/streams/ (kept once made).
+.PHONY: streams
+streams: deps
+	@scripts/make-streams.sh build/streams
