@@ -11,7 +11,7 @@ set -uo pipefail
 SRC=$(cd "$1" && pwd)
 BUILD=$(cd "$2" && pwd)
 FILES=(README.md sim/README.md docs/host-guide.md)
-LIMIT=180  # seconds per block
+LIMIT=600  # seconds per block (make install builds build/package the first time)
 
 WORK=$(mktemp -d /tmp/stbav-doc-XXXXXX)
 trap 'rm -rf "$WORK"' EXIT
@@ -73,7 +73,8 @@ run_block() {
     "$mirror" "$block" >"$block.out" 2>&1
     status=$?
   else
-    sed -e "s#build/dev/#$BUILD/#g" -e "s#/tmp/#$WORK/#g" "$block" >"$block.sh"
+    # /tmp/ first: the build folder may itself lie under /tmp.
+    sed -e "s#/tmp/#$WORK/#g" -e "s#build/dev/#$BUILD/#g" "$block" >"$block.sh"
     # A session of its own, so that what a failed block left running (a
     # daemon, socat) is stopped with it.
     setsid timeout "$LIMIT" bash -e "$block.sh" >"$block.out" 2>&1 </dev/null &
