@@ -12,6 +12,10 @@ DEBS := build-essential cmake ninja-build pkg-config g++ clang \
         libgtest-dev libgmock-dev googletest libbenchmark-dev liblog4cpp5-dev \
         libavformat-dev libavcodec-dev libavutil-dev ffmpeg socat
 DEBS += nlohmann-json3-dev libedit-dev libncurses-dev tmux
+# Manual pages (scdoc, linted with mandoc) and the completion tests (bash-completion).
+DEBS += scdoc mandoc bash-completion
+# Only for `make deb` and its checks.
+PKG_DEBS := dpkg-dev lintian systemd
 JOBS ?= 2
 
 .PHONY: all deps build test asan-test tsan-test demo bench clean upgrade
@@ -51,7 +55,10 @@ bench: deps build/release/build.ninja
 
 # stbavd on the virtual board over a pty, driven by a scripted host session
 # (avhost); prints what the host sees beside the board's display. About 20 s.
-demo: build
+# Builds only what it runs (no tests, no benchmarks); `make test` builds the rest.
+DEMO_TARGETS := stbavd stb_module avhost
+demo: deps build/dev/build.ninja
+	@cmake --build --preset dev -j $(JOBS) --target $(DEMO_TARGETS)
 	@scripts/demo.sh build/dev
 
 # The upgrade hand-off entry on the virtual board; the board's journal shows the call.
@@ -60,3 +67,47 @@ upgrade: build
 
 clean:
 	rm -rf build
+
+# MPEG-TS files that match the sample scenarios of etc/scenarios/, made with
+# ffmpeg into build/streams/ (kept once made).
+.PHONY: streams
+streams: deps
+	@scripts/make-streams.sh build/streams
+
+# Rewrites the dictionary table of docs/host-guide.md from the daemon's tables
+# (the test host_guide_dictionary_current fails while the committed copy is stale).
+.PHONY: host-guide
+host-guide: deps build/dev/build.ninja
+	@cmake --build --preset dev -j $(JOBS) --target host_guide_dictionary
+	@build/dev/docs/host_guide_dictionary --update docs/host-guide.md
+
+# Install and Debian packages from an optimised build without tests (build/package):
+#   make install [PREFIX=/usr/local] [DESTDIR=/scratch]   stbavd, stbav-upgrade (sbin), avhost (bin), the
+#                                  virtual board (lib/stbav), samples, manual pages, completions, service files
+#   make deb                       build/package/packages/{stbavd,avhost,stbav-board}_*.deb
+#   make deb-check                 the packages' file lists, lintian, and the programs run from a scratch root
+PREFIX ?= /usr/local
+PKG_BUILD := build/package
+PKG_CONFIGURE = CFLAGS="$$(dpkg-buildflags --get CFLAGS) $$(dpkg-buildflags --get CPPFLAGS)" \
+  CXXFLAGS="$$(dpkg-buildflags --get CXXFLAGS) $$(dpkg-buildflags --get CPPFLAGS)" \
+  LDFLAGS="$$(dpkg-buildflags --get LDFLAGS)" \
+  cmake -S . -B $(PKG_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DSTBAV_BUILD_TESTS=OFF \
+  -DSTBAV_BUILD_BENCH=OFF >/dev/null
+.PHONY: install deb deb-check pkg-deps
+pkg-deps:
+	@$(MAKE) --no-print-directory deps DEBS="$(PKG_DEBS)"
+
+install: deps pkg-deps
+	@$(PKG_CONFIGURE) -DCMAKE_INSTALL_PREFIX=$(PREFIX)
+	@cmake --build $(PKG_BUILD) -j $(JOBS)
+	@DESTDIR=$(DESTDIR) cmake --install $(PKG_BUILD)
+
+deb: deps pkg-deps
+	@$(PKG_CONFIGURE) -DCMAKE_INSTALL_PREFIX=/usr
+	@cmake --build $(PKG_BUILD) -j $(JOBS)
+	@rm -rf $(PKG_BUILD)/packages
+	@cd $(PKG_BUILD) && cpack -G DEB >/dev/null
+	@ls $(PKG_BUILD)/packages/*.deb
+
+deb-check: deb
+	@scripts/check-packages.sh $(PKG_BUILD)/packages
