@@ -12,6 +12,7 @@ DEBS := build-essential cmake ninja-build pkg-config g++ clang \
         libgtest-dev libgmock-dev googletest libbenchmark-dev liblog4cpp5-dev \
         libavformat-dev libavcodec-dev libavutil-dev ffmpeg socat
 DEBS += nlohmann-json3-dev libedit-dev libncurses-dev tmux
+DEBS += libpcap-dev tshark
 JOBS ?= 2
 
 .PHONY: all deps build test asan-test tsan-test demo bench clean upgrade
