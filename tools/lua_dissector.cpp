@@ -7,6 +7,7 @@
 #include <sstream>
 
 #include "protocol/op_value_names.h"
+#include "output/video_format_base.h"
 #include "protocol/ss_op.h"
 
 namespace avhost {
@@ -73,6 +74,7 @@ local pf = {
   text = ProtoField.string("stbav.value.text", "Value (text under a numeric type)"),
   bytes = ProtoField.bytes("stbav.value.bytes", "Value (bytes)"),
   meaning = ProtoField.string("stbav.meaning", "Meaning"),
+  format = ProtoField.string("stbav.format", "Video format"),
   chunk = ProtoField.uint32("stbav.chunk", "Chunk of a value longer than 240 bytes"),
   rest = ProtoField.bytes("stbav.ignored", "Bytes after the image (ignored by the receiver)"),
 }
@@ -156,6 +158,16 @@ local function add_value(tree, range, op)
   if vt.field == "bool" then return range:uint() ~= 0 and "true" or "false" end
   if vt.signed then number = range:int() else number = range:uint() end
   local text = tostring(number)
+  if op.format then
+    -- The code's bytes in reverse order: resolution, scan, rate, aspect.
+    local b = 0
+    for k = 0, 3 do b = b * 256 + range(3 - k, 1):uint() end
+    local format = (FORMAT.resolution[math.floor(b / 1024)] or "(n/a)") ..
+                   (FORMAT.scan[math.floor(b / 256) % 4] or "(n/a)") .. " " ..
+                   (FORMAT.aspect[b % 16] or "(n/a)") .. " " .. (FORMAT.rate[math.floor(b / 16) % 16] or "(n/a)") .. "fps"
+    tree:add(pf.format, format):set_generated()
+    return string.format("0x%08X (%s)", number, format)
+  end
   if op.names and op.names[number] then
     tree:add(pf.meaning, op.names[number]):set_generated()
     text = text .. " (" .. op.names[number] .. ")"
@@ -172,7 +184,8 @@ local function dissect_image(bytes, ftree, pinfo, dir, serial, frame_item)
   ba:set_index(#bytes, 0)
   local itvb = ba:tvb("Op image (unstuffed)")
   local len = #bytes + 1
-  local tree = ftree:add(pf.image, itvb(0, #bytes > 0 and #bytes or 0))
+  local tree = ftree
+  if #bytes > 0 then tree = ftree:add(pf.image, itvb(0, #bytes)) end
   local function bad(why)
     frame_item:add_proto_expert_info(ex.bad, "Not an op image: " .. why)
     return "decode failed (" .. why .. ")"
@@ -377,6 +390,25 @@ std::string LuaDissector(const OpCatalog& catalog) {
             out << " [" << v.value << "] = " << LuaString(v.name) << ",";
         out << " }\n";
     }
+    out << "\n-- Video format codes: the names of their fields.\nlocal FORMAT = {\n";
+    const std::string na = GetResolutionString(static_cast<VideoFormatBase::Resolution_e>(63));
+    auto field = [&](const char* name, unsigned count, std::string (*text)(unsigned)) {
+        out << "  " << name << " = {";
+        for (unsigned v = 0; v < count; ++v) {
+            const std::string t = text(v);
+            if (t != na) out << " [" << v << "] = " << LuaString(t) << ",";
+        }
+        out << " },\n";
+    };
+    field("resolution", 64, [](unsigned v) {
+        return GetResolutionString(static_cast<VideoFormatBase::Resolution_e>(v));
+    });
+    field("scan", 4, [](unsigned v) { return GetScanTypeString(static_cast<VideoFormatBase::ScanType_e>(v)); });
+    field("rate", 16, [](unsigned v) { return GetFrameRateString(static_cast<VideoFormatBase::FrameRate_e>(v)); });
+    field("aspect", 16, [](unsigned v) {
+        return GetAspectRatioString(static_cast<VideoFormatBase::AspectRatio_e>(v));
+    });
+    out << "}\n";
     out << "\n-- The dictionary: opId, name, value type, index types, enumerated values.\nlocal OPS = {\n";
     for (const COpSsData* e : catalog.Entries()) {
         char id[16];
@@ -388,6 +420,7 @@ std::string LuaDissector(const OpCatalog& catalog) {
         out << (index.empty() ? "}" : " }");
         const op_value_names::ValueSet* set = op_value_names::ForOp(e->GetName());
         if (set != nullptr) out << ", names = " << setNames[set];
+        if (OpCatalog::IsFormatCode(e->GetOpId())) out << ", format = true";
         out << " },\n";
     }
     out << "}\n" << kCode;

@@ -65,6 +65,14 @@ local NAMES_18 = { [0] = "unknown", [1] = "HD", [2] = "SD", [3] = "UHD", }
 -- ChromaBitDepth_e
 local NAMES_19 = { [0] = "unknown", [1] = "8-bit", [3] = "10-bit", }
 
+-- Video format codes: the names of their fields.
+local FORMAT = {
+  resolution = { [0] = "720x480", [1] = "720x576", [2] = "1280x720", [3] = "1920x1080", [4] = "3840x2160", [5] = "4096x2160", },
+  scan = { [0] = "i", [1] = "p", [2] = "psF", },
+  rate = { [1] = "23.98", [2] = "24.00", [3] = "25.00", [4] = "29.97", [5] = "30.00", [6] = "50.00", [7] = "59.94", [8] = "60.00", },
+  aspect = { [1] = "1x1", [2] = "4x3", [3] = "16x9", [4] = "2.21x1", [5] = "1.9x1", },
+}
+
 -- The dictionary: opId, name, value type, index types, enumerated values.
 local OPS = {
   [0x0000] = { name = "stbsystemReset", type = 2, index = { 3 } },
@@ -171,9 +179,9 @@ local OPS = {
   [0x0107] = { name = "videooutputFormatModeCvbs", type = 3, index = { 3 }, names = NAMES_10 },
   [0x0108] = { name = "videooutputRasterColor", type = 3, index = { 3 } },
   [0x0109] = { name = "videooutputRasterMode", type = 3, index = { 3 } },
-  [0x010A] = { name = "videooutputManualFormat", type = 1, index = { 3 } },
-  [0x010B] = { name = "videooutputCurrentOutputFormat", type = 1, index = { 3 } },
-  [0x010C] = { name = "videooutputManualFormatCvbs", type = 1, index = { 3 } },
+  [0x010A] = { name = "videooutputManualFormat", type = 1, index = { 3 }, format = true },
+  [0x010B] = { name = "videooutputCurrentOutputFormat", type = 1, index = { 3 }, format = true },
+  [0x010C] = { name = "videooutputManualFormatCvbs", type = 1, index = { 3 }, format = true },
   [0x010D] = { name = "videooutputAutoFormatStatus", type = 3, index = { 3 }, names = NAMES_11 },
   [0x010E] = { name = "videooutputDecode", type = 3, index = { 3 }, names = NAMES_4 },
   [0x010F] = { name = "videoWidth", type = 5, index = { 3 } },
@@ -231,6 +239,7 @@ local pf = {
   text = ProtoField.string("stbav.value.text", "Value (text under a numeric type)"),
   bytes = ProtoField.bytes("stbav.value.bytes", "Value (bytes)"),
   meaning = ProtoField.string("stbav.meaning", "Meaning"),
+  format = ProtoField.string("stbav.format", "Video format"),
   chunk = ProtoField.uint32("stbav.chunk", "Chunk of a value longer than 240 bytes"),
   rest = ProtoField.bytes("stbav.ignored", "Bytes after the image (ignored by the receiver)"),
 }
@@ -314,6 +323,16 @@ local function add_value(tree, range, op)
   if vt.field == "bool" then return range:uint() ~= 0 and "true" or "false" end
   if vt.signed then number = range:int() else number = range:uint() end
   local text = tostring(number)
+  if op.format then
+    -- The code's bytes in reverse order: resolution, scan, rate, aspect.
+    local b = 0
+    for k = 0, 3 do b = b * 256 + range(3 - k, 1):uint() end
+    local format = (FORMAT.resolution[math.floor(b / 1024)] or "(n/a)") ..
+                   (FORMAT.scan[math.floor(b / 256) % 4] or "(n/a)") .. " " ..
+                   (FORMAT.aspect[b % 16] or "(n/a)") .. " " .. (FORMAT.rate[math.floor(b / 16) % 16] or "(n/a)") .. "fps"
+    tree:add(pf.format, format):set_generated()
+    return string.format("0x%08X (%s)", number, format)
+  end
   if op.names and op.names[number] then
     tree:add(pf.meaning, op.names[number]):set_generated()
     text = text .. " (" .. op.names[number] .. ")"
@@ -330,7 +349,8 @@ local function dissect_image(bytes, ftree, pinfo, dir, serial, frame_item)
   ba:set_index(#bytes, 0)
   local itvb = ba:tvb("Op image (unstuffed)")
   local len = #bytes + 1
-  local tree = ftree:add(pf.image, itvb(0, #bytes > 0 and #bytes or 0))
+  local tree = ftree
+  if #bytes > 0 then tree = ftree:add(pf.image, itvb(0, #bytes)) end
   local function bad(why)
     frame_item:add_proto_expert_info(ex.bad, "Not an op image: " .. why)
     return "decode failed (" .. why .. ")"

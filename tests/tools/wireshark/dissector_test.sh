@@ -53,7 +53,7 @@ dissect() {  # FILE FIELD...
 }
 fail=0
 # Columns of the field lines: 1 dir, 2 op, 3 opid, 4 index, 5 type, 6 uint8, 7 int8,
-# 8 int16, 9 uint16, 10 uint32, 11 bool, 12 string, 13 text, 14 meaning, 15 chunk, 16 expert.
+# 8 int16, 9 uint16, 10 uint32, 11 bool, 12 string, 13 text, 14 meaning, 15 chunk, 16 expert, 17 format.
 check() {  # DESCRIPTION FILE DIR OP COLUMN VALUE [EXPERT TEXT]
   if ! awk -F'|' -v dir="$3" -v op="$4" -v col="$5" -v value="$6" -v expert="${7:-}" \
       '$1 == dir && $2 == op && $col == value && index($16, expert) { found = 1 } END { exit !found }' $2; then
@@ -63,7 +63,7 @@ check() {  # DESCRIPTION FILE DIR OP COLUMN VALUE [EXPERT TEXT]
 for pcap in session.pcap converted.pcap; do
   dissect $W/$pcap stbav.dir stbav.op stbav.opid stbav.index stbav.type stbav.value.uint8 stbav.value.int8 \
       stbav.value.int16 stbav.value.uint16 stbav.value.uint32 stbav.value.bool stbav.value.string \
-      stbav.value.text stbav.meaning stbav.chunk _ws.expert.message > $W/$pcap.fields
+      stbav.value.text stbav.meaning stbav.chunk _ws.expert.message stbav.format > $W/$pcap.fields
   f=$W/$pcap.fields
   [ -s $f ] || { echo "FAILED: $pcap: tshark gave no records"; cat $W/tshark.err; fail=1; continue; }
   check "$pcap VT_UINT8" $f 0 stbsystemCheckReady 6 1
@@ -72,6 +72,7 @@ for pcap in session.pcap converted.pcap; do
   check "$pcap VT_INT16" $f 0 audiopidlockPid 8 257
   check "$pcap VT_UINT16" $f 0 videoWidth 9 1920
   check "$pcap VT_UINT32 (format code)" $f 0 videooutputManualFormat 10 1661796352
+  check "$pcap format code text" $f 0 videooutputManualFormat 17 "1920x1080p 16x9 50.00fps"
   check "$pcap VT_BOOL" $f 0 avssconfigGenlockAvail 11 1
   check "$pcap enumerated value" $f 0 videooutputFormatMode 14 manual
   check "$pcap VT_STRING, first chunk" $f 0 serviceselectionServiceName 12 "$(printf 'N%.0s' $(seq 240))"
@@ -85,9 +86,9 @@ for pcap in session.pcap converted.pcap; do
   check "$pcap unescaped special byte" $f 0 analogaudioOutputLevel 7 17 "Unescaped 0x11 inside a frame: taken as data"
   check "$pcap apply trigger" $f 0 apply 3 0
 done
-if ! cmp -s <(cut -d'|' -f1-15 $W/session.pcap.fields) <(cut -d'|' -f1-15 $W/converted.pcap.fields); then
+if ! cmp -s <(cut -d'|' -f1-15,17 $W/session.pcap.fields) <(cut -d'|' -f1-15,17 $W/converted.pcap.fields); then
   echo "FAILED: the converted text capture dissects differently from the live pcap:"
-  diff <(cut -d'|' -f1-15 $W/session.pcap.fields) <(cut -d'|' -f1-15 $W/converted.pcap.fields) | head -20
+  diff <(cut -d'|' -f1-15,17 $W/session.pcap.fields) <(cut -d'|' -f1-15,17 $W/converted.pcap.fields) | head -20
   fail=1
 fi
 # avhost reads its pcap back like the text capture.
