@@ -3,7 +3,8 @@
 # (and as a text capture converted with `avhost decode --pcap-out`), dissected by
 # tshark with the committed tools/stbav.lua; checks the decoded fields of every
 # value type the dictionary uses, a chunked value, an unknown opId, a stray end
-# marker, a value of the wrong size and an unescaped special byte.
+# marker, a value of the wrong size and an unescaped special byte; avhost reads
+# its pcap back (decode, replay).
 #   dissector_test.sh AVHOST STBAVD SOURCE_DIR
 set -euo pipefail
 AVHOST=$1 STBAVD=$2 TOP=$3
@@ -28,14 +29,22 @@ apply
 expect stbsystemReady 5
 wait 0.2
 SCRIPT
-$AVHOST session --pty $W/session.txt --capture $W/session.cap --pcap $W/session.pcap > $W/host.out 2> $W/host.err &
-H=$!
-for i in $(seq 200); do grep -qs '^pty: ' $W/host.out && break; sleep 0.05; done
-PTY=$(sed -n 's/^pty: //p' $W/host.out)
-STBSIM_STREAM=$TOP/tests/tools/replay/board.scn STBSIM_CONTROL=$W/board.sock $STBAVD -d $PTY -R $W/root > $W/d.out 2> $W/d.err &
-D=$!
-if ! wait $H; then echo "session failed:"; cat $W/host.err; exit 1; fi
-kill -TERM $D; wait $D || true; D=
+# Runs avhost (ARGS... --pty) as the host of a fresh daemon on the virtual board.
+with_daemon() {
+  "$AVHOST" "$@" --pty > $W/host.out 2> $W/host.err &
+  local h=$!
+  for i in $(seq 200); do grep -qs '^pty: ' $W/host.out && break; sleep 0.05; done
+  local pty=$(sed -n 's/^pty: //p' $W/host.out)
+  STBSIM_STREAM=$TOP/tests/tools/replay/board.scn STBSIM_CONTROL=$W/board.sock $STBAVD -d $pty -R $W/root \
+    > $W/d.out 2> $W/d.err &
+  D=$!
+  local status=0
+  wait $h || status=$?
+  kill -TERM $D; wait $D || true; D=
+  return $status
+}
+with_daemon session $W/session.txt --capture $W/session.cap --pcap $W/session.pcap ||
+  { echo "FAILED: the session:"; cat $W/host.err; exit 1; }
 
 # The text capture converted gives the same records as the live pcap.
 $AVHOST decode $W/session.cap --pcap-out $W/converted.pcap > /dev/null
@@ -94,6 +103,9 @@ fi
 # avhost reads its pcap back like the text capture.
 diff <($AVHOST decode $W/session.cap | cut -c9-) <($AVHOST decode $W/session.pcap | cut -c9-) > $W/decode.diff ||
   { echo "FAILED: avhost decode of the pcap differs from the text capture:"; head -20 $W/decode.diff; fail=1; }
+# avhost replays its pcap: the daemon answers as in the recorded session.
+with_daemon replay $W/session.pcap --fast ||
+  { echo "FAILED: avhost replay of the pcap:"; cat $W/host.out $W/host.err; fail=1; }
 if [ $fail != 0 ]; then
   echo "--- fields of session.pcap:"; cat $W/session.pcap.fields
   cat $W/tshark.err
