@@ -12,8 +12,6 @@ W=$(mktemp -d /tmp/stbav-wireshark-XXXX)
 trap 'kill $D 2>/dev/null || true; rm -rf $W' EXIT
 D=
 chmod 755 $W
-mkdir -p $W/root/vendor/etc
-cp $TOP/etc/tevrin-log4cpp.init $W/root/vendor/etc/; echo version=stbav-wireshark > $W/root/vendor/etc/version
 long=$(printf 'N%.0s' $(seq 300))
 cat > $W/session.txt <<SCRIPT
 expect stbsystemReady 10
@@ -29,22 +27,32 @@ apply
 expect stbsystemReady 5
 wait 0.2
 SCRIPT
-# Runs avhost (ARGS... --pty) as the host of a fresh daemon on the virtual board.
+# Runs avhost (ARGS... --pty) as the host of a fresh daemon on the virtual board
+# (its own root and control socket each time: nothing the first daemon saved
+# changes what the second one does); a sanitizer report of the daemon fails.
+runs=0
 with_daemon() {
-  "$AVHOST" "$@" --pty > $W/host.out 2> $W/host.err &
+  runs=$((runs + 1))
+  mkdir -p $W/root$runs/vendor/etc
+  cp $TOP/etc/tevrin-log4cpp.init $W/root$runs/vendor/etc/
+  echo version=stbav-wireshark > $W/root$runs/vendor/etc/version
+  # Output files of their own: a previous run's "pty:" line must not be taken
+  # before the new avhost has truncated the file.
+  "$AVHOST" "$@" --pty > $W/host$runs.out 2> $W/host$runs.err &
   local h=$!
-  for i in $(seq 200); do grep -qs '^pty: ' $W/host.out && break; sleep 0.05; done
-  local pty=$(sed -n 's/^pty: //p' $W/host.out)
-  STBSIM_STREAM=$TOP/tests/tools/replay/board.scn STBSIM_CONTROL=$W/board.sock $STBAVD -d $pty -R $W/root \
-    > $W/d.out 2> $W/d.err &
+  for i in $(seq 200); do grep -qs '^pty: ' $W/host$runs.out && break; sleep 0.05; done
+  local pty=$(sed -n 's/^pty: //p' $W/host$runs.out)
+  STBSIM_STREAM=$TOP/tests/tools/replay/board.scn STBSIM_CONTROL=$W/board$runs.sock $STBAVD -d $pty -R $W/root$runs \
+    > $W/d$runs.out 2> $W/d$runs.err &
   D=$!
   local status=0
   wait $h || status=$?
   kill -TERM $D; wait $D || true; D=
+  if grep -qE "Sanitizer|runtime error:" $W/d$runs.err; then cat $W/d$runs.err; return 1; fi
   return $status
 }
 with_daemon session $W/session.txt --capture $W/session.cap --pcap $W/session.pcap ||
-  { echo "FAILED: the session:"; cat $W/host.err; exit 1; }
+  { echo "FAILED: the session:"; cat $W/host1.err; exit 1; }
 
 # The text capture converted gives the same records as the live pcap.
 $AVHOST decode $W/session.cap --pcap-out $W/converted.pcap > /dev/null
@@ -105,7 +113,7 @@ diff <($AVHOST decode $W/session.cap | cut -c9-) <($AVHOST decode $W/session.pca
   { echo "FAILED: avhost decode of the pcap differs from the text capture:"; head -20 $W/decode.diff; fail=1; }
 # avhost replays its pcap: the daemon answers as in the recorded session.
 with_daemon replay $W/session.pcap --fast ||
-  { echo "FAILED: avhost replay of the pcap:"; cat $W/host.out $W/host.err; fail=1; }
+  { echo "FAILED: avhost replay of the pcap:"; cat $W/host2.out $W/host2.err; fail=1; }
 if [ $fail != 0 ]; then
   echo "--- fields of session.pcap:"; cat $W/session.pcap.fields
   cat $W/tshark.err
