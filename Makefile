@@ -16,6 +16,7 @@ DEBS += nlohmann-json3-dev libedit-dev libncurses-dev tmux
 DEBS += scdoc mandoc bash-completion
 # Only for `make deb` and its checks.
 PKG_DEBS := dpkg-dev lintian systemd
+DEBS += libpcap-dev tshark
 JOBS ?= 2
 
 .PHONY: all deps build test asan-test tsan-test demo bench clean upgrade

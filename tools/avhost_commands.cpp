@@ -26,8 +26,10 @@
 #include "tools/device_line.h"
 #include "tools/line_editor.h"
 #include "tools/line_session.h"
+#include "tools/lua_dissector.h"
 #include "tools/op_catalog.h"
 #include "tools/op_formatter.h"
+#include "tools/pcap_file.h"
 #include "tools/pty_line.h"
 #include "tools/replayer.h"
 #include "tools/session_script.h"
@@ -100,26 +102,39 @@ std::unique_ptr<ISerialLine> OpenLine(const CommandLine& cl, std::ostream& out, 
     return device;
 }
 
-// The capture file and its writer, when --capture was given.
+// The capture files and their writer, when --capture or --pcap was given.
 struct Capture {
     std::ofstream file;
+    PcapWriter pcap;
     std::unique_ptr<CaptureWriter> writer;
 
     bool Open(const CommandLine& cl, const std::string& device, std::string& error) {
-        if (cl.capture.empty()) return true;
-        file.open(cl.capture, std::ios::out | std::ios::trunc);
-        if (!file) {
-            error = "cannot write capture " + cl.capture;
-            return false;
+        if (cl.capture.empty() && cl.pcap.empty()) return true;
+        if (!cl.capture.empty()) {
+            file.open(cl.capture, std::ios::out | std::ios::trunc);
+            if (!file) {
+                error = "cannot write capture " + cl.capture;
+                return false;
+            }
         }
-        writer = std::make_unique<CaptureWriter>(file);
+        const double now =
+            std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch()).count();
+        if (!cl.pcap.empty() && !pcap.Open(cl.pcap, now, error)) return false;
+        writer = std::make_unique<CaptureWriter>(cl.capture.empty() ? nullptr : &file,
+                                                 cl.pcap.empty() ? nullptr : &pcap);
         writer->WriteHeader(device, CaptureWriter::UtcNowText());
         return true;
     }
-    // The command's status, made a failure when the capture could not be written
+    // The command's status, made a failure when a capture could not be written
     // completely (a full disk): a capture that silently lacks frames misleads.
+    // Call after the session stopped.
     int Checked(const CommandLine& cl, int status, std::ostream& err) {
-        if (writer == nullptr || file) return status;
+        if (writer == nullptr) return status;
+        if (!pcap.Close()) {
+            Fail(err, "writing pcap " + cl.pcap + " failed");
+            status = status == 0 ? kFailure : status;
+        }
+        if (cl.capture.empty() || file) return status;
         Fail(err, "writing capture " + cl.capture + " failed");
         return status == 0 ? kFailure : status;
     }
@@ -309,6 +324,12 @@ int Decode(const CommandLine& cl, std::istream& in, std::ostream& out, std::ostr
     std::vector<CaptureChunk> chunks;
     std::string error;
     if (!CaptureReader::Read(content, cl.dir, chunks, error)) return Fail(err, error);
+    if (!cl.pcap.empty()) {
+        PcapWriter pcap;
+        if (!pcap.Open(cl.pcap, CaptureStartEpoch(content), error)) return Fail(err, error);
+        for (const CaptureChunk& c : chunks) pcap.Record(c.t, c.dir, c.bytes);
+        if (!pcap.Close()) return Fail(err, "writing pcap " + cl.pcap + " failed");
+    }
     const OpCatalog catalog;
     FrameFilter filter;
     if (!filter.Set(catalog, cl.only, cl.skip, error)) return Fail(err, error, kUsage);
@@ -418,7 +439,9 @@ bool LoadReplay(const CommandLine& cl, const Replayer& replayer, ReplayPlan& pla
     const std::string& capturePath = cl.args[0];
     std::string content, expectedText;
     if (!ReadWhole(capturePath, content)) return error = "cannot read " + capturePath, false;
-    if (CaptureReader::Detect(content) != CaptureReader::kText) return error = capturePath + ": not a text capture", false;
+    const CaptureReader::Format format = CaptureReader::Detect(content);
+    if (format != CaptureReader::kText && format != CaptureReader::kPcap)
+        return error = capturePath + ": not a text or pcap capture", false;
     if (!CaptureReader::Read(content, '<', plan.chunks, error)) return error = capturePath + ": " + error, false;
     plan.script = replayer.Script(plan.chunks);
     plan.expectedPath = cl.expected.empty() ? Replayer::DefaultExpectedPath(capturePath) : cl.expected;
@@ -550,6 +573,10 @@ int RunAvhost(const std::vector<std::string>& words, std::istream& in, std::ostr
     if (cl.command == "decode") return Decode(cl, in, out, err);
     if (cl.command == "replay") return Replay(cl, out, err);
     if (cl.command == "top") return Top(cl, out, err);
+    if (cl.command == "dissector") {
+        out << LuaDissector(OpCatalog()) << std::flush;
+        return OutputStatus(!out, errno, err);
+    }
     return Upload(cl, out, err);
 }
 

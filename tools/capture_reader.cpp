@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <sstream>
 
+#include "tools/pcap_file.h"
 #include "tools/value_parser.h"
 
 namespace avhost {
@@ -36,6 +37,7 @@ bool LooksLikeCaptureLine(const std::string& line) {
 }  // namespace
 
 CaptureReader::Format CaptureReader::Detect(const std::string& content) {
+    if (PcapFile::IsPcap(content)) return kPcap;
     for (unsigned char c : content) {
         if ((c < 0x20 && !std::isspace(c)) || c > 0x7E) return kBinary;
     }
@@ -57,6 +59,7 @@ bool CaptureReader::Read(const std::string& content, char defaultDir, std::vecto
     whole.dir = defaultDir;
     switch (Detect(content)) {
         case kText: return ReadText(content, chunks, error);
+        case kPcap: return PcapFile::Read(content, chunks, error);
         case kBinary: whole.bytes.assign(content.begin(), content.end()); break;
         case kHex: {
             std::string hex;

@@ -1,6 +1,7 @@
 // CaptureReader: reads a capture of the serial line in any of three forms, told
-// apart by content: the text capture of CaptureWriter, raw binary bytes as read
-// from the line, or plain hex ("0F 00 05 ..."). Binary and hex carry no time or
+// apart by content: the text capture of CaptureWriter, a pcap file (by its
+// magic number, see pcap_file.h), raw binary bytes as read from the line, or
+// plain hex ("0F 00 05 ..."). Binary and hex carry no time or
 // direction: they become one chunk at time 0 in the direction the caller names.
 // Pure parsing; any thread.
 #pragma once
@@ -20,7 +21,7 @@ struct CaptureChunk {
 
 class CaptureReader {
 public:
-    enum Format { kText, kBinary, kHex };
+    enum Format { kText, kBinary, kHex, kPcap };
 
     static Format Detect(const std::string& content);
     // Parses content in its detected form. False with "line N: ..." in error for

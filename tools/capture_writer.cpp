@@ -5,18 +5,23 @@
 #include <cstdio>
 #include <ctime>
 
+#include "tools/pcap_file.h"
+
 namespace avhost {
 
 void CaptureWriter::WriteHeader(const std::string& device, const std::string& date) {
     std::lock_guard<std::mutex> lock(m_mutex);
-    m_out << "# avhost capture 1\n"
+    if (m_out == nullptr) return;
+    *m_out << "# avhost capture 1\n"
           << "# date: " << date << "\n"
           << "# line: " << device << " 115200 8N1\n"
           << "# time (s) since start, direction (> host to daemon, < daemon to host), frame bytes as on the line\n";
-    m_out.flush();
+    m_out->flush();
 }
 
 void CaptureWriter::Record(double t, char dir, const Bytes& line, const std::string& note) {
+    if (m_pcap != nullptr) m_pcap->Record(t, dir, line);
+    if (m_out == nullptr) return;
     char time[32];
     snprintf(time, sizeof time, "%.3f", t);
     std::string text = std::string(time) + " " + dir + " " + HexString(line);
@@ -27,8 +32,8 @@ void CaptureWriter::Record(double t, char dir, const Bytes& line, const std::str
         text += "  # " + flat;
     }
     std::lock_guard<std::mutex> lock(m_mutex);
-    m_out << text << '\n';
-    m_out.flush();
+    *m_out << text << '\n';
+    m_out->flush();
 }
 
 std::string CaptureWriter::UtcNowText() {

@@ -9,7 +9,9 @@
 //   0.012 < 0F 00 0F 01 01 01 02 07 80 10  # videoWidth[1] = 1920
 //
 // The sending thread and the receiving thread both record: each record is one
-// line written under the writer's lock. The stream is not owned.
+// line written under the writer's lock. The stream is not owned. With a
+// PcapWriter (not owned either) every record also goes into the pcap capture;
+// without a stream only there.
 #pragma once
 
 #include <mutex>
@@ -20,9 +22,12 @@
 
 namespace avhost {
 
+class PcapWriter;
+
 class CaptureWriter {
 public:
-    explicit CaptureWriter(std::ostream& out) : m_out(out) {}
+    explicit CaptureWriter(std::ostream& out) : m_out(&out) {}
+    CaptureWriter(std::ostream* out, PcapWriter* pcap) : m_out(out), m_pcap(pcap) {}
 
     // The header lines; date as given (see UtcNowText).
     void WriteHeader(const std::string& device, const std::string& date);
@@ -35,7 +40,8 @@ public:
 
 private:
     std::mutex m_mutex;
-    std::ostream& m_out;  // guarded by m_mutex
+    std::ostream* m_out;  // guarded by m_mutex; may be null
+    PcapWriter* m_pcap = nullptr;  // locks itself
 };
 
 }  // namespace avhost

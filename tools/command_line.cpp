@@ -19,14 +19,15 @@ struct CommandRule {
 const std::map<std::string, CommandRule>& Rules() {
     static const std::map<std::string, CommandRule> rules = {
         {"list", {"json csv values", 0, 0}},
-        {"send", {"device json csv utc apply capture single-start", 1, 1000}},
+        {"send", {"device json csv utc apply capture pcap single-start", 1, 1000}},
         {"raw", {"device", 1, 1000}},
-        {"monitor", {"device pty json csv utc duration capture only skip", 0, 0}},
-        {"decode", {"json csv dir only skip", 0, 1}},
-        {"session", {"device pty json csv utc capture single-start history", 0, 1}},
-        {"replay", {"device pty fast update expected only skip capture", 1, 1}},
+        {"monitor", {"device pty json csv utc duration capture pcap only skip", 0, 0}},
+        {"decode", {"json csv dir only skip pcap-out", 0, 1}},
+        {"session", {"device pty json csv utc capture pcap single-start history", 0, 1}},
+        {"replay", {"device pty fast update expected only skip capture pcap", 1, 1}},
         {"top", {"device pty single-start", 0, 0}},
         {"upload", {"host port", 1, 1}},
+        {"dissector", {"", 0, 0}},
     };
     return rules;
 }
@@ -44,6 +45,7 @@ const option kOptions[] = {
     {"expected", required_argument, nullptr, 271}, {"values", required_argument, nullptr, 272},
     {"history", required_argument, nullptr, 273}, {"help", no_argument, nullptr, 'h'},
     {"verbose", no_argument, nullptr, 'v'},      {"version", no_argument, nullptr, 274},
+    {"pcap", required_argument, nullptr, 275},   {"pcap-out", required_argument, nullptr, 276},
     {nullptr, 0, nullptr, 0},
 };
 
@@ -88,6 +90,7 @@ bool SetValue(const std::string& option, const std::string& value, CommandLine& 
     double number = 0;
     if (option == "device") cl.device = value;
     else if (option == "capture") cl.capture = value;
+    else if (option == "pcap" || option == "pcap-out") cl.pcap = value;
     else if (option == "host") cl.host = value;
     else if (option == "expected") cl.expected = value;
     else if (option == "values") cl.values = value;
@@ -214,28 +217,31 @@ std::string UsageText() {
            "                                     the operation dictionary; --values: what an operation's\n"
            "                                     enumerated values mean\n"
            "  send -d DEV NAME=VALUE[@INDEX]... [--apply] [--json|--csv] [--utc] [--capture FILE]\n"
+           "       [--pcap FILE]\n"
            "                                     send data operations; --apply ends with the apply trigger\n"
            "  monitor (-d DEV | --pty) [--json|--csv] [--utc] [--only NAMES] [--skip NAMES]\n"
-           "          [--duration S] [--capture FILE]\n"
+           "          [--duration S] [--capture FILE] [--pcap FILE]\n"
            "                                     print every operation received\n"
-           "  decode [FILE] [--json|--csv] [--only NAMES] [--skip NAMES] [--dir <|>]\n"
-           "                                     decode a capture (text capture, raw binary or hex;\n"
-           "                                     standard input without FILE)\n"
+           "  decode [FILE] [--json|--csv] [--only NAMES] [--skip NAMES] [--dir <|>] [--pcap-out FILE]\n"
+           "                                     decode a capture (text capture, pcap, raw binary or hex;\n"
+           "                                     standard input without FILE); --pcap-out: convert it to pcap\n"
            "  raw -d DEV HEX...                  write bytes as given\n"
-           "  session (-d DEV | --pty) [SCRIPT] [--json|--csv] [--utc] [--capture FILE] [--history FILE]\n"
+           "  session (-d DEV | --pty) [SCRIPT] [--json|--csv] [--utc] [--capture FILE] [--pcap FILE]\n"
+           "          [--history FILE]\n"
            "                                     run commands from SCRIPT or standard input while\n"
            "                                     printing what is received (on a terminal: line editing,\n"
            "                                     history, Tab completion; mistakes do not end it):\n"
            "                                       send NAME=VALUE[@INDEX]...   apply   wait SECONDS\n"
            "                                       expect NAME[=VALUE][@INDEX] [TIMEOUT]   raw HEX...   # comment\n"
            "  replay CAPTURE (-d DEV | --pty) [--fast] [--expected FILE] [--update] [--only NAMES]\n"
-           "         [--skip NAMES] [--capture FILE]\n"
+           "         [--skip NAMES] [--capture FILE] [--pcap FILE]\n"
            "                                     send a recorded session's host frames again and compare\n"
            "                                     what the daemon sends with CAPTURE's .chk file (or its\n"
            "                                     own daemon frames); --update rewrites the .chk file\n"
            "  top (-d DEV | --pty)               full-screen live view; keys s (status on), r (ready?),\n"
            "                                     c (clear status), q (quit)\n"
            "  upload FILE [--host H] [--port P]  send an upgrade package over TCP (default 127.0.0.1:8888)\n"
+           "  dissector                          write the Wireshark Lua dissector of the protocol\n"
            "\n"
            "Options (GNU style: --opt=value, -dDEV, bundled short options):\n"
            "  -d, --device DEV   serial device (e.g. /dev/ttyUSB0)\n"
@@ -249,6 +255,7 @@ std::string UsageText() {
            "  --single-start     one start marker per frame instead of two (to reproduce a receiver\n"
            "                     that a stray end marker put out of step)\n"
            "  --capture FILE     record every frame, both directions, in a text capture\n"
+           "  --pcap FILE        record every frame, both directions, in a pcap capture (DLT_USER0)\n"
            "  -v, --verbose      show the protocol code's diagnostics on standard error\n"
            "  -h, --help         this text\n"
            "  --version          the version of this build\n"

@@ -11,7 +11,7 @@
 namespace avhost {
 
 struct CommandLine {
-    std::string command;  // list, send, monitor, decode, raw, session, replay, top, upload; empty with help
+    std::string command;  // list, send, monitor, decode, raw, session, replay, top, upload, dissector; empty with help
     bool help = false;
     bool version = false;
     bool verbose = false;
@@ -26,6 +26,7 @@ struct CommandLine {
     bool update = false;        // replay: rewrite the expected file
     double duration = -1;       // below 0: until interrupted
     std::string capture;
+    std::string pcap;           // --pcap (live commands) or --pcap-out (decode)
     std::string expected;       // replay: the expected file
     std::string values;         // list --values NAME
     std::string history;        // session: history file

@@ -39,9 +39,11 @@ ReplayScript Replayer::Script(const std::vector<CaptureChunk>& chunks) const {
 }
 
 std::string Replayer::DefaultExpectedPath(const std::string& capturePath) {
-    const std::string ext = ".cap";
-    if (capturePath.size() > ext.size() && capturePath.compare(capturePath.size() - ext.size(), ext.size(), ext) == 0)
-        return capturePath.substr(0, capturePath.size() - ext.size()) + ".chk";
+    for (const std::string ext : {".cap", ".pcap"}) {
+        if (capturePath.size() > ext.size() &&
+            capturePath.compare(capturePath.size() - ext.size(), ext.size(), ext) == 0)
+            return capturePath.substr(0, capturePath.size() - ext.size()) + ".chk";
+    }
     return capturePath + ".chk";
 }
 

@@ -39,7 +39,7 @@ public:
     // for a frame left out (a heartbeat, or one the filter does not show).
     std::string Compared(const LineFrame& frame) const;
 
-    // NAME.chk for NAME.cap (or NAME + ".chk").
+    // NAME.chk for NAME.cap or NAME.pcap (or NAME + ".chk").
     static std::string DefaultExpectedPath(const std::string& capturePath);
     // The lines of an expected file (comments and blank lines left out).
     static std::vector<std::string> ParseExpected(const std::string& text);

@@ -1,5 +1,6 @@
 // Frame splitting, the text capture (write, read back, golden file) and decoding
-// of raw binary and plain hex captures through the decode command.
+// of raw binary and plain hex captures through the decode command, and pcap
+// captures written and read back.
 #include <gtest/gtest.h>
 
 #include <sstream>
@@ -9,6 +10,7 @@
 #include "tools/capture_reader.h"
 #include "tools/capture_writer.h"
 #include "tools/line_decoder.h"
+#include "tools/pcap_file.h"
 #include "tools/value_parser.h"
 
 namespace avhost {
@@ -148,6 +150,49 @@ TEST(Decode, AMalformedCaptureIsARuntimeFailure) {
     std::string out, err;
     EXPECT_EQ(Decode({}, "0.1 < 0F 10\n0.2 < 0F 1\n", out, err), 1);
     EXPECT_EQ(err, "avhost: line 2: not a hex byte string: odd number of hex digits\n");
+}
+
+// One record per frame with its direction byte and time stamp; several frames in
+// one chunk and a frame left open are split as the receiver splits them; the
+// file is recognised by its magic and read back; other link types are refused.
+TEST(Pcap, RecordsFramesWithDirectionAndTimeAndReadsThemBack) {
+    const std::string path = testing::TempDir() + "avhost_pcap_test.pcap";
+    std::string error;
+    {
+        PcapWriter pcap;
+        ASSERT_TRUE(pcap.Open(path, 1700000000.0, error)) << error;
+        pcap.Record(0.5, '>', Hex("0F 0F 00 07 00 01 00 01 01 10"));
+        pcap.Record(1.25, '<', Hex("0F 00 0F 01 01 01 02 07 80 10 41 0F 00 03 00 01 00"));
+        pcap.Record(2.0, '>', Hex("10"));
+        EXPECT_TRUE(pcap.Close());
+    }
+    std::string content;
+    ASSERT_TRUE(e2e::ReadFile(path, content));
+    ASSERT_GT(content.size(), 24u);
+    EXPECT_EQ(CaptureReader::Detect(content), CaptureReader::kPcap);
+    EXPECT_EQ(static_cast<unsigned char>(content[20]), 147);  // link type DLT_USER0 (little-endian host)
+    std::vector<CaptureChunk> chunks;
+    ASSERT_TRUE(CaptureReader::Read(content, '<', chunks, error)) << error;
+    const struct {
+        double t;
+        char dir;
+        const char* bytes;
+    } kWant[] = {{0, '>', "0F 0F 00 07 00 01 00 01 01 10"},
+                 {0.75, '<', "0F 00 0F 01 01 01 02 07 80 10"},
+                 {0.75, '<', "41"},
+                 {1.5, '>', "10"},                   // a stray end marker still held at the end
+                 {0.75, '<', "0F 00 03 00 01 00"}};  // the frame still open at the end
+    ASSERT_EQ(chunks.size(), sizeof kWant / sizeof kWant[0]);
+    for (std::size_t i = 0; i < chunks.size(); ++i) {
+        EXPECT_NEAR(chunks[i].t, kWant[i].t, 1e-6) << i;
+        EXPECT_EQ(chunks[i].dir, kWant[i].dir) << i;
+        EXPECT_EQ(HexString(chunks[i].bytes), kWant[i].bytes) << i;
+    }
+    std::string damaged = content.substr(0, content.size() - 3);
+    EXPECT_FALSE(CaptureReader::Read(damaged, '<', chunks, error));
+    content[20] = 1;  // Ethernet
+    EXPECT_FALSE(CaptureReader::Read(content, '<', chunks, error));
+    EXPECT_NE(error.find("DLT_USER0"), std::string::npos) << error;
 }
 
 }  // namespace

@@ -29,6 +29,7 @@ TEST(Replayer, ScriptKeepsHostBytesAndComparesDaemonFramesWithoutHeartbeats) {
     EXPECT_EQ(script.daemonLines, (std::vector<std::string>{"< stbsystemReady[0] = \"ok\"",
                                                             "< videoWidth[0] = 1920", "< stray bytes: 41"}));
     EXPECT_EQ(Replayer::DefaultExpectedPath("dir/a.cap"), "dir/a.chk");
+    EXPECT_EQ(Replayer::DefaultExpectedPath("dir/a.pcap"), "dir/a.chk");
     EXPECT_EQ(Replayer::ParseExpected(Replayer::ExpectedText("a.cap", script.daemonLines)), script.daemonLines);
 }
 
