@@ -12,11 +12,12 @@ DEBS := build-essential cmake ninja-build pkg-config g++ clang \
         libgtest-dev libgmock-dev googletest libbenchmark-dev liblog4cpp5-dev \
         libavformat-dev libavcodec-dev libavutil-dev ffmpeg socat
 DEBS += nlohmann-json3-dev libedit-dev libncurses-dev tmux
+# pcap captures of the line and the tshark checks of the generated dissector.
+DEBS += libpcap-dev tshark
 # Manual pages (scdoc, linted with mandoc) and the completion tests (bash-completion).
 DEBS += scdoc mandoc bash-completion
 # Only for `make deb` and its checks.
 PKG_DEBS := dpkg-dev lintian systemd
-DEBS += libpcap-dev tshark
 JOBS ?= 2
 
 .PHONY: all deps build test asan-test tsan-test demo bench clean upgrade

@@ -33,12 +33,14 @@ expect() {  # expect WHAT GOT WANTED
 }
 
 expect "avhost commands" "$(complete_words _avhost "$AVHOST" s)" "send session "
+expect "avhost newer commands" "$(complete_words _avhost "$AVHOST" d)" "decode dissector "
+expect "avhost replay options" "$(complete_words _avhost "$AVHOST" replay x.cap --u)" "--update "
 expect "avhost send options" "$(complete_words _avhost "$AVHOST" send --a)" "--apply "
 expect "avhost operation names" "$(complete_words _avhost "$AVHOST" send -d /dev/null stbsystemStatusE)" \
     "stbsystemStatusEnable= "
 expect "avhost names from the dictionary" \
     "$(complete_words _avhost "$AVHOST" send videooutputManualF | tr ' ' '\n' | grep -c .)" "2"
-expect "avhost monitor options" "$(complete_words _avhost "$AVHOST" monitor --p)" "--pty "
+expect "avhost monitor options" "$(complete_words _avhost "$AVHOST" monitor --pt)" "--pty "
 expect "stbavd log levels" "$(complete_words _stbavd stbavd -v '')" "0 1 2 3 4 "
 expect "stbavd options" "$(complete_words _stbavd stbavd -)" "-P -R -U -a -c -d -h -v "
 
