@@ -10,7 +10,7 @@
 
 DEBS := build-essential cmake ninja-build pkg-config g++ clang \
         libgtest-dev libgmock-dev googletest libbenchmark-dev liblog4cpp5-dev \
-        libavformat-dev libavcodec-dev libavutil-dev ffmpeg socat
+        libavformat-dev libavcodec-dev libavutil-dev ffmpeg socat nlohmann-json3-dev
 JOBS ?= 2
 
 .PHONY: all deps build test asan-test tsan-test demo bench clean upgrade
@@ -59,3 +59,9 @@ upgrade: build
 
 clean:
 	rm -rf build
+
+# Rewrites the golden journal of the daemon session (tests/e2e/golden/) after an
+# intended change to the platform calls; review the diff before committing.
+.PHONY: golden
+golden: build
+	@STBAV_UPDATE_GOLDEN=1 build/dev/tests/e2e/golden_journal_test
