@@ -22,6 +22,8 @@
 #include <sstream>
 #include <thread>
 
+#include <nlohmann/json.hpp>
+
 extern char** environ;
 
 namespace e2e {
@@ -130,90 +132,27 @@ std::string BoardCommand(const std::string& socketPath, const std::string& comma
 
 namespace {
 
-class JsonFlattener {
-public:
-    JsonFlattener(const std::string& text, std::map<std::string, std::string>& out) : m_Text(text), m_Out(out) {}
-
-    bool Run() {
-        if (!Value("")) return false;
-        SkipBlanks();
-        return m_Pos == m_Text.size();
+// Every scalar of v under its dotted path: strings unquoted, the rest as JSON writes them.
+void Flatten(const nlohmann::json& v, const std::string& path, std::map<std::string, std::string>& out) {
+    const auto join = [&](const std::string& key) { return path.empty() ? key : path + "." + key; };
+    if (v.is_object()) {
+        for (auto it = v.begin(); it != v.end(); ++it) Flatten(it.value(), join(it.key()), out);
+    } else if (v.is_array()) {
+        for (size_t i = 0; i < v.size(); ++i) Flatten(v[i], join(std::to_string(i)), out);
+    } else {
+        out[path] = v.is_string() ? v.get<std::string>() : v.dump();
     }
-
-private:
-    static std::string Join(const std::string& prefix, const std::string& key) {
-        return prefix.empty() ? key : prefix + "." + key;
-    }
-    void SkipBlanks() {
-        while (m_Pos < m_Text.size() && std::isspace(static_cast<unsigned char>(m_Text[m_Pos]))) ++m_Pos;
-    }
-    bool Eat(char c) {
-        SkipBlanks();
-        if (m_Pos >= m_Text.size() || m_Text[m_Pos] != c) return false;
-        ++m_Pos;
-        return true;
-    }
-    bool Value(const std::string& path) {
-        SkipBlanks();
-        if (m_Pos >= m_Text.size()) return false;
-        const char c = m_Text[m_Pos];
-        if (c == '{') return Object(path);
-        if (c == '[') return Array(path);
-        if (c == '"') {
-            std::string s;
-            if (!String(s)) return false;
-            m_Out[path] = s;
-            return true;
-        }
-        const size_t start = m_Pos;
-        while (m_Pos < m_Text.size() && std::strchr(",}] \t\r\n", m_Text[m_Pos]) == nullptr) ++m_Pos;
-        if (m_Pos == start) return false;
-        m_Out[path] = m_Text.substr(start, m_Pos - start);
-        return true;
-    }
-    bool Object(const std::string& path) {
-        ++m_Pos;
-        if (Eat('}')) return true;
-        do {
-            std::string key;
-            SkipBlanks();
-            if (!String(key) || !Eat(':') || !Value(Join(path, key))) return false;
-        } while (Eat(','));
-        return Eat('}');
-    }
-    bool Array(const std::string& path) {
-        ++m_Pos;
-        if (Eat(']')) return true;
-        int i = 0;
-        do {
-            if (!Value(Join(path, std::to_string(i++)))) return false;
-        } while (Eat(','));
-        return Eat(']');
-    }
-    bool String(std::string& s) {
-        if (m_Pos >= m_Text.size() || m_Text[m_Pos] != '"') return false;
-        for (++m_Pos; m_Pos < m_Text.size(); ++m_Pos) {
-            char c = m_Text[m_Pos];
-            if (c == '"') {
-                ++m_Pos;
-                return true;
-            }
-            if (c == '\\' && m_Pos + 1 < m_Text.size()) c = m_Text[++m_Pos];  // good enough for paths and names
-            s += c;
-        }
-        return false;
-    }
-
-    const std::string& m_Text;
-    std::map<std::string, std::string>& m_Out;
-    size_t m_Pos = 0;
-};
+}
 
 }  // namespace
 
 bool FlatJson::Parse(const std::string& text) {
     m_Values.clear();
-    return JsonFlattener(text, m_Values).Run();
+    // No exceptions: text that is not one JSON value (or not UTF-8) gives a discarded value.
+    const nlohmann::json doc = nlohmann::json::parse(text, nullptr, false);
+    if (doc.is_discarded()) return false;
+    Flatten(doc, "", m_Values);
+    return true;
 }
 
 std::string FlatJson::Get(const std::string& path) const {
