@@ -318,8 +318,14 @@ int av_deinit(void) {
 // ---- video output
 
 int vout_init(VoutInitInfo* info, const IpInputParams* params) {
-    return CCall("vout_init").Out("info", info).Rec("input", params, IpFields).Run([&] {
-        return CBoard::Instance().VoutInit(info);
+    CCall c("vout_init");
+    c.Out("info", info).Rec("input", params, IpFields);
+    return c.Run([&] {
+        const int r = CBoard::Instance().VoutInit(info);
+        if (r == 0) c.Rec("info", info, [](CCall& i, const VoutInitInfo& v) {
+            i.Hex("version", v.version).Num("max_channels", v.max_channels).Num("max_windows", v.max_windows);
+        });
+        return r;
     });
 }
 
@@ -402,8 +408,14 @@ int vout_window_close(uint32_t windowHandle) {
 // ---- audio output
 
 int aout_init(AoutInitInfo* info, const IpInputParams* params) {
-    return CCall("aout_init").Out("info", info).Rec("input", params, IpFields).Run([&] {
-        return CBoard::Instance().AoutInit(info);
+    CCall c("aout_init");
+    c.Out("info", info).Rec("input", params, IpFields);
+    return c.Run([&] {
+        const int r = CBoard::Instance().AoutInit(info);
+        if (r == 0) c.Rec("info", info, [](CCall& i, const AoutInitInfo& a) {
+            i.Hex("version", a.version).Num("max_outputs", a.max_outputs).Num("max_tracks", a.max_tracks);
+        });
+        return r;
     });
 }
 
