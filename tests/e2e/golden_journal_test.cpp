@@ -270,6 +270,7 @@ TEST_F(GoldenJournalTest, DaemonSessionMatchesTheGoldenJournal) {
         m_Host.SendU8(kOverlayDtvType, 3);
         m_Host.SendApply();
     });
+    // The level byte is read with the dictionary's type, so the volume call shows what the daemon makes of it.
     Step("audio level -20 dB and mute", [&] {
         m_Host.SendU8(kAnalogLevel, static_cast<unsigned char>(-20));
         m_Host.SendU8(kAnalogPort, 1);
