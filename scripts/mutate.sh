@@ -142,5 +142,5 @@ while IFS='|' read -r file script label; do
     cp "$SRC/$path" "$SCRATCH/$path"  # back to the original, with a new time stamp
 done <<<"$MUTATIONS"
 
-echo "mutations tried: $tried, caught: $caught_count"
+echo "mutations tried: $tried, caught: $caught_count ($SECONDS s)"
 [ -z "$missed" ] || { echo "not caught or not applied:$missed"; exit 1; }
