@@ -113,3 +113,9 @@ deb: deps pkg-deps
 
 deb-check: deb
 	@scripts/check-packages.sh $(PKG_BUILD)/packages
+
+# Rewrites the golden journal of the daemon session (tests/e2e/golden/) after an
+# intended change to the platform calls; review the diff before committing.
+.PHONY: golden
+golden: build
+	@STBAV_UPDATE_GOLDEN=1 build/dev/tests/e2e/golden_journal_test

@@ -347,14 +347,19 @@ static_assert(offsetof(AvEventConfig, callback) == sizeof(void*), "callback foll
 static_assert(offsetof(AvEventConfig, enable) == 2 * sizeof(void*), "enable follows the callback");
 
 static_assert(sizeof(AvStatusInfo) == 512, "AvStatusInfo is 512 bytes");
+static_assert(offsetof(AvStatusInfo, video_state) == 0, "video state at +0");
+static_assert(offsetof(AvStatusInfo, audio_state) == 4, "audio state at +4");
 static_assert(offsetof(AvStatusInfo, audio_frame_count) == 36, "audio frame count at +36");
 static_assert(offsetof(AvStatusInfo, audio_channels) == 40, "audio channels at +40");
 static_assert(offsetof(AvStatusInfo, audio_format) == 44, "audio format at +44");
 static_assert(offsetof(AvStatusInfo, audio_sample_rate) == 48, "sample rate at +48");
 static_assert(offsetof(AvStatusInfo, audio_bits_per_sample) == 52, "bits per sample at +52");
+static_assert(offsetof(AvStatusInfo, audio_bit_rate) == 56, "audio bit rate at +56");
 static_assert(offsetof(AvStatusInfo, audio_pts) == 72, "audio PTS at +72");
 static_assert(offsetof(AvStatusInfo, audio_pid) == 92, "audio PID at +92");
 static_assert(offsetof(AvStatusInfo, video_frame_count) == 112, "frame count at +112");
+static_assert(offsetof(AvStatusInfo, video_type) == 116, "video type at +116");
+static_assert(offsetof(AvStatusInfo, video_field_order) == 120, "field order at +120");
 static_assert(offsetof(AvStatusInfo, frame_rate_int) == 124, "fps integer at +124");
 static_assert(offsetof(AvStatusInfo, frame_rate_dec) == 126, "fps decimal at +126");
 static_assert(offsetof(AvStatusInfo, width) == 184, "width at +184");

@@ -263,6 +263,24 @@ void CBoard::DetectFormatChange() {
 
 // ---- event thread
 
+bool CBoard::OnEventThread() {
+    Lock lock(m_mutex);
+    return m_eventThreadId != std::thread::id() && m_eventThreadId == std::this_thread::get_id();
+}
+
+// The journal's text of a callback: the handle, the event and the data words the board filled.
+std::string CBoard::CallbackArgs(const PendingEvent& e) {
+    const AvVideoFormatEvent& d = e.data;
+    char buf[320];
+    snprintf(buf, sizeof buf,
+             "handle=%#x, event=2, data={video_pid=%u, chroma_format=%u, video_type=%u, field_order=%u, "
+             "frame_rate_num=%u, frame_rate_den=%u, bit_depth=%u, profile=%u, level=%u, source_width=%u, "
+             "source_height=%u, aspect_first=%u, aspect_second=%u}",
+             e.handle, d.video_pid, d.chroma_format, d.video_type, d.field_order, d.frame_rate_num, d.frame_rate_den,
+             d.bit_depth, d.profile, d.level, d.source_width, d.source_height, d.aspect_first, d.aspect_second);
+    return buf;
+}
+
 void CBoard::StartEventThread() {
     Lock lock(m_mutex);
     if (m_eventThread.joinable()) return;
@@ -311,11 +329,11 @@ void CBoard::EventLoopBody() {
             } catch (...) {
                 r = kErrInternal;
             }
-            m_journal.Add(JournalEntry{now, "callback",
-                                       "handle=" + std::to_string(e.handle) + ", event=2, width=" +
-                                           std::to_string(e.data.source_width) +
-                                           ", height=" + std::to_string(e.data.source_height),
-                                       r});
+            JournalEntry entry;
+            entry.name = "callback";
+            entry.args = CallbackArgs(e);
+            entry.result = r;
+            m_journal.Add(std::move(entry));
             lock.lock();
             m_callbackInFlight = false;
             m_cv.notify_all();

@@ -99,6 +99,8 @@ public:
     bool TakeFault(const char* function, int* code);
     bool InjectFault(const std::string& function, int code, unsigned count);
     CJournal& Journal() { return m_journal; }
+    // True on the board's event thread (inside a callback into the daemon).
+    bool OnEventThread();
     void Reset();
     bool SetInput(const StreamInput& input);
     bool LoadInputFile(const std::string& path, std::string* error);
@@ -179,6 +181,7 @@ private:
     void WaitNoCallback(Lock& lock);
     void EventLoop();
     void EventLoopBody();
+    static std::string CallbackArgs(const PendingEvent& e);
     void StartEventThread();
     void StopEventThread();
     void WriteInputJson(class CJsonWriter& w, int64_t nowUs);

@@ -293,6 +293,7 @@ int CBoard::CcSetAttr(const CcAttr* attr) {
 int CBoard::CcEnable(bool vbi, bool enable) {
     Lock lock(m_mutex);
     if (!m_cc.init) return kErrNotInitialised;
+    if (!m_cc.created) return kErrBadState;
     (vbi ? m_cc.vbi : m_cc.subtitles) = enable;
     return 0;
 }

@@ -15,11 +15,15 @@ std::string JournalEntry::ToString() const {
     char res[24];
     if (result == 0) snprintf(res, sizeof res, "0");
     else snprintf(res, sizeof res, "%#x", static_cast<unsigned>(result));
-    return std::to_string(timeUs) + " " + name + "(" + args + ") = " + res;
+    std::string line = std::to_string(timeUs) + " " + name + "(" + args + ") = " + res;
+    if (inCallback) line += " in callback";
+    if (!reason.empty()) line += " # " + reason;
+    return line;
 }
 
 void CJournal::Add(JournalEntry e) {
     std::lock_guard<std::mutex> lock(m_mutex);
+    e.timeUs = MonotonicUs();
     if (m_echo) {
         fprintf(m_echo, "stbsim: %s\n", e.ToString().c_str());
         fflush(m_echo);

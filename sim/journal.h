@@ -13,11 +13,13 @@
 namespace stbsim {
 
 struct JournalEntry {
-    int64_t timeUs = 0;  // CLOCK_MONOTONIC, microseconds
+    int64_t timeUs = 0;  // CLOCK_MONOTONIC, microseconds, when the call returned (set by CJournal::Add)
     std::string name;    // the C function
     std::string args;    // "name=value, ..." including what the call returned through pointers
     int result = 0;
-    // "TIME NAME(ARGS) = RESULT", the result in hex when it is not 0.
+    std::string reason;        // why the board refused the call, or empty
+    bool inCallback = false;   // made from inside the board's event callback
+    // "TIME NAME(ARGS) = RESULT[ in callback][ # REASON]", the result in hex when it is not 0.
     std::string ToString() const;
 };
 
@@ -25,6 +27,7 @@ class CJournal {
 public:
     static constexpr size_t kMaxEntries = 20000;
 
+    // Stamps e with the time now, so the entries are in the order the calls returned.
     void Add(JournalEntry e);
     std::vector<JournalEntry> Entries() const;
     std::string Text() const;  // one entry per line

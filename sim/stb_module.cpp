@@ -1,37 +1,77 @@
-// The C API of the virtual board: each function journals its call, honours an
-// injected fault, and hands over to CBoard. No exception leaves this file.
-// Called on any thread of the daemon.
+// The C API of the virtual board: each function checks its arguments against
+// the board's table (sim/arg_rules.h), journals its call with every argument
+// (records passed by pointer field by field), honours an injected fault and
+// hands over to CBoard. No exception leaves this file. Called on any thread.
 #include <cinttypes>
 #include <cstdio>
 #include <cstring>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "platform/stb_module.h"
+#include "sim/arg_rules.h"
 #include "sim/board.h"
 
 using stbsim::CBoard;
 
 namespace {
 
-// One call: its arguments as text, the fault check, the journal entry.
+// Journal text of a string: printable ASCII as is, anything else as \xNN.
+std::string Quoted(const char* s, size_t max) {
+    std::string out = "\"";
+    for (size_t i = 0; i < max && s[i]; ++i) {
+        const unsigned char c = static_cast<unsigned char>(s[i]);
+        if (c == '"' || c == '\\' || c < 0x20 || c > 0x7e) {
+            char buf[8];
+            snprintf(buf, sizeof buf, "\\x%02x", c);
+            out += buf;
+        } else {
+            out += static_cast<char>(c);
+        }
+    }
+    return out + "\"";
+}
+
+// One call: its arguments as text and as values for the argument check, the
+// fault check, the journal entry.
 class CCall {
 public:
-    explicit CCall(const char* name) : m_name(name), m_startUs(stbsim::MonotonicUs()) {}
+    explicit CCall(const char* name) : m_name(name) {}
 
-    CCall& Num(const char* key, long long v) { return Add(key, std::to_string(v)); }
+    CCall& Num(const char* key, long long v) { return Add(key, std::to_string(v), v); }
     CCall& Hex(const char* key, uint32_t v) {
         char buf[16];
         snprintf(buf, sizeof buf, "%#x", v);
-        return Add(key, buf);
+        return Add(key, buf, v);
     }
-    CCall& Str(const char* key, const char* v) { return Add(key, v ? "\"" + std::string(v) + "\"" : "NULL"); }
-    CCall& Add(const char* key, const std::string& v) {
-        if (!m_args.empty()) m_args += ", ";
-        m_args += key;
-        m_args += '=';
-        m_args += v;
+    CCall& Str(const char* key, const char* v, size_t max = 4096) { return Add(key, v ? Quoted(v, max) : "NULL", v != nullptr); }
+    // A pointer the call writes through: shown only when NULL (the call shows what it wrote).
+    CCall& Out(const char* key, const void* p) {
+        if (!p) return Add(key, "NULL", 0);
+        m_args.push_back(stbsim::CallArg{m_prefix + key, 1});
         return *this;
+    }
+    // A record passed by pointer: "key={field=value, ...}" or "key=NULL".
+    template <class T, class F>
+    CCall& Rec(const char* key, const T* p, F fields) {
+        if (!p) return Add(key, "NULL", 0);
+        Separate();
+        m_text += key;
+        m_text += "={";
+        m_args.push_back(stbsim::CallArg{m_prefix + key, 1});
+        const std::string outer = m_prefix;
+        m_prefix += std::string(key) + ".";
+        m_first = true;
+        fields(*this, *p);
+        m_prefix = outer;
+        m_text += '}';
+        m_first = false;
+        return *this;
+    }
+    // Refuses the call (before the board sees it) with code and reason.
+    void Reject(int code, const std::string& reason) {
+        if (m_rejectCode == 0) m_rejectCode = code, m_reason = reason;
     }
 
     int Run(const std::function<int()>& body) noexcept {
@@ -39,38 +79,94 @@ public:
         try {
             CBoard& board = CBoard::Instance();
             board.OnCall();
+            stbsim::JournalEntry e;
+            e.inCallback = board.OnEventThread();
             if (board.TakeFault(m_name, &result)) {
-                Add("fault", "injected");
+                Add("fault", "injected", 0);
+            } else if (const int code = Check()) {
+                result = code;
+                e.reason = m_reason;
+                fprintf(stderr, "stbsim: %s refused: %s\n", m_name, m_reason.c_str());
             } else {
                 result = body();
             }
-            board.Journal().Add(stbsim::JournalEntry{m_startUs, m_name, m_args, result});
+            e.name = m_name;
+            e.args = m_text;
+            e.result = result;
+            board.Journal().Add(std::move(e));
         } catch (...) {
         }
         return result;
     }
 
 private:
+    CCall& Add(const char* key, const std::string& text, long long value) {
+        Separate();
+        m_text += key;
+        m_text += '=';
+        m_text += text;
+        m_args.push_back(stbsim::CallArg{m_prefix + key, value});
+        return *this;
+    }
+    void Separate() {
+        if (!m_first) m_text += ", ";
+        m_first = false;
+    }
+    int Check() {
+        if (m_rejectCode) return m_rejectCode;
+        m_rejectCode = stbsim::CheckArgs(m_name, m_args, &m_reason);
+        return m_rejectCode;
+    }
+
     const char* m_name;
-    int64_t m_startUs;
-    std::string m_args;
+    std::string m_text;
+    std::vector<stbsim::CallArg> m_args;
+    std::string m_prefix;
+    bool m_first = true;
+    int m_rejectCode = 0;
+    std::string m_reason;
 };
 
-std::string Address(const IpInputParams* p) {
-    if (!p) return "NULL";
-    char buf[48];
-    snprintf(buf, sizeof buf, "%u.%u.%u.%u:%u", p->ip >> 24, (p->ip >> 16) & 0xFF, (p->ip >> 8) & 0xFF, p->ip & 0xFF,
-             p->port);
-    return buf;
+void IpFields(CCall& c, const IpInputParams& p) {
+    char ip[20];
+    snprintf(ip, sizeof ip, "%u.%u.%u.%u", p.ip >> 24, (p.ip >> 16) & 0xFF, (p.ip >> 8) & 0xFF, p.ip & 0xFF);
+    c.Str("ip", ip).Num("port", p.port).Str("address", p.address, sizeof p.address).Num("port_copy", p.port_copy);
 }
 
-void AddSettings(CCall& c, const _AV_SETTING_S* s) {
-    if (!s) return;
-    char name[sizeof s->service_name + 1] = {0};
-    memcpy(name, s->service_name, sizeof s->service_name);
-    c.Num("video_pid", s->video_pid).Num("audio_pid", s->audio_pid).Num("pcr_pid", s->pcr_pid);
-    c.Num("video_type", s->video_type).Num("audio_type", s->audio_type).Num("service_id", s->service_id);
-    c.Str("service_name", name);
+std::string HexBytes(const uint8_t* b, size_t n) {
+    std::string out;
+    char buf[4];
+    for (size_t i = 0; i < n; ++i) {
+        snprintf(buf, sizeof buf, "%02x", b[i]);
+        out += buf;
+    }
+    return out;
+}
+
+void SettingsFields(CCall& c, const _AV_SETTING_S& s) {
+    c.Str("reserved0", HexBytes(s.reserved0, sizeof s.reserved0).c_str());
+    c.Num("video_type", s.video_type).Num("audio_type", s.audio_type);
+    c.Str("reserved16", HexBytes(s.reserved16, sizeof s.reserved16).c_str());
+    c.Num("pcr_pid", s.pcr_pid).Num("audio_pid", s.audio_pid).Num("reserved28", s.reserved28);
+    c.Num("video_pid", s.video_pid).Num("service_id", s.service_id);
+    c.Str("service_name", s.service_name, sizeof s.service_name);
+}
+
+void DisplayFields(CCall& c, const VoutDisplayAttr& a) {
+    c.Num("format", a.format).Num("rate", a.rate).Num("brightness", a.brightness).Num("contrast", a.contrast);
+    c.Num("saturation", a.saturation).Num("hue", a.hue);
+    std::string rest;
+    for (uint32_t w : a.reserved) rest += (rest.empty() ? "" : " ") + std::to_string(w);
+    c.Str("reserved", rest.c_str());
+}
+
+void OpenFields(CCall& c, const OutputOpenAttr& a) {
+    c.Num("mode", a.mode).Num("channel_mask", a.channel_mask).Hex("source", a.source);
+}
+
+void CcAttrFields(CCall& c, const CcAttr& a) {
+    c.Num("source", a.source).Num("data_type", a.data_type).Num("analog_mode", a.analog_mode);
+    c.Num("digital_mode", a.digital_mode);
 }
 
 int HandleCall(const char* name, uint32_t handle, const std::function<int()>& body) {
@@ -101,21 +197,22 @@ int system_upgrade(const char* packagePath) {
 
 int av_init(uint32_t* initResult, const IpInputParams* params) {
     CCall c("av_init");
-    c.Add("input", Address(params));
+    c.Out("initResult", initResult).Rec("input", params, IpFields);
     return c.Run([&] {
         const int r = CBoard::Instance().AvInit(initResult, params);
-        if (r == 0) c.Num("result_word", *initResult);
+        if (r == 0) c.Num("initResult", *initResult);
         return r;
     });
 }
 
 int av_create(uint32_t* avHandle, const AvCreateAttr* attr, const IpInputParams* params) {
     CCall c("av_create");
-    if (attr) c.Num("source_type", attr->source_type).Num("flags", attr->flags);
-    c.Add("input", Address(params));
+    c.Out("avHandle", avHandle);
+    c.Rec("attr", attr, [](CCall& r, const AvCreateAttr& a) { r.Num("source_type", a.source_type).Num("flags", a.flags); });
+    c.Rec("input", params, IpFields);
     return c.Run([&] {
         const int r = CBoard::Instance().AvCreate(avHandle, attr);
-        if (r == 0) c.Hex("handle", *avHandle);
+        if (r == 0) c.Hex("avHandle", *avHandle);
         return r;
     });
 }
@@ -127,7 +224,9 @@ int av_prepare(const char* address) {
 int av_set_event_config(uint32_t avHandle, const AvEventConfig* config, uint32_t eventClass) {
     CCall c("av_set_event_config");
     c.Hex("handle", avHandle);
-    if (config) c.Num("class", config->eventClass).Str("callback", config->callback ? "set" : "NULL").Num("enable", config->enable);
+    c.Rec("config", config, [](CCall& r, const AvEventConfig& e) {
+        r.Num("event_class", e.eventClass).Str("callback", e.callback ? "set" : "NULL").Num("enable", e.enable);
+    });
     c.Num("event_class", eventClass);
     return c.Run([&] { return CBoard::Instance().AvSetEventConfig(avHandle, config, eventClass); });
 }
@@ -156,51 +255,54 @@ int av_reset(uint32_t avHandle, uint32_t mode) {
 
 int av_set_config(uint32_t avHandle, const _AV_SETTING_S* settings) {
     CCall c("av_set_config");
-    c.Hex("handle", avHandle);
-    AddSettings(c, settings);
+    c.Hex("handle", avHandle).Rec("settings", settings, SettingsFields);
     return c.Run([&] { return CBoard::Instance().AvSetConfig(avHandle, settings); });
 }
 
 int av_get_config(uint32_t avHandle, _AV_SETTING_S* settings) {
     CCall c("av_get_config");
-    c.Hex("handle", avHandle);
+    c.Hex("handle", avHandle).Out("settings", settings);
     return c.Run([&] {
         const int r = CBoard::Instance().AvGetConfig(avHandle, settings);
-        if (r == 0) AddSettings(c, settings);
+        if (r == 0) c.Rec("settings", settings, SettingsFields);
         return r;
     });
 }
 
 int av_search_progInfo(_AV_SETTING_S* settings, const IpInputParams* params) {
     CCall c("av_search_progInfo");
-    c.Add("input", Address(params));
+    c.Out("settings", settings).Rec("input", params, IpFields);
     return c.Run([&] {
         const int r = CBoard::Instance().AvSearchProgInfo(settings);
-        if (r == 0) AddSettings(c, settings);
+        if (r == 0) c.Rec("settings", settings, SettingsFields);
         return r;
     });
 }
 
 int av_get_status_info(uint32_t avHandle, AvStatusInfo* status) {
     CCall c("av_get_status_info");
-    c.Hex("handle", avHandle);
+    c.Hex("handle", avHandle).Out("status", status);
     return c.Run([&] {
         const int r = CBoard::Instance().AvGetStatusInfo(avHandle, status);
-        if (r == 0) {
-            c.Num("video_pid", status->video_pid).Num("audio_pid", status->audio_pid).Num("pcr_pid", status->pcr_pid);
-            c.Num("width", status->width).Num("height", status->height).Num("frames", status->video_frame_count);
-            c.Num("audio_pts", static_cast<long long>(status->audio_pts));
-        }
+        if (r != 0) return r;
+        c.Rec("status", status, [](CCall& s, const AvStatusInfo& st) {
+            s.Num("video_pid", st.video_pid).Num("audio_pid", st.audio_pid).Num("pcr_pid", st.pcr_pid);
+            s.Num("width", st.width).Num("height", st.height).Num("frames", st.video_frame_count);
+            s.Num("audio_pts", static_cast<long long>(st.audio_pts));
+        });
         return r;
     });
 }
 
 int av_get_stream_info(uint32_t avHandle, AvStreamInfo* info) {
     CCall c("av_get_stream_info");
-    c.Hex("handle", avHandle);
+    c.Hex("handle", avHandle).Out("info", info);
     return c.Run([&] {
         const int r = CBoard::Instance().AvGetStreamInfo(avHandle, info);
-        if (r == 0) c.Num("video", info->video_count).Num("audio", info->audio_count).Num("services", info->service_count);
+        if (r != 0) return r;
+        c.Rec("info", info, [](CCall& i, const AvStreamInfo& s) {
+            i.Num("video_count", s.video_count).Num("audio_count", s.audio_count).Num("service_count", s.service_count);
+        });
         return r;
     });
 }
@@ -216,7 +318,15 @@ int av_deinit(void) {
 // ---- video output
 
 int vout_init(VoutInitInfo* info, const IpInputParams* params) {
-    return CCall("vout_init").Add("input", Address(params)).Run([&] { return CBoard::Instance().VoutInit(info); });
+    CCall c("vout_init");
+    c.Out("info", info).Rec("input", params, IpFields);
+    return c.Run([&] {
+        const int r = CBoard::Instance().VoutInit(info);
+        if (r == 0) c.Rec("info", info, [](CCall& i, const VoutInitInfo& v) {
+            i.Hex("version", v.version).Num("max_channels", v.max_channels).Num("max_windows", v.max_windows);
+        });
+        return r;
+    });
 }
 
 int vout_deinit(void) {
@@ -225,11 +335,10 @@ int vout_deinit(void) {
 
 int vout_open_channel(uint32_t* voutHandle, const OutputOpenAttr* attr, const IpInputParams* params) {
     CCall c("vout_open_channel");
-    if (attr) c.Num("mode", attr->mode).Num("mask", attr->channel_mask).Hex("source", attr->source);
-    c.Add("input", Address(params));
+    c.Out("voutHandle", voutHandle).Rec("attr", attr, OpenFields).Rec("input", params, IpFields);
     return c.Run([&] {
         const int r = CBoard::Instance().VoutOpenChannel(voutHandle, attr);
-        if (r == 0) c.Hex("handle", *voutHandle);
+        if (r == 0) c.Hex("voutHandle", *voutHandle);
         return r;
     });
 }
@@ -240,29 +349,28 @@ int vout_close_channel(uint32_t voutHandle, uint32_t flags) {
     });
 }
 
-int vout_display_get(uint32_t voutHandle, VoutDisplayAttr* attr, const IpInputParams*) {
+int vout_display_get(uint32_t voutHandle, VoutDisplayAttr* attr, const IpInputParams* params) {
     CCall c("vout_display_get");
-    c.Hex("handle", voutHandle);
+    c.Hex("handle", voutHandle).Out("attr", attr).Rec("input", params, IpFields);
     return c.Run([&] {
         const int r = CBoard::Instance().VoutDisplayGet(voutHandle, attr);
-        if (r == 0) c.Num("format", attr->format).Num("rate", attr->rate);
+        if (r == 0) c.Rec("attr", attr, DisplayFields);
         return r;
     });
 }
 
-int vout_display_set(uint32_t voutHandle, const VoutDisplayAttr* attr, const IpInputParams*) {
+int vout_display_set(uint32_t voutHandle, const VoutDisplayAttr* attr, const IpInputParams* params) {
     CCall c("vout_display_set");
-    c.Hex("handle", voutHandle);
-    if (attr) c.Num("format", attr->format).Num("rate", attr->rate);
+    c.Hex("handle", voutHandle).Rec("attr", attr, DisplayFields).Rec("input", params, IpFields);
     return c.Run([&] { return CBoard::Instance().VoutDisplaySet(voutHandle, attr); });
 }
 
 int vout_window_create(uint32_t voutHandle, uint32_t* windowHandle, uint32_t flags) {
     CCall c("vout_window_create");
-    c.Hex("vout", voutHandle).Num("flags", flags);
+    c.Hex("vout", voutHandle).Out("windowHandle", windowHandle).Num("flags", flags);
     return c.Run([&] {
         const int r = CBoard::Instance().VoutWindowCreate(voutHandle, windowHandle);
-        if (r == 0) c.Hex("window", *windowHandle);
+        if (r == 0) c.Hex("windowHandle", *windowHandle);
         return r;
     });
 }
@@ -274,15 +382,15 @@ int vout_window_destroy(uint32_t voutHandle, uint32_t windowHandle, uint32_t fla
 }
 
 int vout_window_attach_input(uint32_t windowHandle, uint32_t inputType, uint32_t avHandle) {
-    return CCall("vout_window_attach_input").Hex("window", windowHandle).Num("type", inputType).Hex("av", avHandle).Run([&] {
-        return CBoard::Instance().VoutWindowAttach(windowHandle, avHandle, true);
-    });
+    CCall c("vout_window_attach_input");
+    c.Hex("window", windowHandle).Num("input_type", inputType).Hex("av", avHandle);
+    return c.Run([&] { return CBoard::Instance().VoutWindowAttach(windowHandle, avHandle, true); });
 }
 
 int vout_window_detach_input(uint32_t windowHandle, uint32_t inputType, uint32_t avHandle) {
-    return CCall("vout_window_detach_input").Hex("window", windowHandle).Num("type", inputType).Hex("av", avHandle).Run([&] {
-        return CBoard::Instance().VoutWindowAttach(windowHandle, avHandle, false);
-    });
+    CCall c("vout_window_detach_input");
+    c.Hex("window", windowHandle).Num("input_type", inputType).Hex("av", avHandle);
+    return c.Run([&] { return CBoard::Instance().VoutWindowAttach(windowHandle, avHandle, false); });
 }
 
 int vout_window_open(uint32_t windowHandle) {
@@ -300,7 +408,15 @@ int vout_window_close(uint32_t windowHandle) {
 // ---- audio output
 
 int aout_init(AoutInitInfo* info, const IpInputParams* params) {
-    return CCall("aout_init").Add("input", Address(params)).Run([&] { return CBoard::Instance().AoutInit(info); });
+    CCall c("aout_init");
+    c.Out("info", info).Rec("input", params, IpFields);
+    return c.Run([&] {
+        const int r = CBoard::Instance().AoutInit(info);
+        if (r == 0) c.Rec("info", info, [](CCall& i, const AoutInitInfo& a) {
+            i.Hex("version", a.version).Num("max_outputs", a.max_outputs).Num("max_tracks", a.max_tracks);
+        });
+        return r;
+    });
 }
 
 int aout_deinit(uint32_t flags) {
@@ -309,11 +425,10 @@ int aout_deinit(uint32_t flags) {
 
 int aout_open(uint32_t* aoutHandle, const OutputOpenAttr* attr, const IpInputParams* params) {
     CCall c("aout_open");
-    if (attr) c.Num("mode", attr->mode).Num("mask", attr->channel_mask).Hex("source", attr->source);
-    c.Add("input", Address(params));
+    c.Out("aoutHandle", aoutHandle).Rec("attr", attr, OpenFields).Rec("input", params, IpFields);
     return c.Run([&] {
         const int r = CBoard::Instance().AoutOpen(aoutHandle, attr);
-        if (r == 0) c.Hex("handle", *aoutHandle);
+        if (r == 0) c.Hex("aoutHandle", *aoutHandle);
         return r;
     });
 }
@@ -338,10 +453,10 @@ int aout_set_mute(uint32_t aoutHandle, uint32_t device, bool mute) {
 
 int aout_track_create(uint32_t aoutHandle, uint32_t* trackHandle, uint32_t flags) {
     CCall c("aout_track_create");
-    c.Hex("aout", aoutHandle).Num("flags", flags);
+    c.Hex("aout", aoutHandle).Out("trackHandle", trackHandle).Num("flags", flags);
     return c.Run([&] {
         const int r = CBoard::Instance().AoutTrackCreate(aoutHandle, trackHandle);
-        if (r == 0) c.Hex("track", *trackHandle);
+        if (r == 0) c.Hex("trackHandle", *trackHandle);
         return r;
     });
 }
@@ -353,22 +468,22 @@ int aout_track_destroy(uint32_t trackHandle) {
 }
 
 int aout_track_attach_input(uint32_t trackHandle, uint32_t inputType, uint32_t avHandle) {
-    return CCall("aout_track_attach_input").Hex("track", trackHandle).Num("type", inputType).Hex("av", avHandle).Run([&] {
-        return CBoard::Instance().AoutTrackAttach(trackHandle, avHandle, true);
-    });
+    CCall c("aout_track_attach_input");
+    c.Hex("track", trackHandle).Num("input_type", inputType).Hex("av", avHandle);
+    return c.Run([&] { return CBoard::Instance().AoutTrackAttach(trackHandle, avHandle, true); });
 }
 
 int aout_track_detach_input(uint32_t trackHandle, uint32_t inputType, uint32_t avHandle) {
-    return CCall("aout_track_detach_input").Hex("track", trackHandle).Num("type", inputType).Hex("av", avHandle).Run([&] {
-        return CBoard::Instance().AoutTrackAttach(trackHandle, avHandle, false);
-    });
+    CCall c("aout_track_detach_input");
+    c.Hex("track", trackHandle).Num("input_type", inputType).Hex("av", avHandle);
+    return c.Run([&] { return CBoard::Instance().AoutTrackAttach(trackHandle, avHandle, false); });
 }
 
 // ---- closed captions
 
 int cc_init(const CcInitParam* param) {
     CCall c("cc_init");
-    if (param) c.Num("mode", param->mode);
+    c.Rec("param", param, [](CCall& r, const CcInitParam& p) { r.Num("mode", p.mode); });
     return c.Run([&] { return CBoard::Instance().CcInit(param); });
 }
 
@@ -378,7 +493,7 @@ int cc_deinit(void) {
 
 int cc_creat(const CcCreateParam* param) {
     CCall c("cc_creat");
-    if (param) c.Num("source", param->source);
+    c.Rec("param", param, [](CCall& r, const CcCreateParam& p) { r.Num("source", p.source); });
     return c.Run([&] { return CBoard::Instance().CcCreate(param); });
 }
 
@@ -402,19 +517,24 @@ int cc_stop(void) {
 
 int cc_getAttr(CcAttr* attr) {
     CCall c("cc_getAttr");
+    c.Out("attr", attr);
     return c.Run([&] {
         const int r = CBoard::Instance().CcGetAttr(attr);
-        if (r == 0) c.Num("source", attr->source).Num("data_type", attr->data_type);
+        if (r == 0) c.Rec("attr", attr, CcAttrFields);
         return r;
     });
 }
 
 int cc_setAttr(const CcAttr* attr) {
     CCall c("cc_setAttr");
-    if (attr) {
-        c.Num("source", attr->source).Num("data_type", attr->data_type);
-        c.Num("analog_mode", attr->analog_mode).Num("digital_mode", attr->digital_mode);
-    }
+    c.Rec("attr", attr, CcAttrFields);
+    // The source selects which mode word the engine runs on; that word must be 3.
+    if (attr && attr->source == 1 && attr->digital_mode != 3)
+        c.Reject(stbsim::kErrBadRecord, "attr.digital_mode=" + std::to_string(attr->digital_mode) +
+                                            ": the board takes 3 with source 1");
+    if (attr && attr->source == 0 && attr->analog_mode != 3)
+        c.Reject(stbsim::kErrBadRecord, "attr.analog_mode=" + std::to_string(attr->analog_mode) +
+                                            ": the board takes 3 with source 0");
     return c.Run([&] { return CBoard::Instance().CcSetAttr(attr); });
 }
 

@@ -21,6 +21,8 @@ constexpr int kErrInvalidParam = static_cast<int>(0x80A10004u);    // value out 
 constexpr int kErrBadState = static_cast<int>(0x80A10005u);        // e.g. attach over another input
 constexpr int kErrNoResource = static_cast<int>(0x80A10006u);      // a second player, channel, window ...
 constexpr int kErrNotFound = static_cast<int>(0x80A10007u);        // no programme in the input
+constexpr int kErrBadMode = static_cast<int>(0x80A10008u);         // a mode, flags or input-type argument
+constexpr int kErrBadRecord = static_cast<int>(0x80A10009u);       // a word of an attribute record
 constexpr int kErrInternal = static_cast<int>(0x80A100FFu);        // an unexpected failure inside the board
 
 // A snapshot of the board (the JSON of State() has more).

@@ -208,12 +208,15 @@ TEST_F(DaemonTest, ServiceSelectionReconfiguresAndRestartsThePlayer) {
     ASSERT_EQ("ok\n", e2e::BoardCommand(Socket(), "reset-journal"));
     SelectService();
 
-    const std::string wanted = "video_pid=256, audio_pid=257, pcr_pid=256, video_type=5, audio_type=1, service_id=1";
+    const std::vector<std::string> wanted = {"video_type=5, audio_type=1, ", "pcr_pid=256, audio_pid=257, ",
+                                             "video_pid=256, service_id=1, "};
     std::vector<e2e::JournalEntry> calls;
     ASSERT_TRUE(e2e::WaitUntil([&] {
         calls = e2e::ParseJournal(e2e::BoardCommand(Socket(), "journal"));
         auto set = std::find_if(calls.begin(), calls.end(), [&](const e2e::JournalEntry& e) {
-            return e.name == "av_set_config" && e.line.find(wanted) != std::string::npos;
+            return e.name == "av_set_config" && std::all_of(wanted.begin(), wanted.end(), [&](const std::string& w) {
+                       return e.line.find(w) != std::string::npos;
+                   });
         });
         if (set == calls.end()) return false;
         // Other threads call the board at any time (the probe's stream-information

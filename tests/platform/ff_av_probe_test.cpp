@@ -74,16 +74,18 @@ TEST_F(ProbeTest, EntriesOfTheDefaultInputAndDefaultsForUnknownKeys) {
 // input no longer has (count 0) keeps its old entries until the cache is cleared.
 TEST_F(ProbeTest, FailedPassKeepsTheCacheAndStaleSectionsStayUntilCleared) {
     StartAndWaitFor("stbsim HD");
-    Fail("av_get_stream_info");
+    // Every pass fails until the fault is withdrawn, however slowly this thread runs.
+    Fail("av_get_stream_info", 1000000);
     SetInput("service 1 name=Later\nvideo pid=0x200\n");
     ASSERT_TRUE(m_Log.WaitFor("WARN", "ProbeAvInfo get stream info failed: 0x1234"));
     EXPECT_EQ(m_Probe.GetServiceName(1), "stbsim HD");
     EXPECT_EQ(m_Probe.GetVideoProfile(0x100), 100u);
+    Fail("av_get_stream_info", 0);
     ASSERT_TRUE(WaitUntil([&] { return m_Probe.GetServiceName(1) == "Later"; }));
     EXPECT_EQ(m_Probe.GetAudioSampleRate(0x101), 48000u);
+    // The clearing pass zeroes the cache before it refills it: wait for the refilled one.
     m_Probe.ClearStreamInfo();
-    ASSERT_TRUE(WaitUntil([&] { return m_Probe.GetAudioSampleRate(0x101) == 0; }));
-    EXPECT_EQ(m_Probe.GetServiceName(1), "Later");
+    EXPECT_TRUE(WaitUntil([&] { return m_Probe.GetAudioSampleRate(0x101) == 0 && m_Probe.GetServiceName(1) == "Later"; }));
 }
 
 // The thread sleeps between passes; a cancel must cut that short.

@@ -64,7 +64,8 @@ TEST_F(BoardLifecycleTest, CallsWithHandlesThatDoNotExistFail) {
         {"display of a window", [&] { return vout_display_get(h.window, &attr); }, stbsim::kErrInvalidHandle},
         {"second player", [&] {
              AvCreateAttr a{4, 0};
-             return av_create(&spare, &a, nullptr);
+             IpInputParams ip{};
+             return av_create(&spare, &a, &ip);
          }, stbsim::kErrNoResource},
         {"null record", [&] { return av_get_status_info(h.av, nullptr); }, stbsim::kErrNullPointer},
         {"detach another player", [&] { return vout_window_detach_input(h.window, 0, h.av + 1); }, stbsim::kErrInvalidParam},
@@ -73,7 +74,7 @@ TEST_F(BoardLifecycleTest, CallsWithHandlesThatDoNotExistFail) {
              a.format = 5;
              a.rate = 64;
              return vout_display_set(h.vout, &a);
-         }, stbsim::kErrInvalidParam},
+         }, stbsim::kErrBadRecord},
         {"volume above 0 dB", [&] { return aout_set_volume(h.aout, AOUT_DEVICE_ANALOG, false, 1); }, stbsim::kErrInvalidParam},
         {"volume on another device", [&] { return aout_set_volume(h.aout, AOUT_DEVICE_HDMI, true, 5); },
          stbsim::kErrInvalidParam},
@@ -89,8 +90,9 @@ TEST_F(BoardLifecycleTest, CallsWithHandlesThatDoNotExistFail) {
     EXPECT_EQ(av_start_video(h.av), stbsim::kErrInvalidHandle);
     EXPECT_EQ(av_destory(h.av), stbsim::kErrInvalidHandle);
     AvCreateAttr a{4, 0};
+    IpInputParams ip{};
     uint32_t again = 0;
-    ASSERT_EQ(av_create(&again, &a, nullptr), 0);
+    ASSERT_EQ(av_create(&again, &a, &ip), 0);
     EXPECT_NE(again, h.av);
 }
 
@@ -99,14 +101,15 @@ TEST_F(BoardLifecycleTest, FamiliesNeedTheirInitialisation) {
     AvCreateAttr a{4, 0};
     CcInitParam cc{2};
     VoutInitInfo vi;
-    EXPECT_EQ(av_init(&word, nullptr), stbsim::kErrNotInitialised);
-    EXPECT_EQ(vout_init(&vi, nullptr), stbsim::kErrNotInitialised);
+    IpInputParams ip{};
+    EXPECT_EQ(av_init(&word, &ip), stbsim::kErrNotInitialised);
+    EXPECT_EQ(vout_init(&vi, &ip), stbsim::kErrNotInitialised);
     EXPECT_EQ(cc_init(&cc), stbsim::kErrNotInitialised);
     EXPECT_EQ(system_deinit(), stbsim::kErrNotInitialised);
     ASSERT_EQ(system_init(0), 0);
-    EXPECT_EQ(av_create(&handle, &a, nullptr), stbsim::kErrNotInitialised);
-    EXPECT_EQ(av_init(&word, nullptr), 0);
-    EXPECT_EQ(av_create(&handle, &a, nullptr), 0);
+    EXPECT_EQ(av_create(&handle, &a, &ip), stbsim::kErrNotInitialised);
+    EXPECT_EQ(av_init(&word, &ip), 0);
+    EXPECT_EQ(av_create(&handle, &a, &ip), 0);
     // system_deinit releases the player; its handle dies with it.
     EXPECT_EQ(system_deinit(), 0);
     EXPECT_EQ(av_start_video(handle), stbsim::kErrInvalidHandle);
@@ -155,10 +158,12 @@ TEST_F(BoardLifecycleTest, JournalRecordsEveryCallWithArgumentsAndResult) {
             EXPECT_GE(j[i].timeUs, j[i - 1].timeUs);
         }
     }
-    EXPECT_NE(j[1].args.find("input=239.1.2.3:1234"), std::string::npos) << j[1].args;
+    EXPECT_NE(j[1].args.find("input={ip=\"239.1.2.3\", port=1234, address=\"\", port_copy=0}"), std::string::npos)
+        << j[1].args;
     char handle[16];
     snprintf(handle, sizeof handle, "%#x", av);
-    EXPECT_NE(j[2].args.find(std::string("handle=") + handle), std::string::npos) << j[2].args;
+    EXPECT_NE(j[2].args.find(std::string("attr={source_type=4, flags=0}, ")), std::string::npos) << j[2].args;
+    EXPECT_NE(j[2].args.find(std::string("avHandle=") + handle), std::string::npos) << j[2].args;
     EXPECT_EQ(j[3].result, stbsim::kErrInvalidHandle);
     EXPECT_NE(j[4].args.find("fault=injected"), std::string::npos);
     EXPECT_EQ(j[4].result, 0x77);

@@ -153,7 +153,8 @@ video pid=0x500 width=1280 height=720 scan=progressive fps=59.94
 
     _AV_SETTING_S found;
     memset(&found, 0, sizeof found);
-    ASSERT_EQ(av_search_progInfo(&found, nullptr), 0);
+    IpInputParams ip{};
+    ASSERT_EQ(av_search_progInfo(&found, &ip), 0);
     EXPECT_EQ(std::make_tuple(found.video_pid, found.video_type, found.audio_pid, found.audio_type, found.service_id),
               std::make_tuple(0x100, 5u, 0x101, 4u, 1));
     EXPECT_STREQ(found.service_name, "HD one");

@@ -51,7 +51,8 @@ protected:
     static _AV_SETTING_S FirstProgramme() {
         _AV_SETTING_S s;
         memset(&s, 0, sizeof s);
-        EXPECT_EQ(av_search_progInfo(&s, nullptr), 0);
+        IpInputParams ip{};
+        EXPECT_EQ(av_search_progInfo(&s, &ip), 0);
         return s;
     }
 };

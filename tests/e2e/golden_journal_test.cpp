@@ -1,0 +1,308 @@
+// Golden journal: the real stbavd on the virtual board is taken through a whole
+// session as a host would drive it (bring-up, service selection, manual then
+// automatic output format, captions, audio level and mute, an input format
+// change, a status clear, an upgrade request, tear-down), and every platform
+// call the board saw, arguments included, is compared with
+// tests/e2e/golden/daemon_session.journal.
+//
+// Normalised: time stamps removed; handles named by kind and order of first
+// appearance (<av1>, <vout1>, <window1>, <aout1>, <track1>); the test's temporary
+// folder shown as <tmp>. Left out: the reads whose number depends on timing
+// (av_get_status_info, av_get_stream_info, av_get_config: the status poll and
+// the stream probe run on their own clocks). Calls made on the board's event
+// thread (the format callback and what the daemon does inside it) are listed in
+// a section of their own, in their own order.
+//
+// After an intended change, rewrite the golden file and read its diff:
+//   STBAV_UPDATE_GOLDEN=1 build/dev/tests/e2e/golden_journal_test     (or: make golden)
+#include <gtest/gtest.h>
+#include <signal.h>
+
+#include <fstream>
+#include <functional>
+#include <map>
+#include <iostream>
+#include <regex>
+#include <set>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "output/uhd_vid_format.h"
+#include "tests/e2e/e2e_support.h"
+#include "tests/e2e/host_line.h"
+
+namespace {
+
+enum : unsigned {
+    kReady = 3, kStatusEnable = 4, kSystemUpdate = 6, kStatusClear = 8,
+    kAnalogPort = 18, kAnalogLevel = 20, kOverlayType = 155, kOverlayCcType = 156, kOverlayNtscType = 157,
+    kOverlayDtvType = 158, kVideoCodecType = 242, kAudioCodecType = 243, kPcr = 245, kVideo = 246, kAudio = 247,
+    kServiceName = 249, kServiceNum = 250, kLine21Cc = 254, kFormatMode = 262, kManualFormat = 266,
+};
+
+const char* const kScenario =
+    "service 1 name=\"golden HD\" pcr=0x100\n"
+    "video pid=0x100 codec=h264 width=1920 height=1080 scan=tff fps=25 aspect=16:9\n"
+    "audio pid=0x101 codec=mpeg2 rate=48000 channels=2\n";
+
+const char* const kGoldenHeader =
+    "# Platform calls of one daemon session on the virtual board (tests/e2e/golden_journal_test.cpp).\n"
+    "# Rewrite after an intended change: STBAV_UPDATE_GOLDEN=1 build/dev/tests/e2e/golden_journal_test\n";
+
+const char* const kEventSection = "event thread";
+
+bool UpdateMode() {
+    const char* v = getenv("STBAV_UPDATE_GOLDEN");
+    return v && *v && std::string(v) != "0";
+}
+
+std::string GoldenPath() { return std::string(STBAV_GOLDEN_DIR) + "/daemon_session.journal"; }
+
+// One journal line without its time stamp, handles and temporary folder named.
+class CNormaliser {
+public:
+    explicit CNormaliser(std::string tmp) : m_Tmp(std::move(tmp)) {}
+
+    std::string Line(std::string line) {
+        for (size_t at; (at = line.find(m_Tmp)) != std::string::npos;) line.replace(at, m_Tmp.size(), "<tmp>");
+        static const std::regex handle(R"(0x(a1|b1|b2|c1|c2)[0-9a-f]{4}\b)");
+        std::string out;
+        std::sregex_iterator it(line.begin(), line.end(), handle), end;
+        size_t last = 0;
+        for (; it != end; ++it) {
+            out += line.substr(last, it->position() - last);
+            out += Name(it->str(), it->str(1));
+            last = it->position() + it->length();
+        }
+        return out + line.substr(last);
+    }
+
+private:
+    std::string Name(const std::string& value, const std::string& kind) {
+        static const std::map<std::string, std::string> kKinds = {
+            {"a1", "av"}, {"b1", "vout"}, {"b2", "window"}, {"c1", "aout"}, {"c2", "track"}};
+        auto found = m_Names.find(value);
+        if (found != m_Names.end()) return found->second;
+        const std::string name = "<" + kKinds.at(kind) + std::to_string(++m_Count[kind]) + ">";
+        m_Names[value] = name;
+        return name;
+    }
+
+    std::string m_Tmp;
+    std::map<std::string, std::string> m_Names;
+    std::map<std::string, int> m_Count;
+};
+
+// The journal file split into the calls of the daemon's own threads and those
+// made on the board's event thread, normalised.
+struct Calls {
+    std::vector<std::string> main, events;
+};
+
+Calls ReadCalls(const std::string& journalFile, const std::string& tmp) {
+    static const std::set<std::string> kTimedReads = {"av_get_status_info", "av_get_stream_info", "av_get_config"};
+    static const std::regex inCallback(R"(\) = \S+ in callback)");
+    std::string text;
+    e2e::ReadFile(journalFile, text);
+    Calls calls;
+    CNormaliser norm(tmp);
+    for (const e2e::JournalEntry& e : e2e::ParseJournal(text)) {
+        if (kTimedReads.count(e.name)) continue;
+        std::string line = e.line.compare(0, 8, "stbsim: ") == 0 ? e.line.substr(8) : e.line;
+        line = norm.Line(line.substr(line.find(' ') + 1));
+        const bool event = e.name == "callback" || std::regex_search(line, inCallback);
+        (event ? calls.events : calls.main).push_back(line);
+    }
+    return calls;
+}
+
+// "== NAME" sections of a golden file (comment lines start with '#').
+std::vector<std::pair<std::string, std::vector<std::string>>> ParseGolden(const std::string& text) {
+    std::vector<std::pair<std::string, std::vector<std::string>>> sections;
+    std::istringstream in(text);
+    std::string line;
+    while (std::getline(in, line)) {
+        if (line.empty() || line[0] == '#') continue;
+        if (line.compare(0, 3, "== ") == 0) sections.push_back({line.substr(3), {}});
+        else if (!sections.empty()) sections.back().second.push_back(line);
+    }
+    return sections;
+}
+
+// Lines that differ, for the failure message.
+std::string Diff(const std::string& want, const std::string& got) {
+    std::istringstream a(want), b(got);
+    std::string la, lb, out;
+    int n = 0, shown = 0;
+    while (shown < 12) {
+        const bool ha = static_cast<bool>(std::getline(a, la)), hb = static_cast<bool>(std::getline(b, lb));
+        if (!ha && !hb) break;
+        ++n;
+        if (ha && hb && la == lb) continue;
+        out += "line " + std::to_string(n) + ":\n  golden: " + (ha ? la : "(none)") + "\n  now:    " + (hb ? lb : "(none)") + "\n";
+        ++shown;
+    }
+    return out;
+}
+
+class GoldenJournalTest : public ::testing::Test {
+protected:
+    GoldenJournalTest() {
+        e2e::WriteFile(m_Tmp / "root/vendor/etc/version", "version=golden-1\n");
+        std::string logConfig;
+        e2e::ReadFile(std::string(STBAV_ETC_DIR) + "/tevrin-log4cpp.init", logConfig);
+        e2e::WriteFile(m_Tmp / "root/vendor/etc/tevrin-log4cpp.init", logConfig);
+        e2e::WriteFile(m_Tmp / "input.scn", kScenario);
+        std::string golden;
+        if (!UpdateMode() && e2e::ReadFile(GoldenPath(), golden))
+            for (auto& s : ParseGolden(golden)) m_Golden[s.first] = s.second;
+    }
+    ~GoldenJournalTest() override {
+        int status = 0;
+        if (m_Daemon.Running()) m_Daemon.Stop(SIGKILL, 5000, status);
+    }
+
+    std::string Journal() const { return m_Tmp / "journal.txt"; }
+    std::string Socket() const { return m_Tmp / "board.sock"; }
+
+    void Launch() {
+        ASSERT_TRUE(m_Host.IsOpen());
+        std::vector<std::string> env = e2e::SanitizerEnvironment();
+        env.push_back("STBSIM_STREAM=" + m_Tmp / "input.scn");
+        env.push_back("STBSIM_CONTROL=" + Socket());
+        env.push_back("STBSIM_JOURNAL=" + Journal());
+        ASSERT_TRUE(m_Daemon.Start(STBAVD_PATH, {"-d", m_Host.DeviceName(), "-R", m_Tmp / "root", "-v", "4"}, env,
+                                   m_Tmp / "daemon.out", m_Tmp / "daemon.err"));
+        ASSERT_TRUE(m_Host.WaitForOp(kReady));
+        ASSERT_TRUE(e2e::WaitUntil([&] { return e2e::FileExists(Socket()); }));
+    }
+
+    // Runs one step and waits until its calls are in: as many as the golden file
+    // lists (at most 10 s), or, when rewriting, until none came for 3.5 s.
+    void Step(const std::string& name, const std::function<void()>& act) {
+        const size_t from = ReadCalls(Journal(), m_Tmp.Path()).main.size();
+        act();
+        std::vector<std::string> got;
+        const auto since = [&] {
+            const auto all = ReadCalls(Journal(), m_Tmp.Path()).main;
+            return std::vector<std::string>(all.begin() + std::min(from, all.size()), all.end());
+        };
+        if (UpdateMode()) {
+            uint64_t quietSince = e2e::MonotonicUs();
+            const uint64_t start = quietSince;
+            while (e2e::MonotonicUs() - quietSince < 3500000 && e2e::MonotonicUs() - start < 20000000) {
+                m_Host.Drain(50);
+                const auto now = since();
+                if (now.size() != got.size()) quietSince = e2e::MonotonicUs();
+                got = now;
+            }
+        } else {
+            const auto& want = m_Golden[name];
+            const uint64_t start = e2e::MonotonicUs();
+            do {
+                m_Host.Drain(20);
+                got = since();
+            } while (got.size() < want.size() && e2e::MonotonicUs() - start < 10000000);
+        }
+        m_Sections.push_back({name, got});
+    }
+
+    std::string Text(const std::vector<std::string>& events) const {
+        std::string out = kGoldenHeader;
+        for (const auto& s : m_Sections) {
+            out += "== " + s.first + "\n";
+            for (const auto& l : s.second) out += l + "\n";
+        }
+        out += std::string("== ") + kEventSection + "\n";
+        for (const auto& l : events) out += l + "\n";
+        return out;
+    }
+
+    e2e::TempDir m_Tmp;
+    e2e::HostLine m_Host;
+    e2e::ChildProcess m_Daemon;
+    std::map<std::string, std::vector<std::string>> m_Golden;
+    std::vector<std::pair<std::string, std::vector<std::string>>> m_Sections;
+};
+
+TEST_F(GoldenJournalTest, DaemonSessionMatchesTheGoldenJournal) {
+    std::string golden;
+    ASSERT_TRUE(UpdateMode() || e2e::ReadFile(GoldenPath(), golden))
+        << GoldenPath() << " is missing; write it with STBAV_UPDATE_GOLDEN=1";
+    const uint32_t k1080p50 = UhdVidFormat(1080, 1920, VideoFormatBase::SCAN_TYPE_PROGRESSIVE,
+                                           VideoFormatBase::ASPECT_RATIO_16X9, VideoFormatBase::FRAME_RATE_50).GetId();
+
+    Step("bring-up and status on", [&] {
+        Launch();
+        m_Host.SendU8(kStatusEnable, 1);
+        m_Host.SendApply();
+    });
+    ASSERT_FALSE(HasFailure());
+    Step("service selection", [&] {
+        m_Host.SendU16(kPcr, 0x100);
+        m_Host.SendU16(kVideo, 0x100);
+        m_Host.SendU16(kAudio, 0x101);
+        m_Host.SendU8(kVideoCodecType, 2);
+        m_Host.SendU8(kAudioCodecType, 2);
+        m_Host.SendU16(kServiceNum, 1);
+        m_Host.SendText(kServiceName, "golden HD");
+        m_Host.SendApply();
+    });
+    Step("manual output format 1080p50", [&] {
+        m_Host.SendU8(kFormatMode, 2);
+        m_Host.SendU32(kManualFormat, k1080p50);
+        m_Host.SendApply();
+    });
+    Step("automatic output format", [&] {
+        m_Host.SendU8(kFormatMode, 1);
+        m_Host.SendApply();
+    });
+    Step("line-21 and NTSC overlay captions", [&] {
+        m_Host.SendU8(kLine21Cc, 1);
+        m_Host.SendU8(kOverlayCcType, 1);
+        m_Host.SendU8(kOverlayNtscType, 2);
+        m_Host.SendU8(kOverlayType, 2);
+        m_Host.SendApply();
+    });
+    Step("DTV overlay captions", [&] {
+        m_Host.SendU8(kOverlayCcType, 2);
+        m_Host.SendU8(kOverlayDtvType, 3);
+        m_Host.SendApply();
+    });
+    // The level byte is read with the dictionary's type, so the volume call shows what the daemon makes of it.
+    Step("audio level -20 dB and mute", [&] {
+        m_Host.SendU8(kAnalogLevel, static_cast<unsigned char>(-20));
+        m_Host.SendU8(kAnalogPort, 1);
+        m_Host.SendApply();
+    });
+    Step("input turns 720p50", [&] {
+        ASSERT_EQ("ok\n", e2e::BoardCommand(Socket(), "video width=1280 height=720 scan=progressive fps=50"));
+    });
+    Step("status clear", [&] {
+        m_Host.SendU8(kStatusClear, 1);
+        m_Host.SendApply();
+    });
+    Step("upgrade request", [&] {
+        m_Host.SendU8(kSystemUpdate, 1);
+        m_Host.SendApply();
+    });
+    Step("tear-down", [&] {
+        int status = -1;
+        ASSERT_TRUE(m_Daemon.Stop(SIGTERM, 20000, status));
+        EXPECT_EQ("exit 0", e2e::DescribeStatus(status));
+    });
+
+    std::string stderrText;
+    e2e::ReadFile(m_Tmp / "daemon.err", stderrText);
+    EXPECT_FALSE(e2e::HasSanitizerReport(stderrText)) << stderrText;
+    const std::string now = Text(ReadCalls(Journal(), m_Tmp.Path()).events);
+    if (UpdateMode()) {
+        std::ofstream(GoldenPath()) << now;
+        std::cout << "rewrote " << GoldenPath() << "\n";
+        return;
+    }
+    EXPECT_EQ(golden, now) << "the platform calls differ from " << GoldenPath() << ":\n" << Diff(golden, now);
+}
+
+}  // namespace

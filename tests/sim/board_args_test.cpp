@@ -1,0 +1,122 @@
+// The board refuses what hardware would: each wrong argument fails its call
+// with the code of its kind, and the journal line says why. The calls are the
+// daemon's own with one argument wrong at a time.
+#include <algorithm>
+#include <functional>
+
+#include "tests/sim/sim_fixture.h"
+
+namespace simtest {
+namespace {
+
+int EventSink(uint32_t, _AV_EVENT_E, const void*) { return 0; }
+
+TEST_F(SimTest, WrongArgumentsFailWithTheirCodeAndReason) {
+    const Handles h = BringUp();
+    IpInputParams ip{};
+    uint32_t out = 0;
+    const int kMode = stbsim::kErrBadMode, kRecord = stbsim::kErrBadRecord, kNull = stbsim::kErrNullPointer,
+              kParam = stbsim::kErrInvalidParam;
+    struct Case {
+        const char* what;
+        std::function<int()> call;
+        int code;
+        const char* reason;  // the end of the journal line
+    } const cases[] = {
+        {"system_init mode", [] { return system_init(1); }, kMode, "# mode=1: the board takes 0"},
+        {"player attributes", [&] {
+             AvCreateAttr a{3, 0};
+             return av_create(&out, &a, &ip);
+         }, kRecord, "# attr.source_type=3: the board takes 4"},
+        {"player flags", [&] {
+             AvCreateAttr a{4, 1};
+             return av_create(&out, &a, &ip);
+         }, kRecord, "# attr.flags=1: the board takes 0"},
+        {"player without input", [&] {
+             AvCreateAttr a{4, 0};
+             return av_create(&out, &a, nullptr);
+         }, kNull, "# input=NULL: the board takes not NULL"},
+        {"audio output mode", [&] {
+             OutputOpenAttr a{2, -1, h.av};
+             return aout_open(&out, &a, &ip);
+         }, kRecord, "# attr.mode=2: the board takes 1"},
+        {"video output channel mask", [&] {
+             OutputOpenAttr a{1, 0, h.av};
+             return vout_open_channel(&out, &a, &ip);
+         }, kRecord, "# attr.channel_mask=0: the board takes -1"},
+        {"event class argument", [&] {
+             AvEventConfig c{2, &EventSink, 1};
+             return av_set_event_config(h.av, &c, 1);
+         }, kMode, "# event_class=1: the board takes 2"},
+        {"event class word", [&] {
+             AvEventConfig c{1, &EventSink, 1};
+             return av_set_event_config(h.av, &c, 2);
+         }, kRecord, "# config.event_class=1: the board takes 2"},
+        {"window attach input type", [&] { return vout_window_attach_input(h.window, 1, h.av); }, kMode,
+         "# input_type=1: the board takes 0"},
+        {"track attach input type", [&] { return aout_track_attach_input(h.track, 2, h.av); }, kMode,
+         "# input_type=2: the board takes 0"},
+        {"window create flags", [&] { return vout_window_create(h.vout, &out, 1); }, kMode,
+         "# flags=1: the board takes 0"},
+        {"display get without record", [&] { return vout_display_get(h.vout, nullptr, &ip); }, kNull,
+         "# attr=NULL: the board takes not NULL"},
+        {"display rate", [&] {
+             VoutDisplayAttr a{};
+             a.format = 11;
+             a.rate = 50;
+             return vout_display_set(h.vout, &a, &ip);
+         }, kRecord, "# attr.rate=50: the board takes 1, 2, 4, ... 256"},
+        {"audio init without input", [] {
+             AoutInitInfo info;
+             return aout_init(&info, nullptr);
+         }, kNull, "# input=NULL: the board takes not NULL"},
+        {"reset mode", [&] { return av_reset(h.av, 0); }, kMode, "# mode=0: the board takes 1"},
+        {"settings video type", [&] {
+             _AV_SETTING_S s{};
+             s.video_type = 6;
+             return av_set_config(h.av, &s);
+         }, kRecord, "# settings.video_type=6: the board takes 0, 2, 5, 38, 44"},
+        {"mute device", [&] { return aout_set_mute(h.aout, 2, true); }, kParam, "# device=2: the board takes 1 (analog)"},
+        {"caption init mode", [] {
+             CcInitParam p{1};
+             return cc_init(&p);
+         }, kRecord, "# param.mode=1: the board takes 2"},
+        {"caption window", [] { return cc_set_window(0, 0, 1920, 720); }, kParam, "# width=1920: the board takes 1280"},
+        {"caption digital mode word", [] {
+             CcAttr a{};
+             a.source = 1;
+             a.digital_mode = 2;
+             return cc_setAttr(&a);
+         }, kRecord, "# attr.digital_mode=2: the board takes 3 with source 1"},
+        {"close flags", [&] { return vout_close_channel(h.vout, 1); }, kMode, "# flags=1: the board takes 0"},
+    };
+    for (const Case& c : cases) {
+        stbsim::ClearJournal();
+        EXPECT_EQ(c.code, c.call()) << c.what;
+        const auto j = stbsim::Journal();
+        ASSERT_EQ(1u, j.size()) << c.what;
+        const std::string line = j[0].ToString();
+        EXPECT_EQ(c.reason, line.substr(line.size() - std::min(line.size(), std::string(c.reason).size())))
+            << c.what << ": " << line;
+    }
+    // Nothing of the above changed the board: the display and the player are as they were.
+    const stbsim::BoardState s = stbsim::State();
+    EXPECT_EQ(11u, s.display.attr.format);
+    EXPECT_TRUE(s.player.exists);
+}
+
+TEST_F(SimTest, CaptionCallsNeedACaptionInstance) {
+    BringUp();
+    ASSERT_EQ(cc_stop(), 0);
+    ASSERT_EQ(cc_destroy(), 0);
+    CcAttr a{};
+    EXPECT_EQ(stbsim::kErrBadState, cc_set_window(0, 0, 1280, 720));
+    EXPECT_EQ(stbsim::kErrBadState, cc_start());
+    EXPECT_EQ(stbsim::kErrBadState, cc_getAttr(&a));
+    EXPECT_EQ(stbsim::kErrBadState, cc_send_VBI_enable(true));
+    EXPECT_EQ(stbsim::kErrBadState, cc_show_subtitle_enable(true));
+    EXPECT_EQ(stbsim::kErrBadState, cc_destroy());
+}
+
+}  // namespace
+}  // namespace simtest
