@@ -7,6 +7,7 @@
 #   make demo       the daemon on the virtual board, seen from the host
 #   make upgrade    the upgrade hand-off entry on the virtual board
 #   make bench      build and run the benchmarks (release preset)
+#   make cross-test build for 64-bit and 32-bit ARM and run the tests under qemu-user
 
 DEBS := build-essential cmake ninja-build pkg-config g++ clang \
         libgtest-dev libgmock-dev googletest libbenchmark-dev liblog4cpp5-dev \
@@ -21,6 +22,7 @@ PKG_DEBS := dpkg-dev lintian systemd
 JOBS ?= 2
 
 .PHONY: all deps build test asan-test tsan-test demo bench clean upgrade
+.PHONY: cross-deps cross-build cross-test
 
 all: build
 
@@ -66,6 +68,30 @@ demo: deps build/dev/build.ninja
 # The upgrade hand-off entry on the virtual board; the board's journal shows the call.
 upgrade: build
 	@STBSIM_JOURNAL=1 ./build/dev/control/stbav-upgrade
+
+# ARM builds: Debian's cross compilers, qemu-user to run the tests, and the target
+# libraries (log4cpp, GoogleTest) unpacked from Debian's packages into
+# build/sysroot/<arch> (kept between runs). The virtual board's FFmpeg part and
+# the benchmarks stay out of these builds.
+CROSS_DEBS := g++-aarch64-linux-gnu g++-arm-linux-gnueabihf qemu-user
+CROSS_PRESETS := cross-aarch64 cross-armhf
+
+cross-deps: deps
+	@$(MAKE) --no-print-directory deps DEBS="$(CROSS_DEBS)"
+
+build/sysroot/%/.complete: scripts/make-sysroot.sh | cross-deps
+	@scripts/make-sysroot.sh $* build/sysroot/$*
+
+cross-build: cross-deps build/sysroot/arm64/.complete build/sysroot/armhf/.complete
+	@for p in $(CROSS_PRESETS); do \
+	  cmake --preset $$p >/dev/null && cmake --build --preset $$p -j $(JOBS) || exit 1; \
+	done
+
+cross-test: cross-build
+	@failed=""; for p in $(CROSS_PRESETS); do \
+	  echo "== $$p: tests under qemu-user"; ctest --preset $$p || failed="$$failed $$p"; \
+	done; \
+	if [ -n "$$failed" ]; then echo "cross-test failed:$$failed"; exit 1; fi
 
 clean:
 	rm -rf build

@@ -12,6 +12,7 @@
 #include <log4cpp/Category.hh>
 
 #include "control/process_entry.h"
+#include "tests/support/child_launcher.h"
 
 namespace {
 
@@ -63,7 +64,7 @@ TEST(InitDebugLog, ConfiguresLog4cppFromTheFileOrReportsWhyNot) {
 // Runs the upgrade entry with the given arguments; its standard output and exit status.
 std::string RunUpgradeEntry(const std::string& args, int& status) {
     std::string output;
-    FILE* child = popen((std::string(UPGRADE_ENTRY) + " " + args).c_str(), "r");
+    FILE* child = popen((stbav_test::ChildLauncherPrefix() + UPGRADE_ENTRY + " " + args).c_str(), "r");
     if (!child) return output;
     char buf[256];
     size_t n;

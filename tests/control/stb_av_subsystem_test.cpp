@@ -369,7 +369,8 @@ TEST_F(SubsystemTest, DestructionWhileReceivingAndReportingIsQuickAndLeavesNoThr
     const auto ms = std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start);
     std::cout << "[ measure ] subsystem destruction took " << ms.count() << " ms" << std::endl;
     EXPECT_LT(ms.count(), 1000);
-    EXPECT_EQ(ThreadCount(), threadsBefore);
+    // Joined threads can still show in /proc for a moment.
+    EXPECT_TRUE(WaitUntil([&] { return ThreadCount() == threadsBefore; })) << ThreadCount() << " threads left";
 }
 
 TEST_F(SubsystemTest, SambaCheckWithoutSmbdIsFalseAndRemovesItsFlagFile) {

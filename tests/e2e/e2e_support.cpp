@@ -22,6 +22,8 @@
 #include <sstream>
 #include <thread>
 
+#include "tests/support/child_launcher.h"
+
 extern char** environ;
 
 namespace e2e {
@@ -183,7 +185,9 @@ ChildProcess::~ChildProcess() {
 bool ChildProcess::Start(const std::string& program, const std::vector<std::string>& args,
                          const std::vector<std::string>& env, const std::string& stdoutFile,
                          const std::string& stderrFile) {
-    std::vector<std::string> argv = {program};
+    // In a cross build the child runs under the same emulator as the test.
+    std::vector<std::string> argv = stbav_test::ChildLauncher();
+    argv.push_back(program);
     argv.insert(argv.end(), args.begin(), args.end());
     std::vector<std::string> envp = MergeEnvironment(env);
     std::vector<char*> argvp = Pointers(argv);
@@ -195,7 +199,7 @@ bool ChildProcess::Start(const std::string& program, const std::vector<std::stri
     posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, stdoutFile.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
     posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, stderrFile.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
     pid_t pid = -1;
-    const int r = posix_spawn(&pid, program.c_str(), &actions, nullptr, argvp.data(), envpp.data());
+    const int r = posix_spawn(&pid, argv[0].c_str(), &actions, nullptr, argvp.data(), envpp.data());
     posix_spawn_file_actions_destroy(&actions);
     if (r != 0) return false;
     m_Pid = pid;
