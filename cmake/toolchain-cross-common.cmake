@@ -48,5 +48,8 @@ endforeach()
 # the sysroot's are found through the binaries' build RPATH.
 find_program(STBAV_QEMU qemu-${STBAV_QEMU_CPU} PATHS /usr/bin NO_CMAKE_FIND_ROOT_PATH)
 if(STBAV_QEMU)
-  set(CMAKE_CROSSCOMPILING_EMULATOR "${STBAV_QEMU};-L;${STBAV_TARGET_RUNTIME}")
+  # The sysroot's libraries that the build's own are linked against come by
+  # RUNPATH; what those libraries need in turn (libbsd under libedit, ...) by
+  # the guest's LD_LIBRARY_PATH.
+  set(CMAKE_CROSSCOMPILING_EMULATOR "${STBAV_QEMU};-L;${STBAV_TARGET_RUNTIME};-E;LD_LIBRARY_PATH=${STBAV_SYSROOT}/usr/lib/${STBAV_TRIPLET}")
 endif()

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # make-sysroot.sh ARCH DIR: the target libraries a cross build needs (log4cpp,
-# GoogleTest, GoogleMock) unpacked from Debian's packages for ARCH (arm64 or
+# GoogleTest, GoogleMock, nlohmann-json, libedit, ncurses, libpcap) unpacked from Debian's packages for ARCH (arm64 or
 # armhf) into DIR. The C and C++ runtimes come with Debian's cross compilers
 # (/usr/<triplet>), so DIR holds only what those lack.
 #
@@ -12,7 +12,10 @@ set -euo pipefail
 
 arch=${1:?usage: make-sysroot.sh arm64|armhf DIR}
 dir=${2:?usage: make-sysroot.sh arm64|armhf DIR}
-packages=(liblog4cpp5-dev liblog4cpp5v5 libgtest-dev libgmock-dev)
+packages=(liblog4cpp5-dev liblog4cpp5v5 libgtest-dev libgmock-dev nlohmann-json3-dev
+          # avhost: line editing, the live view, pcap captures, and what their libraries need at run time
+          libedit-dev libedit2 libbsd0 libmd0 libncurses-dev libncurses6 libncursesw6 libtinfo6
+          libpcap0.8-dev libpcap0.8 libdbus-1-dev libdbus-1-3 libsystemd0 libcap2 libgcrypt20 libgpg-error0 liblz4-1 liblzma5 libzstd1)
 
 case "$arch" in
   arm64) triplet=aarch64-linux-gnu ;;
@@ -57,6 +60,15 @@ fi
 for deb in "$state/debs"/*.deb; do
   dpkg -x "$deb" "$dir"
 done
+
+# Some libraries unpack into /lib/<triplet> (ncurses, dbus, ...): merge them into
+# /usr/lib/<triplet>, as a merged-/usr system has them, so that the linker's
+# search path and the run-time library path need only the one folder.
+if [ -d "$dir/lib/$triplet" ]; then
+  mkdir -p "$dir/usr/lib/$triplet"
+  cp -a "$dir/lib/$triplet/." "$dir/usr/lib/$triplet/"
+  rm -rf "$dir/lib/$triplet"
+fi
 
 # Debian's .so links are absolute or relative inside /usr/lib/<triplet>; make the
 # absolute ones point into the sysroot.

@@ -188,6 +188,9 @@ TEST(AvhostProcess, MonitorPrintsJsonAndCapturesUntilTerminated) {
 // A reader that goes away ends the monitor at once and cleanly, even while the
 // line is quiet (nothing more to write that could fail).
 TEST(AvhostProcess, MonitorEndsWhenItsReaderGoesAway) {
+#ifdef STBAV_CHILD_LAUNCHER
+    GTEST_SKIP() << "starts a program of the build machine (tmux, bash), which the emulator cannot run";
+#endif
     ChildProcess shell({"/bin/bash", "-c",
                         std::string(AVHOST_BINARY) + " monitor --pty --json | head -n 1; echo \"status ${PIPESTATUS[0]}\""});
     EXPECT_EQ(shell.Wait(), 0);
