@@ -351,7 +351,10 @@ TEST_F(DaemonTest, CommandLineAndFailedStarts) {
         {{"-v"}, false, "", "exit 2", "-v needs a value"},
         {{"-U", "-P", "0"}, false, "", "exit 2", "bad value '0' for -P"},
         {{"extra"}, false, "", "exit 2", "morlin usage:"},
-        {{"-d", "/nonexistent/ttyS9"}, false, "", "exit 1", "cannot open the serial device /nonexistent/ttyS9"},
+        {{"-d", "/nonexistent/ttyS9", "-R", m_Tmp / "root"}, false, "", "exit 1",
+         "stbavd: cannot open the serial device /nonexistent/ttyS9: No such file or directory\n"},
+        {{"-d", "/dev/null", "-R", m_Tmp / "root"}, false, "", "exit 1",
+         "stbavd: cannot open the serial device /dev/null: not a terminal (a serial line is needed)\n"},
         {{"-c", "/nonexistent/log.init"}, true, m_Tmp / "broken.scn", "exit 1",
          "system_init failed: 0x80a10004."},
     };
@@ -374,6 +377,145 @@ TEST_F(DaemonTest, CommandLineAndFailedStarts) {
     EXPECT_NE(std::string::npos,
               Stdout().find("ERROR: Failed to initialize the debug logger with config file, /nonexistent/log.init"));
     EXPECT_FALSE(e2e::FileExists(Root("/data/var/run/tevrin.pid")));
+}
+
+// One stray end marker puts the receiver out of step: the host's next frames are
+// lost, the daemon says so once with what to do, and a frame that starts with two
+// start markers gets through again (with a notice). SIGUSR1 logs the counters.
+TEST_F(DaemonTest, OutOfStepWarningAndRecoveryWithADoubledStartMarker) {
+    StartDaemon();
+    EnableStatus();
+    SelectService();  // 10 frames
+    ASSERT_TRUE(m_Host.WaitForValue(kVideoWidth, 1920)) << StderrTail();
+    const auto sendFormat = [&] {
+        m_Host.SendU8(kFormatMode, 2);
+        m_Host.SendU32(kManualFormat, Format1080p50());
+        m_Host.SendApply();
+    };
+    const std::string warning =
+        "stbav.uartadapter: UartRecv: out of step with the host: an end marker came outside a frame, so every start "
+        "marker now closes an empty frame and the operation after it is lost; the host should start each frame "
+        "with two start markers (0F 0F) to get back in step\n";
+    ASSERT_TRUE(m_Host.SendRaw({0x10}));
+    sendFormat();
+    sendFormat();
+    ASSERT_TRUE(e2e::WaitUntil([&] { return Stderr().find(warning) != std::string::npos; })) << StderrTail();
+    EXPECT_NE(kDisplay1080p, State().Num("display.format"));
+
+    ASSERT_TRUE(m_Host.SendRaw({0x0F}));
+    sendFormat();
+    EXPECT_TRUE(DisplayIs(kDisplay1080p, kRate50)) << StderrTail();
+    ASSERT_TRUE(e2e::WaitUntil([&] {
+        return Stderr().find("stbav.uartadapter: UartRecv: back in step with the host after 7 empty frames\n") !=
+               std::string::npos;
+    })) << StderrTail();
+    std::string err = Stderr();
+    EXPECT_EQ(err.find(warning), err.rfind(warning)) << "one warning per episode";
+
+    ::kill(m_Daemon.Pid(), SIGUSR1);
+    EXPECT_TRUE(e2e::WaitUntil([&] {
+        return Stderr().find("UartRecv: frames received=20 decoded=13 failed=7\n") != std::string::npos;
+    })) << StderrTail();
+}
+
+// Megabytes of bytes that never end a frame: one line, the daemon's memory stays
+// flat, and the next frame after the flood's end marker is applied.
+TEST_F(DaemonTest, FloodWithoutEndMarkerIsDroppedAndTheNextApplyWorks) {
+    StartDaemon();
+    EnableStatus();
+    SelectService();
+    ASSERT_TRUE(m_Host.WaitForValue(kVideoWidth, 1920)) << StderrTail();
+    std::vector<unsigned char> flood(16 * 1024 * 1024);
+    std::mt19937 random(13);
+    for (unsigned char& b : flood) b = static_cast<unsigned char>(random() % 0xF0 + 0x14);  // no marker, no escape
+    flood.front() = 0x0F;
+    flood.back() = 0x10;
+    ASSERT_TRUE(m_Host.SendRaw(flood));
+    m_Host.SendU8(kFormatMode, 2);
+    m_Host.SendU32(kManualFormat, Format1080p50());
+    m_Host.SendApply();
+    EXPECT_TRUE(DisplayIs(kDisplay1080p, kRate50)) << StderrTail();
+    const std::string dropped =
+        "UartRecv: frame longer than 1030 bytes dropped; its bytes are skipped up to its end marker\n";
+    const std::string err = Stderr();
+    EXPECT_NE(std::string::npos, err.find(dropped));
+    EXPECT_EQ(err.find(dropped), err.rfind(dropped));
+}
+
+// One daemon per root and per line: a second one on the same root names the
+// first's pid; one on another root but the same line names the busy device;
+// the first keeps its pid file and its line, and still applies.
+TEST_F(DaemonTest, SecondDaemonOnTheSameRootOrLineIsRefused) {
+    StartDaemon();
+    EnableStatus();
+    SelectService();
+    ASSERT_TRUE(m_Host.WaitForValue(kVideoWidth, 1920)) << StderrTail();
+    e2e::HostLine otherLine;
+    ASSERT_TRUE(otherLine.IsOpen());
+    struct Case {
+        std::vector<std::string> args;
+        std::string stderrHas;
+    } const cases[] = {
+        {{"-d", otherLine.DeviceName(), "-R", m_Tmp / "root"},
+         "stbavd: already running (pid " + std::to_string(m_Daemon.Pid()) + ")"},
+        {{"-d", m_Host.DeviceName(), "-R", m_Tmp / "root2"},
+         "stbavd: cannot open the serial device " + m_Host.DeviceName() +
+             ": in use by another program (a serial line has one user at a time)\n"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.args[3]);
+        e2e::ChildProcess second;
+        ASSERT_TRUE(second.Start(STBAVD_PATH, c.args, SanitizerEnvironment(), m_Tmp / "second.out",
+                                 m_Tmp / "second.err"));
+        int status = -1;
+        ASSERT_TRUE(second.Wait(20000, status));
+        std::string err;
+        e2e::ReadFile(m_Tmp / "second.err", err);
+        EXPECT_EQ("exit 1", e2e::DescribeStatus(status)) << err;
+        EXPECT_NE(std::string::npos, err.find(c.stderrHas)) << err;
+    }
+    std::string pid;
+    ASSERT_TRUE(e2e::ReadFile(Root("/data/var/run/tevrin.pid"), pid));
+    EXPECT_EQ(std::to_string(m_Daemon.Pid()) + "\n", pid);
+#ifdef AVHOST_PATH
+    e2e::ChildProcess avhost;
+    ASSERT_TRUE(avhost.Start(AVHOST_PATH, {"raw", "-d", m_Host.DeviceName(), "10"}, SanitizerEnvironment(),
+                             m_Tmp / "avhost.out", m_Tmp / "avhost.err"));
+    int status = -1;
+    ASSERT_TRUE(avhost.Wait(20000, status));
+    std::string err;
+    e2e::ReadFile(m_Tmp / "avhost.err", err);
+    EXPECT_EQ("exit 1", e2e::DescribeStatus(status)) << err;
+    EXPECT_NE(std::string::npos, err.find(m_Host.DeviceName() + ": in use by another program")) << err;
+#endif
+    m_Host.SendU8(kFormatMode, 2);
+    m_Host.SendU32(kManualFormat, Format1080p50());
+    m_Host.SendApply();
+    EXPECT_TRUE(DisplayIs(kDisplay1080p, kRate50)) << StderrTail();
+}
+
+// SIGHUP reads the log configuration again and the daemon goes on: after the
+// file was changed to log into a file, the lines go there.
+TEST_F(DaemonTest, SighupReadsTheLogConfigurationAgain) {
+    StartDaemon();
+    const std::string logFile = m_Tmp / "daemon.log";
+    ASSERT_TRUE(e2e::WriteFile(Root("/vendor/etc/tevrin-log4cpp.init"),
+                               "appender root pattern file " + logFile + " %p %c: %m%n\n"));
+    ::kill(m_Daemon.Pid(), SIGHUP);
+    std::string log;
+    ASSERT_TRUE(e2e::WaitUntil([&] {
+        return e2e::ReadFile(logFile, log) && log.find("NOTICE stbav.daemon: signal 1: log configuration " +
+                                                       Root("/vendor/etc/tevrin-log4cpp.init") + " read again\n") !=
+                                                  std::string::npos;
+    })) << StderrTail();
+    ::kill(m_Daemon.Pid(), SIGUSR1);
+    EXPECT_TRUE(e2e::WaitUntil([&] {
+        return e2e::ReadFile(logFile, log) && log.find("NOTICE stbav.uartadapter: UartRecv: frames received=") !=
+                                                  std::string::npos;
+    })) << log;
+    EXPECT_TRUE(m_Daemon.Running());
+    EnableStatus();
+    EXPECT_TRUE(m_Host.WaitForOp(kHeartBeat)) << StderrTail();
 }
 
 }  // namespace
