@@ -7,13 +7,16 @@
 #   make demo       the daemon on the virtual board, seen from the host
 #   make upgrade    the upgrade hand-off entry on the virtual board
 #   make bench      build and run the benchmarks (release preset)
+#   make fuzz       build the fuzz targets (clang) and run each FUZZ_SECONDS (default 60)
 
 DEBS := build-essential cmake ninja-build pkg-config g++ clang \
         libgtest-dev libgmock-dev googletest libbenchmark-dev liblog4cpp5-dev \
         libavformat-dev libavcodec-dev libavutil-dev ffmpeg socat
 JOBS ?= 2
+FUZZ_SECONDS ?= 60
+FUZZ_TARGETS := fuzz_serial_receive fuzz_op_array fuzz_board_commands fuzz_host_tool
 
-.PHONY: all deps build test asan-test tsan-test demo bench clean upgrade
+.PHONY: all deps build test asan-test tsan-test demo bench clean upgrade fuzz
 
 all: build
 
@@ -56,6 +59,12 @@ demo: build
 # The upgrade hand-off entry on the virtual board; the board's journal shows the call.
 upgrade: build
 	@STBSIM_JOURNAL=1 ./build/dev/control/stbav-upgrade
+
+# libFuzzer over the serial receive path, the op image, the board's parsers and
+# avhost's parsers; fails on any finding (see fuzz/run.sh).
+fuzz: deps build/fuzz/build.ninja
+	@cmake --build --preset fuzz -j $(JOBS) --target $(FUZZ_TARGETS)
+	@fuzz/run.sh build/fuzz $(FUZZ_SECONDS) $(FUZZ_TARGETS)
 
 clean:
 	rm -rf build
