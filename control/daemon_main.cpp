@@ -25,6 +25,10 @@
 #include "toolkit/kt_rs232.h"
 #include "toolkit/log.h"
 
+#ifndef STBAVD_VERSION
+#define STBAVD_VERSION "unknown"
+#endif
+
 namespace {
 
 // -h and bad options end here: the exit status, or -1 to go on.
@@ -32,6 +36,10 @@ int ReadCommandLine(int argc, char** argv, DaemonOptions& options) {
     std::string error;
     const DaemonCommand command = ParseDaemonOptions(argc, argv, options, error);
     if (command == DaemonCommand::kRun) return -1;
+    if (command == DaemonCommand::kVersion) {
+        std::printf("stbavd %s\n", STBAVD_VERSION);
+        return 0;
+    }
     if (command == DaemonCommand::kUsageError) std::fprintf(stderr, "stbavd: %s\n", error.c_str());
     PrintUsage();
     PrintDaemonOptionsUsage();
@@ -100,7 +108,7 @@ void ServeUntilStopped(DaemonPlatform& platform, const DaemonOptions& options, c
     if (options.uploadReceiver) {
         // Under a fresh -R root the package's folder does not exist yet.
         MakeParentFolders(stbav::paths::Resolve(stbav::paths::kUpgradePackage));
-        receiver.reset(new StbReceiveUpgradeFile(options.uploadPort));
+        receiver.reset(new StbReceiveUpgradeFile(options.uploadAddress, options.uploadPort));
     }
     stbav::LogNotice(log, "running on %s", options.serialDevice.c_str());
     const int sig = ServeSignals(stopSignals, options, subsystem);

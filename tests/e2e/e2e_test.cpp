@@ -344,11 +344,16 @@ TEST_F(DaemonTest, CommandLineAndFailedStarts) {
         std::string stream;
         std::string status;
         std::string stderrHas;
+        std::string stdoutStarts = "";
     } const cases[] = {
         {{"-h"}, false, "", "exit 0", "morlin usage:\n  -h     show usage\n  -v n   logging level\n"},
         {{"-x"}, false, "", "exit 2", "morlin usage:"},
         {{"-v", "5"}, false, "", "exit 2", "bad value '5' for -v"},
         {{"-v"}, false, "", "exit 2", "-v needs a value"},
+        {{"--log-level=5"}, false, "", "exit 2", "bad value '5' for -v"},
+        {{"--bogus"}, false, "", "exit 2", "stbavd: unknown option '--bogus'\nmorlin usage:"},
+        {{"-hU"}, false, "", "exit 0", "morlin usage:"},
+        {{"--version"}, false, "", "exit 0", "", "stbavd "},
         {{"-U", "-P", "0"}, false, "", "exit 2", "bad value '0' for -P"},
         {{"extra"}, false, "", "exit 2", "morlin usage:"},
         {{"-d", "/nonexistent/ttyS9", "-R", m_Tmp / "root"}, false, "", "exit 1",
@@ -370,6 +375,7 @@ TEST_F(DaemonTest, CommandLineAndFailedStarts) {
         ASSERT_TRUE(m_Daemon.Wait(20000, status));
         EXPECT_EQ(c.status, e2e::DescribeStatus(status)) << StderrTail();
         EXPECT_NE(std::string::npos, Stderr().find(c.stderrHas)) << StderrTail();
+        EXPECT_EQ(0u, Stdout().find(c.stdoutStarts)) << Stdout();
         EXPECT_FALSE(HasSanitizerReport(Stderr())) << StderrTail();
     }
     // The failed bring-up: a clear line, no pid file left.
@@ -455,6 +461,7 @@ TEST_F(DaemonTest, SecondDaemonOnTheSameRootOrLineIsRefused) {
     struct Case {
         std::vector<std::string> args;
         std::string stderrHas;
+        std::string stdoutStarts = "";
     } const cases[] = {
         {{"-d", otherLine.DeviceName(), "-R", m_Tmp / "root"},
          "stbavd: already running (pid " + std::to_string(m_Daemon.Pid()) + ")"},
@@ -492,6 +499,20 @@ TEST_F(DaemonTest, SecondDaemonOnTheSameRootOrLineIsRefused) {
     m_Host.SendU32(kManualFormat, Format1080p50());
     m_Host.SendApply();
     EXPECT_TRUE(DisplayIs(kDisplay1080p, kRate50)) << StderrTail();
+}
+
+// -U with an address: the receiver listens on that address only.
+TEST_F(DaemonTest, UploadReceiverOnTheLoopbackAddressOnly) {
+    const uint16_t port = e2e::FreeTcpPort();
+    ASSERT_NE(0, port);
+    StartDaemon({"--upload=127.0.0.1", "--upload-port=" + std::to_string(port)});
+    char listening[64];
+    std::snprintf(listening, sizeof listening, ": 0100007F:%04X 00000000:0000 0A ", port);  // 0A: LISTEN
+    std::string tcp;
+    EXPECT_TRUE(e2e::WaitUntil([&] {
+        return e2e::ReadFile("/proc/net/tcp", tcp) && tcp.find(listening) != std::string::npos;
+    })) << tcp;
+    EXPECT_TRUE(e2e::UploadTcp(port, "package"));
 }
 
 // SIGHUP reads the log configuration again and the daemon goes on: after the
