@@ -539,4 +539,121 @@ TEST_F(DaemonTest, SighupReadsTheLogConfigurationAgain) {
     EXPECT_TRUE(m_Host.WaitForOp(kHeartBeat)) << StderrTail();
 }
 
+// Every platform function, through the board's "fail" command. Those the daemon
+// calls while it runs fail once and then on every call while the host enables
+// status, selects a service and changes the output format: the daemon stays up,
+// and once the fault is lifted the next apply reaches the board. Heartbeats keep
+// their 2 s pace throughout. Those called only at bring-up (or on a change of
+// the input's format, which this input has not) are not called while running (a fault there ends the start with 1, as the failed-start test shows
+// for system_init); those of the tear-down all fail for good at the end, and
+// SIGTERM still ends the daemon with 0.
+TEST_F(DaemonTest, FaultSweepEveryPlatformFunction) {
+    enum Phase { kRunning, kBringUp, kTearDown };
+    const struct {
+        const char* function;
+        Phase phase;
+    } rows[] = {
+        {"av_set_config", kRunning},       {"av_get_config", kRunning},       {"av_stop", kRunning},
+        {"av_start_video", kRunning},      {"av_start_audio", kRunning},      {"av_get_status_info", kRunning},
+        {"av_get_stream_info", kRunning},  {"vout_display_get", kRunning},    {"vout_display_set", kRunning},
+        {"system_init", kBringUp},         {"av_init", kBringUp},             {"av_create", kBringUp},
+        {"av_prepare", kBringUp},          {"av_set_event_config", kBringUp}, {"av_search_progInfo", kBringUp},
+        {"av_stop_video", kBringUp},       {"av_reset", kBringUp},            {"system_upgrade", kBringUp},
+        {"vout_init", kBringUp},           {"vout_open_channel", kBringUp},   {"vout_window_create", kBringUp},
+        {"vout_window_attach_input", kBringUp}, {"aout_init", kBringUp},      {"aout_open", kBringUp},
+        {"aout_set_volume", kBringUp},     {"aout_set_mute", kBringUp},       {"aout_track_create", kBringUp},
+        {"aout_track_attach_input", kBringUp}, {"cc_init", kBringUp},         {"cc_creat", kBringUp},
+        {"cc_set_window", kBringUp},       {"cc_start", kBringUp},            {"cc_getAttr", kBringUp},
+        {"cc_setAttr", kBringUp},          {"vout_window_open", kBringUp},          {"cc_send_VBI_enable", kBringUp},  {"cc_show_subtitle_enable", kBringUp},
+        {"system_deinit", kTearDown},      {"av_destory", kTearDown},         {"av_deinit", kTearDown},
+        {"vout_deinit", kTearDown},        {"vout_close_channel", kTearDown}, {"vout_window_destroy", kTearDown},
+        {"vout_window_detach_input", kTearDown}, {"vout_window_close", kTearDown}, {"aout_deinit", kTearDown},
+        {"aout_close", kTearDown},         {"aout_track_destroy", kTearDown}, {"aout_track_detach_input", kTearDown},
+        {"cc_deinit", kTearDown},          {"cc_destroy", kTearDown},         {"cc_stop", kTearDown},
+    };
+    const uint32_t formats[2] = {
+        Format1080p50(), UhdVidFormat(720, 1280, VideoFormatBase::SCAN_TYPE_PROGRESSIVE,
+                                      VideoFormatBase::ASPECT_RATIO_16X9, VideoFormatBase::FRAME_RATE_50).GetId()};
+    const long long displays[2] = {kDisplay1080p, kDisplay720p};
+    int turn = 0;
+    const auto hostWorks = [&] {
+        EnableStatus();
+        // Services 1 and 2 in turn, so that each apply restarts the player.
+        const unsigned service = 1 + turn % 2;
+        m_Host.SendU16(kPcr, service << 8);
+        m_Host.SendU16(kVideo, service << 8);
+        m_Host.SendU16(kAudio, (service << 8) + 1);
+        m_Host.SendU8(kVideoCodecType, 2);
+        m_Host.SendU8(kAudioCodecType, 2);
+        m_Host.SendU16(kServiceNum, service);
+        m_Host.SendText(kServiceName, service == 1 ? "e2e HD" : "e2e SD");
+        m_Host.SendU8(kFormatMode, 2);
+        m_Host.SendU32(kManualFormat, formats[++turn % 2]);
+        m_Host.SendApply();
+    };
+    const auto fail = [&](const std::string& fn, const char* count) {
+        return e2e::BoardCommand(Socket(), "fail " + fn + " 0x80a100ff " + count) == "ok\n";
+    };
+    // Calls of fn still to fail, -1 when none; reads the line meanwhile, so that
+    // heartbeats carry the time they came.
+    const auto remaining = [&](const std::string& fn) {
+        m_Host.Drain(5);
+        const FlatJson state = State();
+        for (int i = 0; state.Has("faults." + std::to_string(i) + ".function"); ++i)
+            if (state.Get("faults." + std::to_string(i) + ".function") == fn)
+                return state.Num("faults." + std::to_string(i) + ".remaining");
+        return -1LL;
+    };
+    const auto alive = [&] {
+        int status = 0;
+        return !m_Daemon.Wait(0, status);
+    };
+
+    StartDaemon();
+    EnableStatus();
+    ASSERT_TRUE(m_Host.WaitForOp(kHeartBeat)) << StderrTail();
+    for (const auto& row : rows) {
+        if (row.phase != kRunning) continue;
+        const std::string fn = row.function;
+        SCOPED_TRACE(fn);
+        ASSERT_TRUE(fail(fn, "1"));
+        hostWorks();
+        EXPECT_TRUE(e2e::WaitUntil([&] { return remaining(fn) == -1; })) << "the daemon never called it";
+        ASSERT_TRUE(fail(fn, "1000000"));
+        hostWorks();
+        EXPECT_TRUE(e2e::WaitUntil([&] { return remaining(fn) < 1000000; })) << "not called while failing for good";
+        ASSERT_TRUE(alive()) << StderrTail();
+        ASSERT_TRUE(fail(fn, "0"));
+        hostWorks();
+        EXPECT_TRUE(e2e::WaitUntil([&] { return remaining(fn) == -1 && State().Num("display.format") ==
+                                                                            displays[turn % 2]; }))
+            << StderrTail();
+    }
+    // Faults on functions that only bring-up calls stay pending while the host works.
+    for (const auto& row : rows)
+        if (row.phase == kBringUp) ASSERT_TRUE(fail(row.function, "1"));
+    hostWorks();
+    EXPECT_TRUE(e2e::WaitUntil([&] { return remaining("av_get_config") == -1 && State().Num("display.format") ==
+                                                                                   displays[turn % 2]; }));
+    ASSERT_TRUE(alive()) << StderrTail();
+
+    uint64_t previous = 0, longest = 0;
+    size_t beats = 0;
+    for (const HostOp& op : m_Host.Received()) {
+        if (op.opId != kHeartBeat) continue;
+        if (previous != 0) longest = std::max<uint64_t>(longest, op.monoUs - previous);
+        previous = op.monoUs;
+        ++beats;
+    }
+    RecordProperty("heartbeats", std::to_string(beats));
+    RecordProperty("longest_heartbeat_gap_ms", std::to_string(longest / 1000));
+    std::printf("%zu heartbeats, longest gap %llu ms\n", beats, static_cast<unsigned long long>(longest / 1000));
+    EXPECT_GE(beats, 3u);
+    EXPECT_LT(longest, 2600000u) << "heartbeats stalled";
+
+    for (const auto& row : rows)
+        if (row.phase == kTearDown) ASSERT_TRUE(fail(row.function, "1000000"));
+    StopCleanly();
+}
+
 }  // namespace
