@@ -8,15 +8,17 @@
 #   make upgrade    the upgrade hand-off entry on the virtual board
 #   make bench      build and run the benchmarks (release preset)
 #   make fuzz       build the fuzz targets (clang) and run each FUZZ_SECONDS (default 60)
+#   make soak       the daemon for SOAK_MINUTES (default 10) under line-rate traffic, garbage and faults
 
 DEBS := build-essential cmake ninja-build pkg-config g++ clang \
         libgtest-dev libgmock-dev googletest libbenchmark-dev liblog4cpp5-dev \
         libavformat-dev libavcodec-dev libavutil-dev ffmpeg socat
 JOBS ?= 2
 FUZZ_SECONDS ?= 60
+SOAK_MINUTES ?= 10
 FUZZ_TARGETS := fuzz_serial_receive fuzz_op_array fuzz_board_commands fuzz_host_tool
 
-.PHONY: all deps build test asan-test tsan-test demo bench clean upgrade fuzz
+.PHONY: all deps build test asan-test tsan-test demo bench clean upgrade fuzz soak
 
 all: build
 
@@ -65,6 +67,11 @@ upgrade: build
 fuzz: deps build/fuzz/build.ninja
 	@cmake --build --preset fuzz -j $(JOBS) --target $(FUZZ_TARGETS)
 	@fuzz/run.sh build/fuzz $(FUZZ_SECONDS) $(FUZZ_TARGETS)
+
+# Not part of CI: a flood of 100 MiB, then SOAK_MINUTES of traffic (bench/soak_daemon.cpp).
+soak: deps build/release/build.ninja
+	@cmake --build --preset release -j $(JOBS) --target soak_daemon
+	@./build/release/bench/soak_daemon --minutes $(SOAK_MINUTES)
 
 clean:
 	rm -rf build
