@@ -516,7 +516,7 @@ TEST_F(DaemonTest, UploadReceiverOnTheLoopbackAddressOnly) {
 }
 
 // SIGHUP reads the log configuration again and the daemon goes on: after the
-// file was changed to log into a file, the lines go there.
+// file was changed to log into a file, the lines go there. SIGINT then stops it.
 TEST_F(DaemonTest, SighupReadsTheLogConfigurationAgain) {
     StartDaemon();
     const std::string logFile = m_Tmp / "daemon.log";
@@ -534,9 +534,15 @@ TEST_F(DaemonTest, SighupReadsTheLogConfigurationAgain) {
         return e2e::ReadFile(logFile, log) && log.find("NOTICE stbav.uartadapter: UartRecv: frames received=") !=
                                                   std::string::npos;
     })) << log;
-    EXPECT_TRUE(m_Daemon.Running());
     EnableStatus();
     EXPECT_TRUE(m_Host.WaitForOp(kHeartBeat)) << StderrTail();
+
+    // SIGINT stops as SIGTERM does: nothing left behind.
+    int status = -1;
+    ASSERT_TRUE(m_Daemon.Stop(SIGINT, 20000, status)) << StderrTail();
+    EXPECT_EQ("exit 0", e2e::DescribeStatus(status)) << StderrTail();
+    EXPECT_FALSE(e2e::FileExists(Root("/data/var/run/tevrin.pid")));
+    EXPECT_FALSE(e2e::FileExists(Socket()));
 }
 
 // Every platform function, through the board's "fail" command. Those the daemon
