@@ -22,7 +22,6 @@ constexpr std::size_t kMaxQueued = 64 * 1024;
 constexpr std::size_t kPopBatch = 4096;
 constexpr auto kCounterReportPeriod = std::chrono::seconds(60);
 
-log4cpp::Category& Log() { return stbav::Logger("stbav.uartadapter"); }
 
 const char* const kPortNames[] = {
     nullptr,         "/dev/ttyPS0",  "/dev/ttyPS1",  "/dev/ttyPS2",  "/dev/ttyPS3", "/dev/ttyUL0",
@@ -37,10 +36,13 @@ const char* const CUartAdapter::kOutOfStepWarning =
     "empty frame and the operation after it is lost; the host should start each frame with two start markers "
     "(0F 0F) to get back in step";
 
-CUartAdapter::CUartAdapter(UartPort_e p, BaudRate_e rate) : uartPort(p), baudRate(rate) { OpenUartPort(); }
+CUartAdapter::CUartAdapter(UartPort_e p, BaudRate_e rate)
+    : m_Log(stbav::Logger("stbav.uartadapter")), uartPort(p), baudRate(rate) {
+    OpenUartPort();
+}
 
 CUartAdapter::CUartAdapter(const std::string& deviceName)
-    : uartPort(PORT_NAMED), baudRate(BAUD_115200), portName(deviceName) {
+    : m_Log(stbav::Logger("stbav.uartadapter")), uartPort(PORT_NAMED), baudRate(BAUD_115200), portName(deviceName) {
     OpenUartPort();
 }
 
@@ -172,7 +174,7 @@ void CUartAdapter::ProcessDataIntoOperations() {
                 if (decoder.DroppedFrames() == dropped) continue;
                 dropped = decoder.DroppedFrames();
                 ++framesReceived;  // closed or not, it counts as a failed frame
-                stbav::LogWarn(Log(), "UartRecv: frame longer than %zu bytes dropped; its bytes are skipped up to "
+                stbav::LogWarn(m_Log, "UartRecv: frame longer than %zu bytes dropped; its bytes are skipped up to "
                                "its end marker", uart_framing::kMaxStuffedImage);
             }
         }
@@ -202,10 +204,10 @@ void CUartAdapter::NoteFrameResult(bool empty, bool decoded) {
         ++framesLostOutOfStep;
         if (outOfStep) return;
         outOfStep = true;
-        stbav::LogWarn(Log(), "%s", kOutOfStepWarning);
+        stbav::LogWarn(m_Log, "%s", kOutOfStepWarning);
     } else if (decoded && outOfStep) {
         outOfStep = false;
-        stbav::LogNotice(Log(), "UartRecv: back in step with the host after %lu empty frames", framesLostOutOfStep);
+        stbav::LogNotice(m_Log, "UartRecv: back in step with the host after %lu empty frames", framesLostOutOfStep);
         framesLostOutOfStep = 0;
     }
 }
@@ -221,8 +223,8 @@ CUartAdapter::FrameCounters CUartAdapter::GetFrameCounters() const {
 void CUartAdapter::LogFrameCounters(bool onRequest) const {
     const FrameCounters c = GetFrameCounters();
 #define STBAV_FRAME_COUNTERS "UartRecv: frames received=%lu decoded=%lu failed=%lu"
-    if (onRequest) stbav::LogNotice(Log(), STBAV_FRAME_COUNTERS, c.received, c.decoded, c.failed);
-    else stbav::LogDebug(Log(), STBAV_FRAME_COUNTERS, c.received, c.decoded, c.failed);
+    if (onRequest) stbav::LogNotice(m_Log, STBAV_FRAME_COUNTERS, c.received, c.decoded, c.failed);
+    else stbav::LogDebug(m_Log, STBAV_FRAME_COUNTERS, c.received, c.decoded, c.failed);
 #undef STBAV_FRAME_COUNTERS
 }
 

@@ -12,6 +12,8 @@
 #include <deque>
 #include <string>
 
+#include <log4cpp/Category.hh>
+
 #include "protocol/ss_op.h"
 #include "toolkit/kt_mutex.h"
 #include "toolkit/kt_rs232.h"
@@ -96,6 +98,7 @@ private:
     bool WriteFrameLocked(const unsigned char* payload, std::size_t len);
     bool StartThread(pthread_t& handle, bool& started, void* (*entry)(void*));
 
+    log4cpp::Category& m_Log;           // "stbav.uartadapter", fetched on the constructing thread
     pthread_t rxThread{};
     bool rxStarted = false;             // rxThread is set; controlling thread only
     std::atomic<bool> rxRunning{false};

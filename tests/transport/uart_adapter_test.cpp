@@ -101,6 +101,7 @@ protected:
         EXPECT_EQ(NextImage(), sentinel);
     }
 
+    stbav_test::LogCapture log{"stbav.uartadapter"};  // before the adapter's threads log
     PtyPair pty;
     KT::CMsgQ<KT::CSharedPtr<SsOp>> queue;
     COpHandler handler{&queue};
@@ -294,7 +295,6 @@ TEST(UartAdapter, PortNames) {
 // episode however many frames are lost, one notice when a doubled start marker
 // brings a frame through again; the counters tell the same story.
 TEST_F(UartAdapterPty, OutOfStepEpisodeIsReportedOnceAndEndsWithADoubledStart) {
-    stbav_test::LogCapture log("stbav.uartadapter");
     const Bytes lost = ImageOf(0x0105, {1}, {3});
     ASSERT_TRUE(pty.Write(Concat({{0x10}, Frame(lost), Frame(lost), Frame(lost)})));
     ASSERT_TRUE(stbav_test::WaitUntil([&] { return adapter->GetFrameCounters().received == 3; }));
@@ -315,7 +315,6 @@ TEST_F(UartAdapterPty, OutOfStepEpisodeIsReportedOnceAndEndsWithADoubledStart) {
 // and the frame buffer stay small (the host's writes wait instead), and the next
 // frame after the flood's end marker arrives.
 TEST_F(UartAdapterPty, FloodWithoutEndMarkerIsDroppedWithOneLine) {
-    stbav_test::LogCapture log("stbav.uartadapter");
     Bytes flood(8 * 1024 * 1024, 0x41);
     flood[0] = 0x0F;
     flood.back() = 0x10;
