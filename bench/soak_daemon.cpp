@@ -8,7 +8,7 @@
 //      change every 5 s, a burst of random bytes every 7 s, and a fault in a
 //      status function every 11 s. Every apply must reach the board (its
 //      format on the display within 2 s). Resident memory and open descriptors
-//      at start (after warm-up) and end, frames sent, applies sent and seen on
+//      at start (after a 45 s warm-up), every minute and at the end, frames sent, applies sent and seen on
 //      the board, CPU time.
 //   soak_daemon [--minutes M] [--flood-mib N]      (defaults 10 and 100)
 #include <dirent.h>
@@ -173,9 +173,13 @@ int RunSoak(Soak& s, double minutes) {
     const pid_t pid = s.daemon.Pid();
     const auto start = std::chrono::steady_clock::now();
     const auto elapsed = [&] { return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count(); };
-    // Warm-up: a minute's worth of the traffic's first kinds, then the baseline.
-    for (int i = 0; i < 20; ++i) s.Apply(1 + i % 2, i % 2 == 0);
-    s.host.Drain(3000);
+    // Warm-up: 45 s of applies (the board's journal fills to its cap of 20000
+    // calls meanwhile; it lives in the daemon's process), then the baseline.
+    for (int i = 0; elapsed() < 45; ++i) {
+        s.Apply(1 + i % 2, i % 2 == 0);
+        s.host.Drain(20);
+    }
+    s.host.Drain(2000);
     s.Report("start");
     const long long cpu0 = CpuTicks(pid);
     const uint64_t frames0 = s.framesSent;
@@ -185,12 +189,19 @@ int RunSoak(Soak& s, double minutes) {
         return std::chrono::duration<double>(std::chrono::steady_clock::now() - soakStart).count();
     };
     uint64_t applies = 0, applied = 0, lost = 0, bursts = 0, faults = 0, changes = 0;
-    double nextChange = 5, nextBurst = 7, nextFault = 11;
+    double nextChange = 5, nextBurst = 7, nextFault = 11, nextReport = 60;
     const char* const kStatusFunctions[] = {"av_get_status_info", "av_get_stream_info", "vout_display_get"};
     const char* const kChanges[] = {"video pid=0x100 width=1280 height=720 fps=50",
                                     "video pid=0x100 width=1920 height=1080 fps=25"};
     while (soakSeconds() < minutes * 60) {
         const double t = soakSeconds();
+        if (t >= nextReport) {
+            char when[16];
+            std::snprintf(when, sizeof when, "%.0f min", t / 60);
+            s.Report(when);
+            std::fflush(stdout);
+            nextReport += 60;
+        }
         if (t >= nextChange) {
             e2e::BoardCommand(s.sock, kChanges[changes++ % 2]);
             nextChange += 5;
@@ -247,6 +258,7 @@ int main(int argc, char** argv) {
         return 1;
     }
     s.Report("begin");
+    std::fflush(stdout);
     bool ok = mib <= 0 || Flood(s, mib);
     if (minutes > 0) ok = RunSoak(s, minutes) == 0 && ok;
     int status = 0;
