@@ -7,6 +7,8 @@
 #   make demo       the daemon on the virtual board, seen from the host
 #   make upgrade    the upgrade hand-off entry on the virtual board
 #   make bench      build and run the benchmarks (release preset)
+#   make fuzz       build the fuzz targets (clang) and run each FUZZ_SECONDS (default 60)
+#   make soak       the daemon for SOAK_MINUTES (default 10) under line-rate traffic, garbage and faults
 #   make cross-test build for 64-bit and 32-bit ARM and run the tests under qemu-user
 
 DEBS := build-essential cmake ninja-build pkg-config g++ clang \
@@ -20,8 +22,11 @@ DEBS += scdoc mandoc bash-completion
 # Only for `make deb` and its checks.
 PKG_DEBS := dpkg-dev lintian systemd
 JOBS ?= 2
+FUZZ_SECONDS ?= 60
+SOAK_MINUTES ?= 10
+FUZZ_TARGETS := fuzz_serial_receive fuzz_op_array fuzz_board_commands fuzz_host_tool
 
-.PHONY: all deps build test asan-test tsan-test demo bench clean upgrade
+.PHONY: all deps build test asan-test tsan-test demo bench clean upgrade fuzz soak
 .PHONY: cross-deps cross-build cross-test
 
 all: build
@@ -92,6 +97,17 @@ cross-test: cross-build
 	  echo "== $$p: tests under qemu-user"; ctest --preset $$p || failed="$$failed $$p"; \
 	done; \
 	if [ -n "$$failed" ]; then echo "cross-test failed:$$failed"; exit 1; fi
+
+# libFuzzer over the serial receive path, the op image, the board's parsers and
+# avhost's parsers; fails on any finding (see fuzz/run.sh).
+fuzz: deps build/fuzz/build.ninja
+	@cmake --build --preset fuzz -j $(JOBS) --target $(FUZZ_TARGETS)
+	@fuzz/run.sh build/fuzz $(FUZZ_SECONDS) $(FUZZ_TARGETS)
+
+# Not part of CI: a flood of 100 MiB, then SOAK_MINUTES of traffic (bench/soak_daemon.cpp).
+soak: deps build/release/build.ninja
+	@cmake --build --preset release -j $(JOBS) --target soak_daemon
+	@./build/release/bench/soak_daemon --minutes $(SOAK_MINUTES)
 
 clean:
 	rm -rf build

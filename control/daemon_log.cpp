@@ -4,9 +4,12 @@
 #include <unistd.h>
 
 #include <log4cpp/Category.hh>
+#include <memory>
+#include <vector>
 #include <log4cpp/FileAppender.hh>
 #include <log4cpp/PatternLayout.hh>
 
+#include "control/process_entry.h"
 #include "toolkit/fixed_paths.h"
 
 void SetDaemonLogLevel(int level) {
@@ -33,4 +36,15 @@ bool EnsureDaemonLogOutput() {
 
 std::string DaemonLogConfigFile(const std::string& option) {
     return option.empty() ? stbav::paths::Resolve(stbav::paths::kLogConfigFile) : option;
+}
+
+void ReloadDaemonLog(const std::string& configFile, int level) {
+    std::unique_ptr<std::vector<log4cpp::Category*>> categories(log4cpp::Category::getCurrentCategories());
+    for (log4cpp::Category* cat : *categories) {
+        cat->removeAllAppenders();
+        if (cat != &log4cpp::Category::getRoot()) cat->setPriority(log4cpp::Priority::NOTSET);
+    }
+    InitDebugLog(configFile);
+    SetDaemonLogLevel(level);
+    EnsureDaemonLogOutput();
 }

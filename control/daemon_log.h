@@ -15,3 +15,9 @@ bool EnsureDaemonLogOutput();
 
 // The log configuration file to load: the -c value, or the fixed path under the root.
 std::string DaemonLogConfigFile(const std::string& option);
+
+// SIGHUP: drops every appender and category level the last configuration gave,
+// reads configFile again (InitDebugLog), then applies level and the stderr
+// fallback as at start. Main thread; other threads may log meanwhile (a line
+// logged in that instant may be lost).
+void ReloadDaemonLog(const std::string& configFile, int level);

@@ -1,7 +1,10 @@
-// stbavd: the daemon entry. Reads the options, sets up the debug log, writes the
-// pid file, brings the decoder platform up, starts the subsystem (and, with -U,
-// the upgrade receiver), then waits on the main thread for SIGTERM or SIGINT and
-// tears everything down in reverse order. Only wiring; the parts live in control/.
+// stbavd: the daemon entry. Reads the options, sets up the debug log, locks and
+// writes the pid file (one daemon per root), checks that the serial device is a
+// free terminal (one daemon per line), brings the decoder platform up, starts the
+// subsystem (and, with -U, the upgrade receiver), then serves signals on the main
+// thread (SIGHUP: log configuration again; SIGUSR1: frame counters) until SIGTERM
+// or SIGINT, and tears everything down in reverse order. Only wiring; the parts
+// live in control/.
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -19,7 +22,12 @@
 #include "control/stb_receive_upgrade_file.h"
 #include "control/process_entry.h"
 #include "toolkit/fixed_paths.h"
+#include "toolkit/kt_rs232.h"
 #include "toolkit/log.h"
+
+#ifndef STBAVD_VERSION
+#define STBAVD_VERSION "unknown"
+#endif
 
 namespace {
 
@@ -28,6 +36,10 @@ int ReadCommandLine(int argc, char** argv, DaemonOptions& options) {
     std::string error;
     const DaemonCommand command = ParseDaemonOptions(argc, argv, options, error);
     if (command == DaemonCommand::kRun) return -1;
+    if (command == DaemonCommand::kVersion) {
+        std::printf("stbavd %s\n", STBAVD_VERSION);
+        return 0;
+    }
     if (command == DaemonCommand::kUsageError) std::fprintf(stderr, "stbavd: %s\n", error.c_str());
     PrintUsage();
     PrintDaemonOptionsUsage();
@@ -41,22 +53,48 @@ void SetUpLog(const DaemonOptions& options) {
     EnsureDaemonLogOutput();
 }
 
-// The host line must exist: the serial adapter would otherwise start no reader.
+// The host line must be a terminal that nobody else holds: the serial adapter
+// would otherwise start no reader. The trial port is closed again (the adapter
+// opens its own); its lock would refuse the adapter.
 bool CheckSerialDevice(const std::string& device) {
-    const int fd = open(device.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK);
-    if (fd < 0) {
-        std::fprintf(stderr, "stbavd: cannot open the serial device %s: %s\n", device.c_str(), std::strerror(errno));
-        return false;
-    }
-    close(fd);
-    return true;
+    KT::CRs232 port;
+    if (port.Open(device, 115200, KT::CRs232::FLOW_SOFTWARE)) return true;
+    std::fprintf(stderr, "stbavd: cannot open the serial device %s\n", port.OpenErrorText(device).c_str());
+    return false;
 }
 
 bool WritePidFile(DaemonPidFile& pidFile) {
     const std::string path = stbav::paths::Resolve(stbav::paths::kPidFile);
-    if (pidFile.Write(path)) return true;
+    pid_t holder = 0;
+    switch (pidFile.Write(path, holder)) {
+        case DaemonPidFile::Result::kWritten:
+            return true;
+        case DaemonPidFile::Result::kHeld:
+            std::fprintf(stderr, "stbavd: already running (pid %d), pid file %s\n", static_cast<int>(holder),
+                         path.c_str());
+            return false;
+        case DaemonPidFile::Result::kError:
+            break;
+    }
     std::fprintf(stderr, "stbavd: cannot write the pid file %s: %s\n", path.c_str(), std::strerror(errno));
     return false;
+}
+
+// Serves SIGHUP and SIGUSR1 until a stop signal comes; returns that one.
+int ServeSignals(const sigset_t& signals, const DaemonOptions& options, const StbAvSubsystem& subsystem) {
+    log4cpp::Category& log = stbav::Logger("stbav.daemon");
+    for (;;) {
+        const int sig = WaitForStopSignal(signals);
+        if (IsStopSignal(sig)) return sig;
+        if (sig == SIGHUP) {
+            const std::string file = DaemonLogConfigFile(options.logConfigFile);
+            ReloadDaemonLog(file, options.logLevel);
+            std::fflush(stdout);
+            stbav::LogNotice(log, "signal %d: log configuration %s read again", sig, file.c_str());
+        } else if (sig == SIGUSR1) {
+            subsystem.UartAdapter().LogFrameCounters(true);
+        }
+    }
 }
 
 // The subsystem (and, with -U, the upgrade receiver) from start to a stop signal.
@@ -70,10 +108,10 @@ void ServeUntilStopped(DaemonPlatform& platform, const DaemonOptions& options, c
     if (options.uploadReceiver) {
         // Under a fresh -R root the package's folder does not exist yet.
         MakeParentFolders(stbav::paths::Resolve(stbav::paths::kUpgradePackage));
-        receiver.reset(new StbReceiveUpgradeFile(options.uploadPort));
+        receiver.reset(new StbReceiveUpgradeFile(options.uploadAddress, options.uploadPort));
     }
     stbav::LogNotice(log, "running on %s", options.serialDevice.c_str());
-    const int sig = WaitForStopSignal(stopSignals);
+    const int sig = ServeSignals(stopSignals, options, subsystem);
     stbav::LogNotice(log, "signal %d: stopping", sig);
     receiver.reset();
 }  // the subsystem goes before the platform it holds by reference
@@ -100,8 +138,8 @@ int main(int argc, char** argv) {
     if (status >= 0) return status;
     stbav::paths::SetRoot(options.root);
     SetUpLog(options);
-    if (!CheckSerialDevice(options.serialDevice)) return 1;
     DaemonPidFile pidFile;  // removed when main returns
     if (!WritePidFile(pidFile)) return 1;
+    if (!CheckSerialDevice(options.serialDevice)) return 1;
     return RunDaemon(options, stopSignals);
 }

@@ -1,6 +1,9 @@
 // Command-line parsing of stbavd. Main thread, at start.
 #include "control/daemon_options.h"
 
+#include <arpa/inet.h>
+#include <getopt.h>
+
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -16,13 +19,6 @@ bool ParseNumber(const std::string& text, long lo, long hi, long& out) {
     if (errno != 0 || *end != '\0' || v < lo || v > hi) return false;
     out = v;
     return true;
-}
-
-bool TakesValue(char opt) {
-    switch (opt) {
-        case 'v': case 'd': case 'R': case 'P': case 'c': case 'a': return true;
-        default: return false;
-    }
 }
 
 // Stores one option's value; false with error for a bad one.
@@ -52,6 +48,13 @@ bool ApplyValue(char opt, const std::string& value, DaemonOptions& o, std::strin
         case 'R':
             o.root = value;
             return true;
+        case 'U': {
+            in_addr a;
+            if (inet_pton(AF_INET, value.c_str(), &a) != 1) break;
+            o.uploadReceiver = true;
+            o.uploadAddress = ntohl(a.s_addr);
+            return true;
+        }
         default:
             break;
     }
@@ -59,48 +62,84 @@ bool ApplyValue(char opt, const std::string& value, DaemonOptions& o, std::strin
     return false;
 }
 
+// An IPv4 address in dotted form, for "-U ADDR" written as two words.
+bool LooksLikeAddress(const char* word) {
+    in_addr a;
+    return word != nullptr && inet_pton(AF_INET, word, &a) == 1;
+}
+
+constexpr int kVersionOption = 1000;
+
 }  // namespace
 
 DaemonCommand ParseDaemonOptions(int argc, char** argv, DaemonOptions& options, std::string& error) {
+    static const option kLong[] = {
+        {"help", no_argument, nullptr, 'h'},
+        {"version", no_argument, nullptr, kVersionOption},
+        {"log-level", required_argument, nullptr, 'v'},
+        {"device", required_argument, nullptr, 'd'},
+        {"root", required_argument, nullptr, 'R'},
+        {"log-config", required_argument, nullptr, 'c'},
+        {"upload", optional_argument, nullptr, 'U'},
+        {"upload-port", required_argument, nullptr, 'P'},
+        {"audio-decoders", required_argument, nullptr, 'a'},
+        {nullptr, 0, nullptr, 0},
+    };
     DaemonOptions o;
     bool help = false;
-    for (int i = 1; i < argc; ++i) {
-        const std::string arg = argv[i];
-        if (arg.size() < 2 || arg[0] != '-') {
-            error = "unexpected argument '" + arg + "'";
-            return DaemonCommand::kUsageError;
+    bool version = false;
+    optind = 0;  // a fresh scan (also resets getopt's state between calls)
+    opterr = 0;  // the messages below instead of getopt's own
+    for (;;) {
+        const int opt = getopt_long(argc, argv, ":hv:d:R:c:U::P:a:", kLong, nullptr);
+        if (opt == -1) break;
+        // The word getopt just read, for messages: "--device" or "-d".
+        const std::string word = argv[optind - 1];
+        const std::string written =
+            word.compare(0, 2, "--") == 0 ? word.substr(0, word.find('=')) : std::string("-") + char(optopt);
+        switch (opt) {
+            case 'h': help = true; continue;
+            case kVersionOption: version = true; continue;
+            case '?':
+                error = "unknown option '" + written + "'";
+                return DaemonCommand::kUsageError;
+            case ':':
+                error = written + " needs a value";
+                return DaemonCommand::kUsageError;
+            case 'U':
+                if (optarg == nullptr && optind < argc && LooksLikeAddress(argv[optind])) optarg = argv[optind++];
+                if (optarg == nullptr) {
+                    o.uploadReceiver = true;
+                    continue;
+                }
+                break;
+            default:
+                break;
         }
-        const char opt = arg[1];
-        if (opt == 'h' && arg.size() == 2) { help = true; continue; }
-        if (opt == 'U' && arg.size() == 2) { o.uploadReceiver = true; continue; }
-        if (!TakesValue(opt)) {
-            error = "unknown option '" + arg + "'";
-            return DaemonCommand::kUsageError;
-        }
-        std::string value;
-        if (arg.size() > 2) {
-            value = arg.substr(2);  // "-v3"
-        } else if (i + 1 < argc) {
-            value = argv[++i];
-        } else {
-            error = std::string("-") + opt + " needs a value";
-            return DaemonCommand::kUsageError;
-        }
-        if (!ApplyValue(opt, value, o, error)) return DaemonCommand::kUsageError;
+        if (!ApplyValue(static_cast<char>(opt), optarg, o, error)) return DaemonCommand::kUsageError;
+    }
+    if (optind < argc) {
+        error = std::string("unexpected argument '") + argv[optind] + "'";
+        return DaemonCommand::kUsageError;
     }
     if (help) return DaemonCommand::kHelp;
+    if (version) return DaemonCommand::kVersion;
     options = o;
     return DaemonCommand::kRun;
 }
 
 void PrintDaemonOptionsUsage() {
     static const char* const kLines[] = {
-        "  -d DEV serial device of the host line (default /dev/ttyS2)",
-        "  -R DIR prefix every fixed path (/vendor, /data, /sdcard) with DIR",
-        "  -c FILE log configuration (default /vendor/etc/tevrin-log4cpp.init under the prefix)",
-        "  -U     receive upgrade packages over TCP",
-        "  -P n   port of the upgrade receiver (default 8888)",
-        "  -a n   audio decoders (default 1)",
+        "  -d, --device=DEV        serial device of the host line (default /dev/ttyS2)",
+        "  -R, --root=DIR          prefix every fixed path (/vendor, /data, /sdcard) with DIR",
+        "  -c, --log-config=FILE   log configuration (default /vendor/etc/tevrin-log4cpp.init under the prefix)",
+        "  -U, --upload[=ADDR]     receive upgrade packages over TCP, on ADDR (default every address);",
+        "                          no authentication: anyone who reaches the port replaces the package",
+        "  -P, --upload-port=n     port of the upgrade receiver (default 8888)",
+        "  -a, --audio-decoders=n  audio decoders (default 1)",
+        "  -v, --log-level=n       as -v n above; -h, --help; --version",
+        "  Signals: SIGTERM/SIGINT stop, SIGHUP reads the log configuration again,",
+        "  SIGUSR1 logs the serial line's frame counters.",
     };
     for (const char* line : kLines) std::fprintf(stderr, "%s\n", line);
     std::fputs("\n", stderr);

@@ -1,4 +1,4 @@
-// Stop-signal handling of the daemon. Main thread.
+// Signal handling of the daemon. Main thread.
 #include "control/daemon_signals.h"
 
 #include <pthread.h>
@@ -11,6 +11,8 @@ sigset_t BlockStopSignals() {
     sigemptyset(&set);
     sigaddset(&set, SIGTERM);
     sigaddset(&set, SIGINT);
+    sigaddset(&set, SIGHUP);
+    sigaddset(&set, SIGUSR1);
     pthread_sigmask(SIG_BLOCK, &set, nullptr);
     return set;
 }

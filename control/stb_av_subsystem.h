@@ -61,6 +61,9 @@ public:
     // True when a Samba server process runs. Sends nothing. Any thread.
     bool ReportSambaServiceReady();
 
+    // The serial adapter, for its frame counters. Any thread.
+    const CUartAdapter& UartAdapter() const { return m_UartAdapter; }
+
     // The daemon's schedule, for tests that drive an injected clock (Wake after moving it).
     KT::CSchedule& Schedule() { return m_Schedule; }
 

@@ -43,9 +43,12 @@ void WriteAll(int fd, const char* data, size_t size) {
 
 }  // namespace
 
-StbReceiveUpgradeFile::StbReceiveUpgradeFile(uint16_t port)
+StbReceiveUpgradeFile::StbReceiveUpgradeFile(uint16_t port) : StbReceiveUpgradeFile(INADDR_ANY, port) {}
+
+StbReceiveUpgradeFile::StbReceiveUpgradeFile(uint32_t address, uint16_t port)
     : m_Logger(stbav::Logger("stbav.StbReceiveUpgradeFile")),
       m_Port(port),
+      m_Address(address),
       m_Thread(KT::MakeFunctor(this, &StbReceiveUpgradeFile::ReceiveUpgradeFileProcess), "ReceiveFile",
                KT::CThread::GetPriority()) {
     m_Thread.Run();
@@ -78,7 +81,7 @@ bool StbReceiveUpgradeFile::ReceiveUpgradeFileProcess() {
     memset(&addr, 0, sizeof addr);
     addr.sin_family = AF_INET;
     addr.sin_port = htons(m_Port);
-    addr.sin_addr.s_addr = htonl(INADDR_ANY);
+    addr.sin_addr.s_addr = htonl(m_Address);
     // A port already in use is reported but does not stop the thread: listen
     // then binds an arbitrary port on Linux and nobody ever connects.
     if (bind(s, reinterpret_cast<sockaddr*>(&addr), sizeof addr) != 0) {

@@ -19,6 +19,9 @@ public:
     // Starts listening on the given IPv4 port on all local addresses (8888 by
     // default; tests pass a free port). Returns at once; the thread does the work.
     explicit StbReceiveUpgradeFile(uint16_t port = kDefaultPort);
+    // The same on one local IPv4 address (host byte order; INADDR_ANY for all),
+    // so that a PC run can keep the receiver on 127.0.0.1.
+    StbReceiveUpgradeFile(uint32_t address, uint16_t port);
     // Stops the thread (it notices within about 200 ms) and closes any socket
     // still open. Called by the owner's thread.
     ~StbReceiveUpgradeFile();
@@ -38,6 +41,7 @@ private:
 
     log4cpp::Category& m_Logger;
     uint16_t m_Port;
+    uint32_t m_Address = 0;  // host byte order; 0 = INADDR_ANY
     // Written by the receive thread; the destructor reads them after the join.
     std::atomic<int> m_ListenFd{-1};
     std::atomic<int> m_ConnFd{-1};

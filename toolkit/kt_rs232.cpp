@@ -5,6 +5,7 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/file.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
@@ -14,6 +15,7 @@
 #include <cerrno>
 #include <chrono>
 #include <climits>
+#include <cstring>
 #include <thread>
 
 #include "toolkit/kt_thread.h"
@@ -80,8 +82,9 @@ bool CRs232::Open(const std::string& name, int rate, FlowControl_e flow) {
     std::lock_guard<std::mutex> lock(m_openMutex);
     m_wanted.store(false);
     DetachLocked(m_fd.load());
-    int fd = OpenConfigured(name, rate, flow);
+    int fd = OpenConfigured(name, rate, flow, m_openError);
     if (fd < 0) return false;
+    m_openError = 0;
     m_name = name;
     m_rate.store(rate);
     m_flow.store(flow);
@@ -91,17 +94,38 @@ bool CRs232::Open(const std::string& name, int rate, FlowControl_e flow) {
     return true;
 }
 
-int CRs232::OpenConfigured(const std::string& name, int rate, FlowControl_e flow) const {
+std::string CRs232::OpenErrorText(const std::string& name) const {
+    switch (m_openError) {
+        case 0: return name + ": open";
+        case ENOTTY: return name + ": not a terminal (a serial line is needed)";
+        case EBUSY: return name + ": in use by another program (a serial line has one user at a time)";
+        case EINVAL: return name + ": unsupported bit rate";
+        default: return name + ": " + std::strerror(m_openError);
+    }
+}
+
+int CRs232::OpenConfigured(const std::string& name, int rate, FlowControl_e flow, int& error) {
     speed_t speed;
-    if (!RateToSpeed(rate, speed)) return -1;
-    // Non-blocking: opening must not wait for carrier, and every wait is a poll().
-    int fd = ::open(name.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC | O_NONBLOCK);
-    if (fd < 0) return -1;
-    struct termios tio;
-    if (tcgetattr(fd, &tio) != 0) {
-        ::close(fd);
+    if (!RateToSpeed(rate, speed)) {
+        error = EINVAL;
         return -1;
     }
+    // Non-blocking: opening must not wait for carrier, and every wait is a poll().
+    int fd = ::open(name.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC | O_NONBLOCK);
+    if (fd < 0) {
+        error = errno;
+        return -1;
+    }
+    const auto fail = [&](int e) {
+        ::close(fd);
+        error = e;
+        return -1;
+    };
+    if (!isatty(fd)) return fail(ENOTTY);
+    if (flock(fd, LOCK_EX | LOCK_NB) != 0) return fail(errno == EWOULDBLOCK ? EBUSY : errno);
+    (void)ioctl(fd, TIOCEXCL);  // refuses later opens that do not lock (unprivileged ones)
+    struct termios tio;
+    if (tcgetattr(fd, &tio) != 0) return fail(errno);
     cfmakeraw(&tio);
     tio.c_cflag &= ~(CSIZE | PARENB | CSTOPB | CRTSCTS);
     tio.c_cflag |= CS8 | CLOCAL | CREAD;
@@ -109,10 +133,9 @@ int CRs232::OpenConfigured(const std::string& name, int rate, FlowControl_e flow
     tio.c_iflag &= ~(IXON | IXOFF | IXANY);
     tio.c_cc[VMIN] = 0;
     tio.c_cc[VTIME] = 0;
-    if (cfsetispeed(&tio, speed) != 0 || cfsetospeed(&tio, speed) != 0 || tcsetattr(fd, TCSANOW, &tio) != 0) {
-        ::close(fd);
-        return -1;
-    }
+    if (cfsetispeed(&tio, speed) != 0 || cfsetospeed(&tio, speed) != 0 || tcsetattr(fd, TCSANOW, &tio) != 0)
+        return fail(errno);
+    error = 0;
     return fd;
 }
 
@@ -231,7 +254,8 @@ void CRs232::DetachLocked(int fd) {
     const unsigned char one = 1;
     if (m_wake[1] >= 0) (void)!::write(m_wake[1], &one, 1);
     std::unique_lock<std::shared_mutex> io(m_ioMutex);  // every Read/Write on fd has left
-    ::close(fd);
+    (void)ioctl(fd, TIOCNXCL);  // the device may stay open elsewhere (a pty's holder)
+    ::close(fd);                // and the lock goes with the descriptor
     unsigned char drain[16];
     while (m_wake[0] >= 0 && ::read(m_wake[0], drain, sizeof drain) > 0) {
     }
@@ -241,7 +265,8 @@ bool CRs232::Reopen() {
     std::lock_guard<std::mutex> lock(m_openMutex);
     if (m_fd.load() >= 0) return true;
     if (!m_wanted.load() || m_isPty) return false;
-    int fd = OpenConfigured(m_name, m_rate.load(), m_flow.load());
+    int error = 0;
+    int fd = OpenConfigured(m_name, m_rate.load(), m_flow.load(), error);
     if (fd < 0) return false;
     m_fd.store(fd);
     return true;

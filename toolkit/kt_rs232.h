@@ -33,9 +33,20 @@ public:
 
     // Opens the device (O_RDWR | O_NOCTTY, non-blocking) raw 8N1 with CLOCAL and
     // CREAD at the given bit rate: 1200 to 921600 in the standard steps. Returns
-    // success; false for an unknown rate, a missing device or one that is not a
-    // terminal. An already open port is closed first. Owner's thread.
+    // success; false for an unknown rate, a missing device, one that is not a
+    // terminal, or one another port holds. An already open port is closed first.
+    // Owner's thread.
+    // The port is exclusive: it holds an flock() on the device for as long as it
+    // is open, and sets TIOCEXCL so that programs which do not lock are refused
+    // too (except privileged ones). A second opener (another daemon, avhost, or
+    // another CRs232 in the same process) fails with EBUSY; the first keeps every
+    // byte of the line.
     bool Open(const std::string& name, int rate, FlowControl_e flow);
+    // Why the last Open failed: EINVAL (rate), ENOTTY (not a terminal), EBUSY
+    // (in use), or the error of open(2). 0 after a successful Open. Owner's thread.
+    int OpenError() const { return m_openError; }
+    // One line for a person: "DEVICE: REASON" for the last failed Open.
+    std::string OpenErrorText(const std::string& name) const;
     // True while a device is open (false after Close, or after a hang-up until the
     // device could be reopened).
     bool IsValid() const;
@@ -66,8 +77,8 @@ public:
 private:
     enum class ReadEnd { kData, kTimeout, kWoken, kNoData, kDead };
 
-    // Opens and configures a device; the descriptor or -1.
-    int OpenConfigured(const std::string& name, int rate, FlowControl_e flow) const;
+    // Opens, locks and configures a device; the descriptor, or -1 with error set.
+    static int OpenConfigured(const std::string& name, int rate, FlowControl_e flow, int& error);
     ReadEnd ReadFd(int fd, CSlice<unsigned char>& buf, std::chrono::steady_clock::time_point deadline, int& got);
     bool WaitWritable(int fd);
     // Takes fd out of use if it is still the current one: wakes waiters, waits
@@ -82,6 +93,7 @@ private:
     std::atomic<int> m_rate{0};
     std::atomic<FlowControl_e> m_flow{FLOW_NONE};
     bool m_isPty = false;               // guarded by m_openMutex
+    int m_openError = 0;                // owner's thread
     std::mutex m_openMutex;             // serialises Open/Close/Reopen
     // Held shared by Read/Write/Flush while they use the descriptor, exclusive to
     // close it, so a descriptor is never closed (and its number reused) under them.

@@ -1,11 +1,6 @@
 // A named serial device as the host's end of the line.
 #include "tools/device_line.h"
 
-#include <sys/stat.h>
-
-#include <cerrno>
-#include <cstring>
-
 namespace avhost {
 
 bool DeviceLine::Open(const std::string& device, std::string& error) {
@@ -13,9 +8,7 @@ bool DeviceLine::Open(const std::string& device, std::string& error) {
     // Flow-control code 2 as on the daemon's end: XON/XOFF are escaped by the
     // framing, so the driver leaves them alone.
     if (m_port.Open(device, 115200, KT::CRs232::FLOW_SOFTWARE)) return true;
-    struct stat st;
-    if (stat(device.c_str(), &st) != 0) error = "cannot open " + device + ": " + std::strerror(errno);
-    else error = "cannot open " + device + ": not a serial device, or not accessible";
+    error = "cannot open " + m_port.OpenErrorText(device);
     return false;
 }
 

@@ -4,16 +4,24 @@
 
 #include <sys/prctl.h>
 
+#include <algorithm>
 #include <iostream>
 #include <vector>
 
 #include "toolkit/kt_print.h"
+#include "toolkit/log.h"
 #include "transport/uart_framing.h"
 
 namespace {
 
 constexpr unsigned kReadBufferSize = 8264;
 constexpr unsigned kWaitMs = 500;
+// Bytes read but not yet decoded; past this "UART Rx" stops reading until
+// "UART Px" has taken half of them (the line's own buffers hold the rest).
+constexpr std::size_t kMaxQueued = 64 * 1024;
+constexpr std::size_t kPopBatch = 4096;
+constexpr auto kCounterReportPeriod = std::chrono::seconds(60);
+
 
 const char* const kPortNames[] = {
     nullptr,         "/dev/ttyPS0",  "/dev/ttyPS1",  "/dev/ttyPS2",  "/dev/ttyPS3", "/dev/ttyUL0",
@@ -23,10 +31,18 @@ const char* const kPortNames[] = {
 
 }  // namespace
 
-CUartAdapter::CUartAdapter(UartPort_e p, BaudRate_e rate) : uartPort(p), baudRate(rate) { OpenUartPort(); }
+const char* const CUartAdapter::kOutOfStepWarning =
+    "UartRecv: out of step with the host: an end marker came outside a frame, so every start marker now closes an "
+    "empty frame and the operation after it is lost; the host should start each frame with two start markers "
+    "(0F 0F) to get back in step";
+
+CUartAdapter::CUartAdapter(UartPort_e p, BaudRate_e rate)
+    : m_Log(stbav::Logger("stbav.uartadapter")), uartPort(p), baudRate(rate) {
+    OpenUartPort();
+}
 
 CUartAdapter::CUartAdapter(const std::string& deviceName)
-    : uartPort(PORT_NAMED), baudRate(BAUD_115200), portName(deviceName) {
+    : m_Log(stbav::Logger("stbav.uartadapter")), uartPort(PORT_NAMED), baudRate(BAUD_115200), portName(deviceName) {
     OpenUartPort();
 }
 
@@ -73,6 +89,7 @@ void CUartAdapter::TerminateReceiveOps() {
     port.Flush();
     port.Close();
     rxSignal.Signal();  // lets "UART Px" see the cleared flag without waiting out its time-out
+    rxSpace.Signal();   // and "UART Rx" if it waits for room in the queue
     if (rxStarted) pthread_join(rxThread, nullptr);
     if (pxStarted) pthread_join(pxThread, nullptr);
     rxStarted = false;
@@ -94,11 +111,13 @@ void* CUartAdapter::ProcessOperations(void* arg) {
 }
 
 // "UART Rx": no parsing here, and the lock is held only for the copy, so the port
-// is drained promptly; one signal per read, not per byte.
+// is drained promptly; one signal per read, not per byte. A full queue stops the
+// reading until "UART Px" catches up, so memory stays flat under any flood.
 void CUartAdapter::ReadIntoQueue() {
     std::vector<unsigned char> buffer(kReadBufferSize);
     KT::MyPrintf("Uart receive thread running");
     while (rxRunning) {
+        if (!WaitForQueueSpace()) continue;
         KT::CSlice<unsigned char> slice(buffer);
         int n = port.Read(slice, kWaitMs);
         if (n <= 0) continue;
@@ -109,40 +128,104 @@ void CUartAdapter::ReadIntoQueue() {
     }
 }
 
-// Pops the front byte under rxLock; false when the queue was already empty.
-bool CUartAdapter::PopByte(unsigned char& byte, bool& emptyAfter) {
+// True when the queue has room; otherwise waits at most one time-out for it.
+bool CUartAdapter::WaitForQueueSpace() {
+    {
+        KT::CMutexLock lock(rxLock);
+        if (rxBytes.size() < kMaxQueued) return true;
+        rxFull = true;
+    }
+    rxSpace.Wait(kWaitMs);
+    return false;
+}
+
+// Takes up to max bytes from the front of the queue under rxLock; 0 when empty.
+std::size_t CUartAdapter::PopBytes(unsigned char* out, std::size_t max) {
     KT::CMutexLock lock(rxLock);
-    if (rxBytes.empty()) return false;
-    byte = rxBytes.front();
-    rxBytes.pop_front();
-    emptyAfter = rxBytes.empty();
-    return true;
+    const std::size_t n = rxBytes.size() < max ? rxBytes.size() : max;
+    std::copy(rxBytes.begin(), rxBytes.begin() + static_cast<std::ptrdiff_t>(n), out);
+    rxBytes.erase(rxBytes.begin(), rxBytes.begin() + static_cast<std::ptrdiff_t>(n));
+    if (rxFull && rxBytes.size() <= kMaxQueued / 2) {
+        rxFull = false;
+        rxSpace.Signal();
+    }
+    return n;
 }
 
 // "UART Px": drains the byte queue through the frame decoder after each signal.
 void CUartAdapter::ProcessDataIntoOperations() {
     FrameDecoder decoder;
     std::vector<unsigned char> frame;
+    std::vector<unsigned char> batch(kPopBatch);
+    unsigned long dropped = 0;
+    auto nextReport = std::chrono::steady_clock::now() + kCounterReportPeriod;
     KT::MyPrintf("Uart processing thread running");
     while (pxRunning) {
-        if (!rxSignal.Wait(kWaitMs)) continue;
-        unsigned char byte = 0;
-        bool empty = false;
-        while (!empty && PopByte(byte, empty)) {
-            if (decoder.Push(byte, frame)) DispatchFrame(frame);
+        const bool signalled = rxSignal.Wait(kWaitMs);
+        if (std::chrono::steady_clock::now() >= nextReport) {
+            LogFrameCounters(false);
+            nextReport = std::chrono::steady_clock::now() + kCounterReportPeriod;
+        }
+        if (!signalled) continue;
+        std::size_t n;
+        while (pxRunning && (n = PopBytes(batch.data(), batch.size())) > 0) {
+            for (std::size_t i = 0; i < n; ++i) {
+                if (decoder.Push(batch[i], frame)) DispatchFrame(frame);
+                if (decoder.DroppedFrames() == dropped) continue;
+                dropped = decoder.DroppedFrames();
+                ++framesReceived;  // closed or not, it counts as a failed frame
+                stbav::LogWarn(m_Log, "UartRecv: frame longer than %zu bytes dropped; its bytes are skipped up to "
+                               "its end marker", uart_framing::kMaxStuffedImage);
+            }
         }
     }
 }
 
 void CUartAdapter::DispatchFrame(std::vector<unsigned char>& frame) {
+    const bool empty = frame.empty();
     frame.push_back(0x00);  // the header parse may read one byte past a short image
     KT::CSharedPtr<SsOp> op(new SsOp());
-    if (op->DeserializeOp(frame.data(), static_cast<unsigned>(frame.size())) == 0) {
+    const bool decoded = op->DeserializeOp(frame.data(), static_cast<unsigned>(frame.size())) != 0;
+    NoteFrameResult(empty, decoded);
+    if (!decoded) {
         KT::MyPrintf("UartRecv: Deserialize Failed");
     } else {
         SendOpToHandlers(op);
     }
     frame.clear();
+}
+
+// An empty frame is what a start marker closes when an end marker came before
+// it: the host and the receiver are out of step until two start markers meet.
+void CUartAdapter::NoteFrameResult(bool empty, bool decoded) {
+    ++framesReceived;
+    if (decoded) ++framesDecoded;
+    if (empty) {
+        ++framesLostOutOfStep;
+        if (outOfStep) return;
+        outOfStep = true;
+        stbav::LogWarn(m_Log, "%s", kOutOfStepWarning);
+    } else if (decoded && outOfStep) {
+        outOfStep = false;
+        stbav::LogNotice(m_Log, "UartRecv: back in step with the host after %lu empty frames", framesLostOutOfStep);
+        framesLostOutOfStep = 0;
+    }
+}
+
+CUartAdapter::FrameCounters CUartAdapter::GetFrameCounters() const {
+    FrameCounters c;
+    c.decoded = framesDecoded.load();
+    c.received = framesReceived.load();
+    c.failed = c.received >= c.decoded ? c.received - c.decoded : 0;
+    return c;
+}
+
+void CUartAdapter::LogFrameCounters(bool onRequest) const {
+    const FrameCounters c = GetFrameCounters();
+#define STBAV_FRAME_COUNTERS "UartRecv: frames received=%lu decoded=%lu failed=%lu"
+    if (onRequest) stbav::LogNotice(m_Log, STBAV_FRAME_COUNTERS, c.received, c.decoded, c.failed);
+    else stbav::LogDebug(m_Log, STBAV_FRAME_COUNTERS, c.received, c.decoded, c.failed);
+#undef STBAV_FRAME_COUNTERS
 }
 
 bool CUartAdapter::SendOperation(SsOp& op) {

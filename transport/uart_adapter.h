@@ -8,8 +8,11 @@
 #include <pthread.h>
 
 #include <atomic>
+#include <chrono>
 #include <deque>
 #include <string>
+
+#include <log4cpp/Category.hh>
 
 #include "protocol/ss_op.h"
 #include "toolkit/kt_mutex.h"
@@ -65,6 +68,22 @@ public:
 
     static bool IsEscapeChar(unsigned char b);
 
+    // Frames the receiver has completed since start: every frame closed by its
+    // end marker (dropped overlong ones included), those that gave an operation,
+    // and the rest. Any thread.
+    struct FrameCounters {
+        unsigned long received = 0;
+        unsigned long decoded = 0;
+        unsigned long failed = 0;
+    };
+    FrameCounters GetFrameCounters() const;
+    // One log line with the counters, at notice level (on request) or debug level
+    // (the steady report of "UART Px", once a minute). Any thread.
+    void LogFrameCounters(bool onRequest) const;
+
+    // The out-of-step warning, as logged (tests and the host guide quote it).
+    static const char* const kOutOfStepWarning;
+
     // Thread entry points; arg is the adapter. Both return 0 (null).
     static void* ReceiveOperations(void* arg);
     static void* ProcessOperations(void* arg);
@@ -72,11 +91,14 @@ public:
 private:
     void ReadIntoQueue();
     void ProcessDataIntoOperations();
-    bool PopByte(unsigned char& byte, bool& emptyAfter);
+    bool WaitForQueueSpace();
+    std::size_t PopBytes(unsigned char* out, std::size_t max);
     void DispatchFrame(std::vector<unsigned char>& frame);
+    void NoteFrameResult(bool empty, bool decoded);
     bool WriteFrameLocked(const unsigned char* payload, std::size_t len);
     bool StartThread(pthread_t& handle, bool& started, void* (*entry)(void*));
 
+    log4cpp::Category& m_Log;           // "stbav.uartadapter", fetched on the constructing thread
     pthread_t rxThread{};
     bool rxStarted = false;             // rxThread is set; controlling thread only
     std::atomic<bool> rxRunning{false};
@@ -87,8 +109,16 @@ private:
     UartPort_e uartPort;
     BaudRate_e baudRate;
     std::deque<unsigned char> rxBytes;  // guarded by rxLock
+    bool rxFull = false;                // guarded by rxLock: "UART Rx" waits for rxSpace
     KT::CSemaphore rxSignal{0};         // one count per successful read
+    KT::CSemaphore rxSpace{0};          // the queue has room again
     KT::CMutex rxLock{"CUartAdapter"};
     KT::CMutex txLock{"CUartAdapter"};  // held for one whole frame
     std::string portName;
+
+    std::atomic<unsigned long> framesReceived{0};
+    std::atomic<unsigned long> framesDecoded{0};
+    // "UART Px" only: the current out-of-step episode and its lost frames.
+    bool outOfStep = false;
+    unsigned long framesLostOutOfStep = 0;
 };

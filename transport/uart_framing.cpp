@@ -41,19 +41,33 @@ bool FrameDecoder::Push(unsigned char byte, std::vector<unsigned char>& frame) {
     switch (byte) {
         case kStart: m_inFrame = true; break;
         case kEnd: m_frameEnded = true; break;
-        case kEscape: m_escapePending = true; break;
+        case kEscape:
+            m_escapePending = true;
+            if (m_inFrame) ++m_lineBytes;
+            break;
         default:
             if (m_escapePending) {
                 byte ^= kEscapeXor;
                 m_escapePending = false;
             }
-            if (m_inFrame) m_buffer.push_back(byte);
+            if (m_inFrame) {
+                ++m_lineBytes;
+                if (!m_dropping) m_buffer.push_back(byte);
+            }
             break;
     }
+    if (m_inFrame && !m_dropping && m_lineBytes > kMaxStuffedImage) {
+        m_dropping = true;
+        ++m_droppedFrames;
+        std::vector<unsigned char>().swap(m_buffer);
+    }
     if (!(m_inFrame && m_frameEnded)) return false;
-    frame.swap(m_buffer);
+    const bool complete = !m_dropping;
+    if (complete) frame.swap(m_buffer);
     m_buffer.clear();
+    m_lineBytes = 0;
     m_inFrame = false;
     m_frameEnded = false;
-    return true;
+    m_dropping = false;
+    return complete;
 }

@@ -27,6 +27,13 @@ constexpr unsigned char kEnd = 0x10;
 constexpr unsigned char kEscape = 0x12;
 constexpr unsigned char kEscapeXor = 0x20;
 
+// The longest op image: type, opId (2), index length, 255 index bytes, data
+// length, 255 data bytes.
+constexpr std::size_t kMaxImage = 4 + 255 + 1 + 255;
+// The most line bytes a valid frame carries between its markers: every image
+// byte escaped. A frame growing past this is no frame a host sends.
+constexpr std::size_t kMaxStuffedImage = 2 * kMaxImage;
+
 // True for the bytes the sender escapes (0x0F to 0x13).
 inline bool IsEscapeChar(unsigned char b) { return b >= 0x0F && b <= 0x13; }
 
@@ -55,19 +62,31 @@ public:
 //    completes an empty frame at once;
 //  - a pending escape survives the end of a frame and applies to the next data byte;
 //  - data bytes outside a frame are dropped.
+// Bounded: a frame whose line bytes (data and escapes) grow past
+// kMaxStuffedImage is dropped. Its further bytes are skipped up to its end
+// marker, which closes it as any frame is closed, so the markers stay in step
+// and memory stays flat whatever the line carries.
 class FrameDecoder {
 public:
     // Takes one received byte. Returns true when it completed a frame: the
-    // unstuffed payload is then moved into frame (replacing its content).
+    // unstuffed payload is then moved into frame (replacing its content). A
+    // dropped (overlong) frame never completes.
     bool Push(unsigned char byte, std::vector<unsigned char>& frame);
 
     bool InFrame() const { return m_inFrame; }
     bool FrameEnded() const { return m_frameEnded; }
     bool EscapePending() const { return m_escapePending; }
+    // True while the current frame is being skipped for its length.
+    bool Dropping() const { return m_dropping; }
+    // Overlong frames so far; goes up at the byte that passes the bound.
+    unsigned long DroppedFrames() const { return m_droppedFrames; }
 
 private:
     std::vector<unsigned char> m_buffer;
+    std::size_t m_lineBytes = 0;  // data and escape bytes of the current frame
+    unsigned long m_droppedFrames = 0;
     bool m_inFrame = false;
     bool m_frameEnded = false;
     bool m_escapePending = false;
+    bool m_dropping = false;
 };

@@ -347,14 +347,22 @@ TEST_F(DaemonTest, CommandLineAndFailedStarts) {
         std::string stream;
         std::string status;
         std::string stderrHas;
+        std::string stdoutStarts = "";
     } const cases[] = {
         {{"-h"}, false, "", "exit 0", "morlin usage:\n  -h     show usage\n  -v n   logging level\n"},
         {{"-x"}, false, "", "exit 2", "morlin usage:"},
         {{"-v", "5"}, false, "", "exit 2", "bad value '5' for -v"},
         {{"-v"}, false, "", "exit 2", "-v needs a value"},
+        {{"--log-level=5"}, false, "", "exit 2", "bad value '5' for -v"},
+        {{"--bogus"}, false, "", "exit 2", "stbavd: unknown option '--bogus'\nmorlin usage:"},
+        {{"-hU"}, false, "", "exit 0", "morlin usage:"},
+        {{"--version"}, false, "", "exit 0", "", "stbavd "},
         {{"-U", "-P", "0"}, false, "", "exit 2", "bad value '0' for -P"},
         {{"extra"}, false, "", "exit 2", "morlin usage:"},
-        {{"-d", "/nonexistent/ttyS9"}, false, "", "exit 1", "cannot open the serial device /nonexistent/ttyS9"},
+        {{"-d", "/nonexistent/ttyS9", "-R", m_Tmp / "root"}, false, "", "exit 1",
+         "stbavd: cannot open the serial device /nonexistent/ttyS9: No such file or directory\n"},
+        {{"-d", "/dev/null", "-R", m_Tmp / "root"}, false, "", "exit 1",
+         "stbavd: cannot open the serial device /dev/null: not a terminal (a serial line is needed)\n"},
         {{"-c", "/nonexistent/log.init"}, true, m_Tmp / "broken.scn", "exit 1",
          "system_init failed: 0x80a10004."},
     };
@@ -370,6 +378,7 @@ TEST_F(DaemonTest, CommandLineAndFailedStarts) {
         ASSERT_TRUE(m_Daemon.Wait(20000, status));
         EXPECT_EQ(c.status, e2e::DescribeStatus(status)) << StderrTail();
         EXPECT_NE(std::string::npos, Stderr().find(c.stderrHas)) << StderrTail();
+        EXPECT_EQ(0u, Stdout().find(c.stdoutStarts)) << Stdout();
         EXPECT_FALSE(HasSanitizerReport(Stderr())) << StderrTail();
     }
     // The failed bring-up: a clear line, no pid file left.
@@ -377,6 +386,289 @@ TEST_F(DaemonTest, CommandLineAndFailedStarts) {
     EXPECT_NE(std::string::npos,
               Stdout().find("ERROR: Failed to initialize the debug logger with config file, /nonexistent/log.init"));
     EXPECT_FALSE(e2e::FileExists(Root("/data/var/run/tevrin.pid")));
+}
+
+// One stray end marker puts the receiver out of step: the host's next frames are
+// lost, the daemon says so once with what to do, and a frame that starts with two
+// start markers gets through again (with a notice). SIGUSR1 logs the counters.
+TEST_F(DaemonTest, OutOfStepWarningAndRecoveryWithADoubledStartMarker) {
+    StartDaemon();
+    EnableStatus();
+    SelectService();  // 10 frames
+    ASSERT_TRUE(m_Host.WaitForValue(kVideoWidth, 1920)) << StderrTail();
+    const auto sendFormat = [&] {
+        m_Host.SendU8(kFormatMode, 2);
+        m_Host.SendU32(kManualFormat, Format1080p50());
+        m_Host.SendApply();
+    };
+    const std::string warning =
+        "stbav.uartadapter: UartRecv: out of step with the host: an end marker came outside a frame, so every start "
+        "marker now closes an empty frame and the operation after it is lost; the host should start each frame "
+        "with two start markers (0F 0F) to get back in step\n";
+    ASSERT_TRUE(m_Host.SendRaw({0x10}));
+    sendFormat();
+    sendFormat();
+    ASSERT_TRUE(e2e::WaitUntil([&] { return Stderr().find(warning) != std::string::npos; })) << StderrTail();
+    EXPECT_NE(kDisplay1080p, State().Num("display.format"));
+
+    ASSERT_TRUE(m_Host.SendRaw({0x0F}));
+    sendFormat();
+    EXPECT_TRUE(DisplayIs(kDisplay1080p, kRate50)) << StderrTail();
+    ASSERT_TRUE(e2e::WaitUntil([&] {
+        return Stderr().find("stbav.uartadapter: UartRecv: back in step with the host after 7 empty frames\n") !=
+               std::string::npos;
+    })) << StderrTail();
+    std::string err = Stderr();
+    EXPECT_EQ(err.find(warning), err.rfind(warning)) << "one warning per episode";
+
+    ::kill(m_Daemon.Pid(), SIGUSR1);
+    EXPECT_TRUE(e2e::WaitUntil([&] {
+        return Stderr().find("UartRecv: frames received=20 decoded=13 failed=7\n") != std::string::npos;
+    })) << StderrTail();
+}
+
+// Megabytes of bytes that never end a frame: one line, the daemon's memory stays
+// flat, and the next frame after the flood's end marker is applied.
+TEST_F(DaemonTest, FloodWithoutEndMarkerIsDroppedAndTheNextApplyWorks) {
+    StartDaemon();
+    EnableStatus();
+    SelectService();
+    ASSERT_TRUE(m_Host.WaitForValue(kVideoWidth, 1920)) << StderrTail();
+    std::vector<unsigned char> flood(16 * 1024 * 1024);
+    std::mt19937 random(13);
+    for (unsigned char& b : flood) b = static_cast<unsigned char>(random() % 0xF0 + 0x14);  // no marker, no escape
+    flood.front() = 0x0F;
+    flood.back() = 0x10;
+    ASSERT_TRUE(m_Host.SendRaw(flood));
+    m_Host.SendU8(kFormatMode, 2);
+    m_Host.SendU32(kManualFormat, Format1080p50());
+    m_Host.SendApply();
+    EXPECT_TRUE(DisplayIs(kDisplay1080p, kRate50)) << StderrTail();
+    const std::string dropped =
+        "UartRecv: frame longer than 1030 bytes dropped; its bytes are skipped up to its end marker\n";
+    const std::string err = Stderr();
+    EXPECT_NE(std::string::npos, err.find(dropped));
+    EXPECT_EQ(err.find(dropped), err.rfind(dropped));
+}
+
+// One daemon per root and per line: a second one on the same root names the
+// first's pid; one on another root but the same line names the busy device;
+// the first keeps its pid file and its line, and still applies.
+TEST_F(DaemonTest, SecondDaemonOnTheSameRootOrLineIsRefused) {
+    StartDaemon();
+    EnableStatus();
+    SelectService();
+    ASSERT_TRUE(m_Host.WaitForValue(kVideoWidth, 1920)) << StderrTail();
+    e2e::HostLine otherLine;
+    ASSERT_TRUE(otherLine.IsOpen());
+    struct Case {
+        std::vector<std::string> args;
+        std::string stderrHas;
+        std::string stdoutStarts = "";
+    } const cases[] = {
+        {{"-d", otherLine.DeviceName(), "-R", m_Tmp / "root"},
+         "stbavd: already running (pid " + std::to_string(m_Daemon.Pid()) + ")"},
+        {{"-d", m_Host.DeviceName(), "-R", m_Tmp / "root2"},
+         "stbavd: cannot open the serial device " + m_Host.DeviceName() +
+             ": in use by another program (a serial line has one user at a time)\n"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.args[3]);
+        e2e::ChildProcess second;
+        ASSERT_TRUE(second.Start(STBAVD_PATH, c.args, SanitizerEnvironment(), m_Tmp / "second.out",
+                                 m_Tmp / "second.err"));
+        int status = -1;
+        ASSERT_TRUE(second.Wait(20000, status));
+        std::string err;
+        e2e::ReadFile(m_Tmp / "second.err", err);
+        EXPECT_EQ("exit 1", e2e::DescribeStatus(status)) << err;
+        EXPECT_NE(std::string::npos, err.find(c.stderrHas)) << err;
+    }
+    std::string pid;
+    ASSERT_TRUE(e2e::ReadFile(Root("/data/var/run/tevrin.pid"), pid));
+    EXPECT_EQ(std::to_string(m_Daemon.Pid()) + "\n", pid);
+#ifdef AVHOST_PATH
+    e2e::ChildProcess avhost;
+    ASSERT_TRUE(avhost.Start(AVHOST_PATH, {"raw", "-d", m_Host.DeviceName(), "10"}, SanitizerEnvironment(),
+                             m_Tmp / "avhost.out", m_Tmp / "avhost.err"));
+    int status = -1;
+    ASSERT_TRUE(avhost.Wait(20000, status));
+    std::string err;
+    e2e::ReadFile(m_Tmp / "avhost.err", err);
+    EXPECT_EQ("exit 1", e2e::DescribeStatus(status)) << err;
+    EXPECT_NE(std::string::npos, err.find(m_Host.DeviceName() + ": in use by another program")) << err;
+#endif
+    m_Host.SendU8(kFormatMode, 2);
+    m_Host.SendU32(kManualFormat, Format1080p50());
+    m_Host.SendApply();
+    EXPECT_TRUE(DisplayIs(kDisplay1080p, kRate50)) << StderrTail();
+}
+
+// -U with an address: the receiver listens on that address only.
+TEST_F(DaemonTest, UploadReceiverOnTheLoopbackAddressOnly) {
+    const uint16_t port = e2e::FreeTcpPort();
+    ASSERT_NE(0, port);
+    StartDaemon({"--upload=127.0.0.1", "--upload-port=" + std::to_string(port)});
+    char listening[64];
+    std::snprintf(listening, sizeof listening, ": 0100007F:%04X 00000000:0000 0A ", port);  // 0A: LISTEN
+    std::string tcp;
+    EXPECT_TRUE(e2e::WaitUntil([&] {
+        return e2e::ReadFile("/proc/net/tcp", tcp) && tcp.find(listening) != std::string::npos;
+    })) << tcp;
+    EXPECT_TRUE(e2e::UploadTcp(port, "package"));
+}
+
+// SIGHUP reads the log configuration again and the daemon goes on: after the
+// file was changed to log into a file, the lines go there. SIGINT then stops it.
+TEST_F(DaemonTest, SighupReadsTheLogConfigurationAgain) {
+    StartDaemon();
+    const std::string logFile = m_Tmp / "daemon.log";
+    ASSERT_TRUE(e2e::WriteFile(Root("/vendor/etc/tevrin-log4cpp.init"),
+                               "appender root pattern file " + logFile + " %p %c: %m%n\n"));
+    ::kill(m_Daemon.Pid(), SIGHUP);
+    std::string log;
+    ASSERT_TRUE(e2e::WaitUntil([&] {
+        return e2e::ReadFile(logFile, log) && log.find("NOTICE stbav.daemon: signal 1: log configuration " +
+                                                       Root("/vendor/etc/tevrin-log4cpp.init") + " read again\n") !=
+                                                  std::string::npos;
+    })) << StderrTail();
+    ::kill(m_Daemon.Pid(), SIGUSR1);
+    EXPECT_TRUE(e2e::WaitUntil([&] {
+        return e2e::ReadFile(logFile, log) && log.find("NOTICE stbav.uartadapter: UartRecv: frames received=") !=
+                                                  std::string::npos;
+    })) << log;
+    EnableStatus();
+    EXPECT_TRUE(m_Host.WaitForOp(kHeartBeat)) << StderrTail();
+
+    // SIGINT stops as SIGTERM does: nothing left behind.
+    int status = -1;
+    ASSERT_TRUE(m_Daemon.Stop(SIGINT, 20000, status)) << StderrTail();
+    EXPECT_EQ("exit 0", e2e::DescribeStatus(status)) << StderrTail();
+    EXPECT_FALSE(e2e::FileExists(Root("/data/var/run/tevrin.pid")));
+    EXPECT_FALSE(e2e::FileExists(Socket()));
+}
+
+// Every platform function, through the board's "fail" command. Those the daemon
+// calls while it runs fail once and then on every call while the host enables
+// status, selects a service and changes the output format: the daemon stays up,
+// and once the fault is lifted the next apply reaches the board. Heartbeats keep
+// their 2 s pace throughout. Those called only at bring-up (or on a change of
+// the input's format, which this input has not) are not called while running (a fault there ends the start with 1, as the failed-start test shows
+// for system_init); those of the tear-down all fail for good at the end, and
+// SIGTERM still ends the daemon with 0.
+TEST_F(DaemonTest, FaultSweepEveryPlatformFunction) {
+    enum Phase { kRunning, kBringUp, kTearDown };
+    const struct {
+        const char* function;
+        Phase phase;
+    } rows[] = {
+        {"av_set_config", kRunning},       {"av_get_config", kRunning},       {"av_stop", kRunning},
+        {"av_start_video", kRunning},      {"av_start_audio", kRunning},      {"av_get_status_info", kRunning},
+        {"av_get_stream_info", kRunning},  {"vout_display_get", kRunning},    {"vout_display_set", kRunning},
+        {"system_init", kBringUp},         {"av_init", kBringUp},             {"av_create", kBringUp},
+        {"av_prepare", kBringUp},          {"av_set_event_config", kBringUp}, {"av_search_progInfo", kBringUp},
+        {"av_stop_video", kBringUp},       {"av_reset", kBringUp},            {"system_upgrade", kBringUp},
+        {"vout_init", kBringUp},           {"vout_open_channel", kBringUp},   {"vout_window_create", kBringUp},
+        {"vout_window_attach_input", kBringUp}, {"aout_init", kBringUp},      {"aout_open", kBringUp},
+        {"aout_set_volume", kBringUp},     {"aout_set_mute", kBringUp},       {"aout_track_create", kBringUp},
+        {"aout_track_attach_input", kBringUp}, {"cc_init", kBringUp},         {"cc_creat", kBringUp},
+        {"cc_set_window", kBringUp},       {"cc_start", kBringUp},            {"cc_getAttr", kBringUp},
+        {"cc_setAttr", kBringUp},          {"vout_window_open", kBringUp},          {"cc_send_VBI_enable", kBringUp},  {"cc_show_subtitle_enable", kBringUp},
+        {"system_deinit", kTearDown},      {"av_destory", kTearDown},         {"av_deinit", kTearDown},
+        {"vout_deinit", kTearDown},        {"vout_close_channel", kTearDown}, {"vout_window_destroy", kTearDown},
+        {"vout_window_detach_input", kTearDown}, {"vout_window_close", kTearDown}, {"aout_deinit", kTearDown},
+        {"aout_close", kTearDown},         {"aout_track_destroy", kTearDown}, {"aout_track_detach_input", kTearDown},
+        {"cc_deinit", kTearDown},          {"cc_destroy", kTearDown},         {"cc_stop", kTearDown},
+    };
+    const uint32_t formats[2] = {
+        Format1080p50(), UhdVidFormat(720, 1280, VideoFormatBase::SCAN_TYPE_PROGRESSIVE,
+                                      VideoFormatBase::ASPECT_RATIO_16X9, VideoFormatBase::FRAME_RATE_50).GetId()};
+    const long long displays[2] = {kDisplay1080p, kDisplay720p};
+    int turn = 0;
+    const auto hostWorks = [&] {
+        EnableStatus();
+        // Services 1 and 2 in turn, so that each apply restarts the player.
+        const unsigned service = 1 + turn % 2;
+        m_Host.SendU16(kPcr, service << 8);
+        m_Host.SendU16(kVideo, service << 8);
+        m_Host.SendU16(kAudio, (service << 8) + 1);
+        m_Host.SendU8(kVideoCodecType, 2);
+        m_Host.SendU8(kAudioCodecType, 2);
+        m_Host.SendU16(kServiceNum, service);
+        m_Host.SendText(kServiceName, service == 1 ? "e2e HD" : "e2e SD");
+        m_Host.SendU8(kFormatMode, 2);
+        m_Host.SendU32(kManualFormat, formats[++turn % 2]);
+        m_Host.SendApply();
+    };
+    const auto fail = [&](const std::string& fn, const char* count) {
+        return e2e::BoardCommand(Socket(), "fail " + fn + " 0x80a100ff " + count) == "ok\n";
+    };
+    // Calls of fn still to fail, -1 when none; reads the line meanwhile, so that
+    // heartbeats carry the time they came.
+    const auto remaining = [&](const std::string& fn) {
+        m_Host.Drain(5);
+        const FlatJson state = State();
+        for (int i = 0; state.Has("faults." + std::to_string(i) + ".function"); ++i)
+            if (state.Get("faults." + std::to_string(i) + ".function") == fn)
+                return state.Num("faults." + std::to_string(i) + ".remaining");
+        return -1LL;
+    };
+    const auto alive = [&] {
+        int status = 0;
+        return !m_Daemon.Wait(0, status);
+    };
+
+    StartDaemon();
+    EnableStatus();
+    ASSERT_TRUE(m_Host.WaitForOp(kHeartBeat)) << StderrTail();
+    for (const auto& row : rows) {
+        if (row.phase != kRunning) continue;
+        const std::string fn = row.function;
+        SCOPED_TRACE(fn);
+        ASSERT_TRUE(fail(fn, "1"));
+        hostWorks();
+        EXPECT_TRUE(e2e::WaitUntil([&] { return remaining(fn) == -1; })) << "the daemon never called it";
+        ASSERT_TRUE(fail(fn, "1000000"));
+        hostWorks();
+        EXPECT_TRUE(e2e::WaitUntil([&] { return remaining(fn) < 1000000; })) << "not called while failing for good";
+        ASSERT_TRUE(alive()) << StderrTail();
+        ASSERT_TRUE(fail(fn, "0"));
+        hostWorks();
+        EXPECT_TRUE(e2e::WaitUntil([&] { return remaining(fn) == -1 && State().Num("display.format") ==
+                                                                            displays[turn % 2]; }))
+            << StderrTail();
+    }
+    // Faults on functions that only bring-up calls stay pending while the host works.
+    for (const auto& row : rows) {
+        if (row.phase != kBringUp) continue;
+        ASSERT_TRUE(fail(row.function, "1"));
+    }
+    hostWorks();
+    EXPECT_TRUE(e2e::WaitUntil([&] {
+        m_Host.Drain(5);
+        return State().Num("display.format") == displays[turn % 2];
+    }));
+    ASSERT_TRUE(alive()) << StderrTail();
+
+    uint64_t previous = 0, longest = 0;
+    size_t beats = 0;
+    for (const HostOp& op : m_Host.Received()) {
+        if (op.opId != kHeartBeat) continue;
+        if (previous != 0) longest = std::max<uint64_t>(longest, op.monoUs - previous);
+        previous = op.monoUs;
+        ++beats;
+    }
+    RecordProperty("heartbeats", std::to_string(beats));
+    RecordProperty("longest_heartbeat_gap_ms", std::to_string(longest / 1000));
+    std::printf("%zu heartbeats, longest gap %llu ms\n", beats, static_cast<unsigned long long>(longest / 1000));
+    EXPECT_GE(beats, 3u);
+    EXPECT_LT(longest, 2600000u) << "heartbeats stalled";
+
+    for (const auto& row : rows) {
+        if (row.phase != kTearDown) continue;
+        ASSERT_TRUE(fail(row.function, "1000000"));
+    }
+    StopCleanly();
 }
 
 }  // namespace

@@ -57,6 +57,15 @@ uint64_t HostLine::Send(SsOp& op) {
     return MonotonicUs();
 }
 
+bool HostLine::SendRaw(const std::vector<unsigned char>& bytes) {
+    for (size_t done = 0; done < bytes.size();) {
+        ssize_t n = write(m_Master, bytes.data() + done, bytes.size() - done);
+        if (n <= 0) return false;
+        done += static_cast<size_t>(n);
+    }
+    return true;
+}
+
 uint64_t HostLine::SendBytes(unsigned opId, const std::vector<unsigned char>& bytes) {
     SsOp op(OP_TYPE_DATA, opId);
     op.SetDataU8(bytes.data(), static_cast<unsigned>(bytes.size()));

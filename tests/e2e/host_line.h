@@ -47,6 +47,8 @@ public:
     uint64_t SendText(unsigned opId, const std::string& text);
     // The apply trigger (type 6).
     uint64_t SendApply();
+    // Writes bytes as they are (markers, garbage), waiting while the line is full.
+    bool SendRaw(const std::vector<unsigned char>& bytes);
 
     // Reads and decodes until some operation received since the last Clear
     // satisfies pred, or timeoutMs passed.

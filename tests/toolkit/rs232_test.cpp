@@ -205,17 +205,20 @@ TEST(Rs232Open, FailsOnMissingDeviceUnknownRateOrNonTerminal) {
     const struct {
         std::string device;
         int rate;
+        int error;
     } cases[] = {
-        {"/dev/kt-no-such-serial-device", 115200},
-        {name, 12345},
-        {name, 0},
-        {file, 115200},
+        {"/dev/kt-no-such-serial-device", 115200, ENOENT},
+        {name, 12345, EINVAL},
+        {name, 0, EINVAL},
+        {file, 115200, ENOTTY},
+        {"/dev/null", 115200, ENOTTY},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.device + " @ " + std::to_string(c.rate));
         KT::CRs232 port;
         EXPECT_FALSE(port.Open(c.device, c.rate, KT::CRs232::FLOW_SOFTWARE));
         EXPECT_FALSE(port.IsValid());
+        EXPECT_EQ(port.OpenError(), c.error);
     }
     KT::CRs232 port;
     for (int rate : {9600, 19200, 38400, 57600, 115200, 230400, 460800, 921600}) {
@@ -225,6 +228,26 @@ TEST(Rs232Open, FailsOnMissingDeviceUnknownRateOrNonTerminal) {
     ::unlink(file);
     ::close(slave);
     ::close(master);
+}
+
+// One user per line: a second port on the same device is refused while the
+// first is open (even in the same process), the first keeps reading every byte,
+// and the device is free again once the first closes.
+TEST_F(Rs232Test, SecondOpenerIsRefusedAndTheFirstKeepsTheLine) {
+    KT::CRs232 second;
+    EXPECT_FALSE(second.Open(slaveName, 115200, KT::CRs232::FLOW_SOFTWARE));
+    EXPECT_EQ(second.OpenError(), EBUSY);
+    EXPECT_EQ(second.OpenErrorText(slaveName),
+              slaveName + ": in use by another program (a serial line has one user at a time)");
+    const Bytes sent = {1, 2, 3, 4, 5};
+    ASSERT_EQ(::write(master, sent.data(), sent.size()), 5);
+    Bytes got(16);
+    KT::CSlice<unsigned char> slice(got);
+    ASSERT_EQ(port.Read(slice, 5000), 5);
+    got.resize(5);
+    EXPECT_EQ(got, sent);
+    port.Close();
+    EXPECT_TRUE(second.Open(slaveName, 115200, KT::CRs232::FLOW_SOFTWARE));
 }
 
 }  // namespace

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "tests/protocol/print_capture.h"
+#include "tests/support/log_capture.h"
 #include "tests/transport/pty_pair.h"
 #include "transport/c_op_handler.h"
 #include "transport/uart_framing.h"
@@ -100,6 +101,7 @@ protected:
         EXPECT_EQ(NextImage(), sentinel);
     }
 
+    stbav_test::LogCapture log{"stbav.uartadapter"};  // before the adapter's threads log
     PtyPair pty;
     KT::CMsgQ<KT::CSharedPtr<SsOp>> queue;
     COpHandler handler{&queue};
@@ -290,4 +292,38 @@ TEST(UartAdapter, PortNames) {
     EXPECT_NE(testing::internal::GetCapturedStderr().find(
                   "CUartAdapter::GetPortString() No matching value for UartPort_e enum: 18\n"),
               std::string::npos);
+}
+
+// A stray end marker puts the receiver out of step: one warning for the whole
+// episode however many frames are lost, one notice when a doubled start marker
+// brings a frame through again; the counters tell the same story.
+TEST_F(UartAdapterPty, OutOfStepEpisodeIsReportedOnceAndEndsWithADoubledStart) {
+    const Bytes lost = ImageOf(0x0105, {1}, {3});
+    ASSERT_TRUE(pty.Write(Concat({{0x10}, Frame(lost), Frame(lost), Frame(lost)})));
+    ASSERT_TRUE(stbav_test::WaitUntil([&] { return adapter->GetFrameCounters().received == 3; }));
+    const Bytes kept = ImageOf(0x0106, {1}, {4});
+    ASSERT_TRUE(pty.Write(Concat({{0x0F}, Frame(kept)})));
+    EXPECT_EQ(NextImage(), kept);
+    ASSERT_TRUE(stbav_test::WaitUntil([&] { return log.Lines().size() == 2; }));
+    EXPECT_EQ(log.Lines(), (std::vector<std::string>{
+                               std::string("WARN stbav.uartadapter: ") + CUartAdapter::kOutOfStepWarning,
+                               "NOTICE stbav.uartadapter: UartRecv: back in step with the host after 4 empty frames"}));
+    const CUartAdapter::FrameCounters c = adapter->GetFrameCounters();
+    EXPECT_EQ(c.received, 5u);  // 3 empty, the one closed by the doubled start, the kept one
+    EXPECT_EQ(c.decoded, 1u);
+    EXPECT_EQ(c.failed, 4u);
+}
+
+// Megabytes with no end marker: one line for the dropped frame, the byte queue
+// and the frame buffer stay small (the host's writes wait instead), and the next
+// frame after the flood's end marker arrives.
+TEST_F(UartAdapterPty, FloodWithoutEndMarkerIsDroppedWithOneLine) {
+    Bytes flood(8 * 1024 * 1024, 0x41);
+    flood[0] = 0x0F;
+    flood.back() = 0x10;
+    ASSERT_TRUE(pty.Write(flood));  // blocks while the receiver's queue is full
+    ExpectNothingMoreThenSentinel();
+    EXPECT_EQ(log.Count("WARN", "UartRecv: frame longer than 1030 bytes dropped; its bytes are skipped up to its "
+                                "end marker"), 1u);
+    EXPECT_EQ(adapter->GetFrameCounters().failed, 1u);
 }

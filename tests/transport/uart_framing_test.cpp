@@ -13,6 +13,12 @@ using Bytes = std::vector<unsigned char>;
 
 namespace {
 
+Bytes Concat(std::initializer_list<Bytes> parts) {
+    Bytes out;
+    for (const Bytes& p : parts) out.insert(out.end(), p.begin(), p.end());
+    return out;
+}
+
 std::vector<Bytes> Writes(const Bytes& payload) {
     std::vector<FrameWrite> writes;
     FrameEncoder::Encode(payload.data(), payload.size(), writes);
@@ -91,6 +97,38 @@ TEST(FrameDecoder, EscapePendingSurvivesFrameEnd) {
     EXPECT_FALSE(decoder.EscapePending());
 }
 
+// The longest valid image, every byte escaped, still decodes; one line byte more
+// and the frame is dropped, the rest of it skipped up to its end marker, and the
+// next frame decodes as if nothing had happened. Memory stays bounded meanwhile.
+TEST(FrameDecoder, FrameLongerThanTheLongestStuffedImageIsDropped) {
+    const Bytes longest(uart_framing::kMaxImage, 0x10);
+    const Bytes line = FrameEncoder::EncodeToBytes(longest);
+    ASSERT_EQ(line.size(), uart_framing::kMaxStuffedImage + 2);
+    EXPECT_EQ(Decode(line), (std::vector<Bytes>{longest}));
+
+    struct Case {
+        const char* name;
+        Bytes body;  // between the markers
+    } const cases[] = {
+        {"one escape too many", Concat({Bytes(line.begin() + 1, line.end() - 1), {0x12, 0x30}})},
+        {"plain bytes", Bytes(uart_framing::kMaxStuffedImage + 1, 0x41)},
+        {"a flood", Bytes(3 * 1000 * 1000, 0x42)},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        FrameDecoder decoder;
+        Bytes stream{0x0F};
+        stream.insert(stream.end(), c.body.begin(), c.body.end());
+        stream.push_back(0x0F);  // ignored inside the dropped frame, as in any frame
+        stream.push_back(0x10);
+        EXPECT_TRUE(Decode(decoder, stream).empty());
+        EXPECT_EQ(decoder.DroppedFrames(), 1u);
+        EXPECT_FALSE(decoder.Dropping());
+        EXPECT_FALSE(decoder.FrameEnded());
+        EXPECT_EQ(Decode(decoder, {0x0F, 0x07, 0x10}), (std::vector<Bytes>{{0x07}}));
+    }
+}
+
 // The receiver appends one 0x00 before parsing, so a cut right after the index
 // reads as an empty value and a cut one byte short of a 2-byte value takes the
 // spare byte as data; every other cut fails.
@@ -114,7 +152,7 @@ TEST(FrameRoundTrip, SeededRandomPayloads) {
     FrameDecoder decoder;
     Bytes frame;
     for (int iter = 0; iter < 50000; ++iter) {
-        Bytes payload(rng() % 64 == 0 ? rng() % 600 : rng() % 40);
+        Bytes payload(rng() % 64 == 0 ? rng() % (uart_framing::kMaxImage + 1) : rng() % 40);
         for (auto& b : payload) b = static_cast<unsigned char>(rng() % 4 == 0 ? 0x0F + rng() % 5 : rng() & 0xFF);
         Bytes line = FrameEncoder::EncodeToBytes(payload);
         int completed = 0;
