@@ -43,6 +43,7 @@ expect "avhost names from the dictionary" \
 expect "avhost monitor options" "$(complete_words _avhost "$AVHOST" monitor --pt)" "--pty "
 expect "stbavd log levels" "$(complete_words _stbavd stbavd -v '')" "0 1 2 3 4 "
 expect "stbavd options" "$(complete_words _stbavd stbavd -)" "-P -R -U -a -c -d -h -v "
+expect "stbavd long options" "$(complete_words _stbavd stbavd --up)" "--upload --upload-port= --upload= "
 
 [ "$fails" -eq 0 ] && echo "completions: all cases pass"
 exit "$fails"
