@@ -11,6 +11,10 @@
 #   make soak       the daemon for SOAK_MINUTES (default 10) under line-rate traffic, garbage and faults
 #   make cross-test build for 64-bit and 32-bit ARM and run the tests under qemu-user
 
+# One list: every Debian package that the builds, the tests, the fuzz targets and
+# the packaging checks need. `make deps` installs what is missing (as root, or
+# through sudo for a normal user: `sudo make deps`); every other target checks
+# the list first, so a machine that has the packages never reaches apt again.
 DEBS := build-essential cmake ninja-build pkg-config g++ clang \
         libgtest-dev libgmock-dev googletest libbenchmark-dev liblog4cpp5-dev \
         libavformat-dev libavcodec-dev libavutil-dev ffmpeg socat
@@ -19,8 +23,8 @@ DEBS += nlohmann-json3-dev libedit-dev libncurses-dev tmux
 DEBS += libpcap-dev tshark
 # Manual pages (scdoc, linted with mandoc) and the completion tests (bash-completion).
 DEBS += scdoc mandoc bash-completion
-# Only for `make deb` and its checks.
-PKG_DEBS := dpkg-dev lintian systemd
+# `make deb`, `make install` and their checks (the README's install recipe runs in the tests).
+DEBS += dpkg-dev lintian systemd
 JOBS ?= 2
 FUZZ_SECONDS ?= 60
 SOAK_MINUTES ?= 10
@@ -36,6 +40,9 @@ deps:
 	  dpkg-query -W -f='$${Status}' $$p 2>/dev/null | grep -q "install ok installed" || missing="$$missing $$p"; \
 	done; \
 	if [ -n "$$missing" ]; then \
+	  if [ -n "$$STBAV_NO_INSTALL" ]; then \
+	    echo "missing Debian packages:$$missing; install them first with 'sudo make deps'" >&2; exit 1; \
+	  fi; \
 	  echo "Installing:$$missing"; \
 	  SUDO=; [ "$$(id -u)" = 0 ] || SUDO=sudo; \
 	  $$SUDO apt-get update -qq && DEBIAN_FRONTEND=noninteractive $$SUDO apt-get install -y -qq $$missing >/dev/null; \
@@ -47,7 +54,9 @@ build/%/build.ninja: | deps
 build: deps build/dev/build.ninja
 	@cmake --build --preset dev -j $(JOBS)
 
-test: build
+# The optimised build of the install recipe (build/package) is made here, before
+# ctest: the README's `make install` block then only installs, inside the tests.
+test: build package-build
 	@ctest --preset dev
 
 asan-test: deps build/asan/build.ninja
@@ -137,18 +146,17 @@ PKG_CONFIGURE = CFLAGS="$$(dpkg-buildflags --get CFLAGS) $$(dpkg-buildflags --ge
   LDFLAGS="$$(dpkg-buildflags --get LDFLAGS)" \
   cmake -S . -B $(PKG_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DSTBAV_BUILD_TESTS=OFF \
   -DSTBAV_BUILD_BENCH=OFF >/dev/null
-.PHONY: install deb deb-check pkg-deps
-pkg-deps:
-	@$(MAKE) --no-print-directory deps DEBS="$(PKG_DEBS)"
+.PHONY: install deb deb-check package-build
+package-build: deps
+	@$(PKG_CONFIGURE) -DCMAKE_INSTALL_PREFIX=/usr
+	@cmake --build $(PKG_BUILD) -j $(JOBS)
 
-install: deps pkg-deps
+install: deps
 	@$(PKG_CONFIGURE) -DCMAKE_INSTALL_PREFIX=$(PREFIX)
 	@cmake --build $(PKG_BUILD) -j $(JOBS)
 	@DESTDIR=$(DESTDIR) cmake --install $(PKG_BUILD)
 
-deb: deps pkg-deps
-	@$(PKG_CONFIGURE) -DCMAKE_INSTALL_PREFIX=/usr
-	@cmake --build $(PKG_BUILD) -j $(JOBS)
+deb: package-build
 	@rm -rf $(PKG_BUILD)/packages
 	@cd $(PKG_BUILD) && cpack -G DEB >/dev/null
 	@ls $(PKG_BUILD)/packages/*.deb
