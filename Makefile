@@ -19,6 +19,8 @@ DEBS += nlohmann-json3-dev libedit-dev libncurses-dev tmux
 DEBS += libpcap-dev tshark
 # Manual pages (scdoc, linted with mandoc) and the completion tests (bash-completion).
 DEBS += scdoc mandoc bash-completion
+# The Python package for test rigs (python/): pytest for its tests and plugin, pyserial for real ports.
+DEBS += python3-pytest python3-serial
 # Only for `make deb` and its checks.
 PKG_DEBS := dpkg-dev lintian systemd
 JOBS ?= 2
@@ -124,6 +126,13 @@ streams: deps
 host-guide: deps build/dev/build.ninja
 	@cmake --build --preset dev -j $(JOBS) --target host_guide_dictionary
 	@build/dev/docs/host_guide_dictionary --update docs/host-guide.md
+
+# Rewrites python/stbav/dictionary.py from the daemon's tables (the test
+# python_dictionary_current fails while the committed copy is stale).
+.PHONY: python-dictionary
+python-dictionary: deps build/dev/build.ninja
+	@cmake --build --preset dev -j $(JOBS) --target python_dictionary
+	@build/dev/python/python_dictionary --update python/stbav/dictionary.py
 
 # Install and Debian packages from an optimised build without tests (build/package):
 #   make install [PREFIX=/usr/local] [DESTDIR=/scratch]   stbavd, stbav-upgrade (sbin), avhost (bin), the
