@@ -6,8 +6,9 @@
 #   host    a stbav.Link to it
 #   board   a stbav.Board over the virtual board's control socket
 # With --stbav-device DEV (or STBAV_DEVICE) the same tests run against a real
-# board on that serial device: no daemon is started, host opens DEV, and tests
-# that use board are skipped. Runs on pytest's main thread.
+# board on that serial device: no daemon is started, host opens DEV, tests that
+# use board are skipped, and daemon.board is None (so a test that checks the
+# board only where there is one runs in both places). Runs on pytest's main thread.
 from __future__ import annotations
 
 import os
@@ -97,6 +98,18 @@ class Daemon:
             self.process = subprocess.Popen(
                 [stbavd, "-d", os.ttyname(slave), "-R", str(self.root), "-v", level],
                 stdin=subprocess.DEVNULL, stdout=log, stderr=subprocess.STDOUT, env=env)
+
+    @property
+    def board(self) -> Board | None:
+        """The virtual board's control (once its socket is up), or None on a real board."""
+        if not self.virtual:
+            return None
+        deadline = time.monotonic() + 10
+        while not os.path.exists(self.socket_path):
+            if time.monotonic() > deadline or self.process.poll() is not None:
+                pytest.fail(f"the virtual board's control socket {self.socket_path} did not appear")
+            time.sleep(0.02)  # polls for the socket file; bounded by the deadline
+        return Board(self.socket_path)
 
     def log_text(self) -> str:
         try:
@@ -203,12 +216,8 @@ def host(request, daemon) -> Link:
 
 @pytest.fixture
 def board(daemon) -> Board:
-    """The virtual board under the daemon (its control socket is up once this returns)."""
+    """The virtual board under the daemon; skips the test on a real board (tests that
+    should run there too use daemon.board, which is None on a real board)."""
     if not daemon.virtual:
         pytest.skip("needs the virtual board (running against a real board on " + str(daemon.device) + ")")
-    deadline = time.monotonic() + 10
-    while not os.path.exists(daemon.socket_path):
-        if time.monotonic() > deadline or daemon.process.poll() is not None:
-            pytest.fail(f"the virtual board's control socket {daemon.socket_path} did not appear")
-        time.sleep(0.02)  # polls for the socket file; bounded by the deadline
-    return Board(daemon.socket_path)
+    return daemon.board
