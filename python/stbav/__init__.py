@@ -13,7 +13,6 @@ from .codec import CodecError, Frame, LineDecoder, Op, encode_frame, format_text
 from .link import Counters, Link, LinkError, connect
 from .pcap import Chunk, PcapError, PcapWriter, decode_chunks, read_pcap, write_pcap
 
-__version__ = "1.0.0"
 __all__ = ["Board", "BoardError", "Chunk", "CodecError", "Counters", "Frame", "Link", "LinkError", "LineDecoder",
            "Op", "PcapError", "PcapWriter", "connect", "decode_chunks", "encode_frame", "format_text",
            "parse_format", "read_pcap", "write_pcap"]

@@ -146,9 +146,9 @@ class Daemon:
 
 def _find_stbavd(config) -> str:
     given = config.getoption("--stbavd")
-    candidates = [given] if given else [
-        str(p / "build/dev/control/stbavd") for p in [config.rootpath, *config.rootpath.parents]
-    ] + [shutil.which("stbavd") or "", "/usr/sbin/stbavd"]
+    trees = [_PACKAGE_DIR.parents[1], config.rootpath, *config.rootpath.parents]
+    candidates = [given] if given else [str(p / "build/dev/control/stbavd") for p in trees] + [
+        shutil.which("stbavd") or "", "/usr/sbin/stbavd"]
     for c in candidates:
         if c and os.access(c, os.X_OK):
             return c
@@ -173,10 +173,12 @@ def _input_of(request, etc: Path, workdir: Path) -> str | None:
         path = workdir / "input.scn"
         path.write_text(source)
         return str(path)
-    for c in (Path(source), Path(request.node.path).parent / source, etc / "scenarios" / source):
+    streams = _PACKAGE_DIR.parents[1] / "build/streams"  # make streams: the samples as MPEG-TS files
+    for c in (Path(source), Path(request.node.path).parent / source, etc / "scenarios" / source, streams / source):
         if c.is_file():
             return str(c.resolve())
-    pytest.fail(f"stbav_input: no file {source} (looked beside the test and in {etc / 'scenarios'})")
+    pytest.fail(f"stbav_input: no file {source} (looked beside the test, in {etc / 'scenarios'} and in {streams}; "
+                "`make streams` makes the MPEG-TS samples)")
 
 
 @pytest.fixture

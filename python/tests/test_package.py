@@ -160,3 +160,11 @@ def test_link_sends_by_name_and_waits_for_reports(pty_pair, tmp_path):
     ops = [f.op.name for _, _, f in stbav.decode_chunks(stbav.read_pcap(tmp_path / "line.pcap")) if f.op]
     assert ops == ["videoWidth", "videooutputFormatMode", "videooutputManualFormat", "apply", "videoWidth",
                    "videooutputCurrentOutputFormat"]
+
+
+def test_package_metadata_follows_the_release():
+    import tomllib
+    project = tomllib.loads((TOP / "python/pyproject.toml").read_text())["project"]
+    release = (TOP / "etc/version").read_text().strip().split("-")[-1]
+    assert project["version"] == release
+    assert project["entry-points"]["pytest11"] == {"stbav.pytest_plugin": "stbav.pytest_plugin"}
