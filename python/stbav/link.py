@@ -76,8 +76,12 @@ class SerialPort:
         self.name = path
 
     def read(self, timeout: float) -> bytes:
-        self._serial.timeout = timeout
-        return self._serial.read(max(1, self._serial.in_waiting))
+        import serial
+        try:
+            self._serial.timeout = timeout
+            return self._serial.read(max(1, self._serial.in_waiting))
+        except (serial.SerialException, OSError):  # the device went away (USB adapter unplugged)
+            return None
 
     def write(self, data: bytes) -> None:
         self._serial.write(data)
@@ -269,6 +273,7 @@ class Link:
     def close(self) -> None:
         with self._cond:
             self._closed = True
+            self._cond.notify_all()
         self._thread.join()
         self._port.close()
         if self._pcap:
