@@ -137,7 +137,7 @@ python-dictionary: deps build/dev/build.ninja
 # Install and Debian packages from an optimised build without tests (build/package):
 #   make install [PREFIX=/usr/local] [DESTDIR=/scratch]   stbavd, stbav-upgrade (sbin), avhost (bin), the
 #                                  virtual board (lib/stbav), samples, manual pages, completions, service files
-#   make deb                       build/package/packages/{stbavd,avhost,stbav-board}_*.deb
+#   make deb                       build/package/packages/{stbavd,avhost,stbav-board,python3-stbav}_*.deb
 #   make deb-check                 the packages' file lists, lintian, and the programs run from a scratch root
 PREFIX ?= /usr/local
 PKG_BUILD := build/package
