@@ -191,11 +191,12 @@ def daemon(request, tmp_path):
         yield Daemon(device)
         return
     etc = _find_etc(config)
+    stbavd, stream = _find_stbavd(config), _input_of(request, etc, tmp_path)
     d = Daemon()
     request.node.stash[_DAEMON_KEY] = d
-    d.start(_find_stbavd(config), etc, _input_of(request, etc, tmp_path), tmp_path,
-            config.getoption("--stbav-log-level"), config.getoption("--stbav-board-lib"))
     try:
+        d.start(stbavd, etc, stream, tmp_path, config.getoption("--stbav-log-level"),
+                config.getoption("--stbav-board-lib"))
         yield d
     finally:
         problems = d.stop()
