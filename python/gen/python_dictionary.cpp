@@ -89,16 +89,16 @@ bool ReadFile(const char* path, std::string& text) {
     return true;
 }
 
-int CheckOrUpdate(const char* mode, const char* path, const std::string& module) {
+int CheckOrUpdate(const char* self, const char* mode, const char* path, const std::string& module) {
     std::string text;
     const bool readable = ReadFile(path, text);
     if (readable && text == module) return 0;
     if (std::strcmp(mode, "--check") == 0) {
         std::fprintf(stderr,
                      "python_dictionary: %s %s the daemon's tables; rewrite it with\n"
-                     "  make python-dictionary      (or: build/dev/python/python_dictionary --update %s)\n"
+                     "  make python-dictionary      (or: %s --update %s)\n"
                      "and commit the result\n",
-                     path, readable ? "differs from" : "cannot be read, so it does not match", path);
+                     path, readable ? "differs from" : "cannot be read, so it does not match", self, path);
         return 1;
     }
     std::ofstream f(path, std::ios::binary | std::ios::trunc);
@@ -115,7 +115,7 @@ int main(int argc, char** argv) {
         return 0;
     }
     if (argc == 3 && (std::strcmp(argv[1], "--check") == 0 || std::strcmp(argv[1], "--update") == 0))
-        return CheckOrUpdate(argv[1], argv[2], module);
+        return CheckOrUpdate(argv[0], argv[1], argv[2], module);
     std::fprintf(stderr, "usage: python_dictionary [--check FILE | --update FILE]\n");
     return 2;
 }
