@@ -156,12 +156,10 @@ def _integer_bytes(value: int | str, value_type: int, what: str) -> bytes:
     elif isinstance(value, bool) or not isinstance(value, int):
         raise CodecError(f"{what}: {value!r} is not an integer for {TYPE_NAMES[value_type]}")
     bits = 8 * size
-    if signed and not is_hex:
-        lo, hi = -(1 << (bits - 1)), (1 << (bits - 1)) - 1
+    if is_hex or not signed:  # a hex text is a bit pattern of the type's width
+        lo, hi = 0, (1 << bits) - 1
     else:
-        lo, hi = (-(1 << (bits - 1)) if signed else 0), (1 << bits) - 1
-        if is_hex and value < 0:
-            hi = -1  # a hex pattern is never negative
+        lo, hi = -(1 << (bits - 1)), (1 << (bits - 1)) - 1
     if not lo <= value <= hi:
         raise CodecError(f"{what}: value {value} out of range for {TYPE_NAMES[value_type]}")
     return (value & ((1 << bits) - 1)).to_bytes(size, "big")

@@ -69,6 +69,8 @@ def test_receiver_quirks_are_kept():
     ("analogaudioOutputLevel", "0xFA", "fa"),
     ("analogaudioOutputLevel", -129, "range"),
     ("analogaudioOutputLevel", "0x100", "range"),
+    ("analogaudioOutputLevel", "-0x5", "range"),
+    ("analogaudioOutputLevel", 128, "range"),
     ("serviceselectionVideo", "0x1FFF", "1fff"),
     ("serviceselectionVideo", 65536, "range"),
     ("serviceselectionVideo", -1, "range"),
