@@ -25,6 +25,8 @@ DEBS += libpcap-dev tshark
 DEBS += scdoc mandoc bash-completion
 # `make deb`, `make install` and their checks (the README's install recipe runs in the tests).
 DEBS += dpkg-dev lintian systemd
+# The Python package for test rigs (python/): pytest for its tests and plugin, pyserial for real ports.
+DEBS += python3-pytest python3-serial
 JOBS ?= 2
 FUZZ_SECONDS ?= 60
 SOAK_MINUTES ?= 10
@@ -134,10 +136,17 @@ host-guide: deps build/dev/build.ninja
 	@cmake --build --preset dev -j $(JOBS) --target host_guide_dictionary
 	@build/dev/docs/host_guide_dictionary --update docs/host-guide.md
 
+# Rewrites python/stbav/dictionary.py from the daemon's tables (the test
+# python_dictionary_current fails while the committed copy is stale).
+.PHONY: python-dictionary
+python-dictionary: deps build/dev/build.ninja
+	@cmake --build --preset dev -j $(JOBS) --target python_dictionary
+	@build/dev/python/python_dictionary --update python/stbav/dictionary.py
+
 # Install and Debian packages from an optimised build without tests (build/package):
 #   make install [PREFIX=/usr/local] [DESTDIR=/scratch]   stbavd, stbav-upgrade (sbin), avhost (bin), the
 #                                  virtual board (lib/stbav), samples, manual pages, completions, service files
-#   make deb                       build/package/packages/{stbavd,avhost,stbav-board}_*.deb
+#   make deb                       build/package/packages/{stbavd,avhost,stbav-board,python3-stbav}_*.deb
 #   make deb-check                 the packages' file lists, lintian, and the programs run from a scratch root
 PREFIX ?= /usr/local
 PKG_BUILD := build/package

@@ -52,4 +52,21 @@ model of a board, so that the stbav daemon runs unchanged on a PC. It takes
 scenario files or MPEG-TS files as input, injects faults, keeps a journal of
 every call and is steered through a control socket.")
 
+# The Python rigs: modules only, for every architecture (packaging/CMakeLists.txt).
+list(APPEND CPACK_COMPONENTS_ALL python)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_NAME python3-stbav)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_SECTION python)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_ARCHITECTURE all)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS "python3:any (>= 3.11)")
+set(CPACK_DEBIAN_PYTHON_PACKAGE_RECOMMENDS "python3-pytest, python3-serial")
+set(CPACK_DEBIAN_PYTHON_PACKAGE_SUGGESTS "stbavd, avhost")
+set(CPACK_DEBIAN_PYTHON_DESCRIPTION
+  "Python test rigs for the stbav daemon
+A link that talks to the stbav daemon over its serial line by operation name
+(typed values, format codes as text, waiting for reports), the virtual
+decoder board's control socket, and pcap captures of the line as avhost
+writes them. Its pytest plugin starts the daemon on the virtual board per
+test (fixtures daemon, host, board), or points the same tests at a real
+board on a serial device.")
+
 include(CPack)

@@ -2,7 +2,9 @@
 # Checks the Debian packages made by `make deb`: prints each package's fields and
 # file list, runs lintian (fails on any error), unpacks all three into a scratch
 # root and runs the programs from there (they must find the virtual board in the
-# scratch root, not in the build tree), and verifies the systemd unit.
+# scratch root, not in the build tree), verifies the systemd unit, and imports
+# the Python rigs from the scratch root with their pytest plugin found through
+# the package's entry point.
 #
 #   scripts/check-packages.sh [PACKAGE_DIR]      (default build/package/packages; `make deb-check`)
 set -euo pipefail
@@ -11,7 +13,7 @@ cd "$(dirname "$0")/.."
 DIR=${1:-build/package/packages}
 shopt -s nullglob
 debs=("$DIR"/*.deb)
-[ ${#debs[@]} -eq 3 ] || { echo "check-packages: expected 3 packages in $DIR, found ${#debs[@]}" >&2; exit 1; }
+[ ${#debs[@]} -eq 4 ] || { echo "check-packages: expected 4 packages in $DIR, found ${#debs[@]}" >&2; exit 1; }
 ROOT=$(mktemp -d /tmp/stbav-pkg-XXXXXX)
 trap 'rm -rf "$ROOT"' EXIT
 fail() { echo "check-packages: $*" >&2; exit 1; }
@@ -52,5 +54,23 @@ if command -v systemd-analyze >/dev/null; then
   [ -z "$out" ] || fail "systemd-analyze verify reports problems"
 else
   echo "   systemd-analyze is not installed: not verified"
+fi
+echo "== python3-stbav from the scratch root"
+pydir=$ROOT/usr/lib/python3/dist-packages
+py_out=$(PYTHONPATH=$pydir /usr/bin/python3 -c '
+import importlib.metadata as m, stbav
+plugins = [e.value for e in m.entry_points(group="pytest11") if e.value.startswith("stbav")]
+print("   stbav from", stbav.__file__, "| pytest11:", plugins, "| operations:", len(stbav.codec.BY_ID))
+assert stbav.__file__.startswith("'"$pydir"'") and plugins == ["stbav.pytest_plugin"]
+') || fail "the Python package does not import from the scratch root"
+echo "$py_out"
+if /usr/bin/python3 -c 'import pytest' 2>/dev/null; then
+  help=$(PYTHONPATH=$pydir /usr/bin/python3 -m pytest -p no:cacheprovider --help)
+  grep -q -- '--stbav-device' <<<"$help" || fail "pytest does not load the stbav plugin through the entry point"
+  echo "   pytest --help shows --stbav-device (plugin loaded through the entry point)"
+  echo "   \$ pytest python/examples with the packaged stbavd, board and samples"
+  PYTHONPATH=$pydir /usr/bin/python3 -m pytest -q -p no:cacheprovider python/examples --stbavd "$ROOT/usr/sbin/stbavd" \
+    --stbav-etc "$ROOT/usr/share/stbav" 2>&1 | tail -n 1 | sed 's/^/     /'
+  [ "${PIPESTATUS[0]}" -eq 0 ] || fail "the examples fail with the packaged programs"
 fi
 echo "check-packages: all good"
