@@ -20,6 +20,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/free_port.h"
 #include "tests/support/log_capture.h"
 #include "toolkit/fixed_paths.h"
 
@@ -39,17 +40,6 @@ sockaddr_in Address(uint16_t port, uint32_t host = INADDR_LOOPBACK) {
     a.sin_port = htons(port);
     a.sin_addr.s_addr = htonl(host);
     return a;
-}
-
-// A port nobody listens on right now (the receiver sets SO_REUSEADDR).
-uint16_t FreePort() {
-    int s = socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in a = Address(0);
-    bind(s, reinterpret_cast<sockaddr*>(&a), sizeof a);
-    socklen_t len = sizeof a;
-    getsockname(s, reinterpret_cast<sockaddr*>(&a), &len);
-    close(s);
-    return ntohs(a.sin_port);
 }
 
 // Connects to 127.0.0.1:port, retrying while the receiver is not listening yet.
@@ -89,7 +79,8 @@ protected:
         m_Root = tmpl;
         ASSERT_EQ(mkdir((m_Root + "/sdcard").c_str(), 0755), 0);
         stbav::paths::SetRoot(m_Root);
-        m_Port = FreePort();
+        m_Port = stbav_test::FreeListenPort();
+        ASSERT_NE(m_Port, 0);
     }
     void TearDown() override {
         stbav::paths::SetRoot("");

@@ -23,6 +23,7 @@
 #include <thread>
 
 #include "tests/support/child_launcher.h"
+#include "tests/support/free_port.h"
 
 extern char** environ;
 
@@ -75,20 +76,7 @@ bool FileExists(const std::string& path) {
 
 // ---- sockets ----------------------------------------------------------------
 
-uint16_t FreeTcpPort() {
-    int fd = socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in addr{};
-    addr.sin_family = AF_INET;
-    addr.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    addr.sin_port = 0;
-    socklen_t len = sizeof addr;
-    uint16_t port = 0;
-    if (bind(fd, reinterpret_cast<sockaddr*>(&addr), sizeof addr) == 0 &&
-        getsockname(fd, reinterpret_cast<sockaddr*>(&addr), &len) == 0)
-        port = ntohs(addr.sin_port);
-    close(fd);
-    return port;
-}
+uint16_t FreeTcpPort() { return stbav_test::FreeListenPort(); }
 
 bool UploadTcp(uint16_t port, const std::string& bytes) {
     int fd = socket(AF_INET, SOCK_STREAM, 0);

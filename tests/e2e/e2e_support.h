@@ -34,7 +34,8 @@ bool WriteFile(const std::string& path, const std::string& content);  // creates
 bool ReadFile(const std::string& path, std::string& content);
 bool FileExists(const std::string& path);
 
-// A TCP port on 127.0.0.1 that was free a moment ago (the kernel's pick).
+// A TCP port that was free a moment ago, outside the kernel's ephemeral range
+// (see tests/support/free_port.h).
 uint16_t FreeTcpPort();
 // Connects to 127.0.0.1:port, writes every byte, closes. False on any failure.
 bool UploadTcp(uint16_t port, const std::string& bytes);
