@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -44,20 +45,33 @@ protected:
 
 }  // namespace
 
-TEST_F(StbAvOpSenderTest, TypedValueTakesTheDictionaryTypeAndAOneByteIndex) {
-    sender.TransmitStatus(271u, 0x102u, static_cast<unsigned short>(1920));  // videoWidth, VT_UINT16
-    sender.TransmitStatus(274u, 1u, VIDEO_FRAME_RATE_25);                    // videoFrameRate, VT_UINT16
-    sender.TransmitStatus(281u, 0u, 0x01020304u);                            // videoAverageBitrate, VT_UINT32
-    ASSERT_EQ(adapter.sent.size(), 3u);
-    EXPECT_EQ(adapter.sent[0], (Bytes{0x00, 0x0F, 0x01, 0x01, 0x02, 0x02, 0x07, 0x80}));
-    EXPECT_EQ(adapter.sent[1], (Bytes{0x00, 0x12, 0x01, 0x01, 0x01, 0x02, 0x00, VIDEO_FRAME_RATE_25}));
-    EXPECT_EQ(adapter.sent[2], (Bytes{0x00, 0x19, 0x01, 0x01, 0x00, 0x04, 0x01, 0x02, 0x03, 0x04}));
-}
-
-TEST_F(StbAvOpSenderTest, SignedMinusOneGoesAsFF) {
-    sender.TransmitStatus(0u, 1u, static_cast<signed char>(-1));  // stbsystemReset, VT_INT8
-    ASSERT_EQ(adapter.sent.size(), 1u);
-    EXPECT_EQ(adapter.sent[0], (Bytes{0x00, 0x00, 0x00, 0x01, 0x01, 0x01, 0xFF}));
+// Numbers take the dictionary's type and a one-byte index; text goes as a
+// string whatever the dictionary says, with its index as given.
+TEST_F(StbAvOpSenderTest, EachValueGoesOutAsOneOperationImage) {
+    const struct {
+        const char* why;
+        std::function<void()> send;
+        Bytes image;
+    } cases[] = {
+        {"videoWidth, VT_UINT16", [&] { sender.TransmitStatus(271u, 0x102u, static_cast<unsigned short>(1920)); },
+         {0x00, 0x0F, 0x01, 0x01, 0x02, 0x02, 0x07, 0x80}},
+        {"videoFrameRate, VT_UINT16", [&] { sender.TransmitStatus(274u, 1u, VIDEO_FRAME_RATE_25); },
+         {0x00, 0x12, 0x01, 0x01, 0x01, 0x02, 0x00, VIDEO_FRAME_RATE_25}},
+        {"videoAverageBitrate, VT_UINT32", [&] { sender.TransmitStatus(281u, 0u, 0x01020304u); },
+         {0x00, 0x19, 0x01, 0x01, 0x00, 0x04, 0x01, 0x02, 0x03, 0x04}},
+        {"stbsystemReset, VT_INT8: -1 as FF", [&] { sender.TransmitStatus(0u, 1u, static_cast<signed char>(-1)); },
+         {0x00, 0x00, 0x00, 0x01, 0x01, 0x01, 0xFF}},
+        {"stbsystemSoftwareVersion, VT_UINT32, as text", [&] { sender.TransmitStatus(2u, 0x1FFu, std::string("1.4.2")); },
+         {0x00, 0x02, 0x00, 0x01, 0xFF, 0x05, '1', '.', '4', '.', '2'}},
+    };
+    for (const auto& c : cases) {
+        adapter.sent.clear();
+        c.send();
+        ASSERT_EQ(adapter.sent.size(), 1u) << c.why;
+        EXPECT_EQ(adapter.sent[0], c.image) << c.why;
+    }
+    EXPECT_TRUE(log.Has("DEBUG", "TransmitStatus::Sending OpId:2 index: 511"));
+    EXPECT_TRUE(log.Has("DEBUG", "TransmitStatus::Pushing op: 2 into UartAdapter..."));
 }
 
 TEST_F(StbAvOpSenderTest, TextEntryThroughTheTypedPathOrAnUnknownOpIdSendsNothing) {
@@ -68,14 +82,6 @@ TEST_F(StbAvOpSenderTest, TextEntryThroughTheTypedPathOrAnUnknownOpIdSendsNothin
     EXPECT_EQ(log.Lines(), (std::vector<std::string>{
                                "ERROR stbav.opsender: TransmitStatus::SetSsOpData failed, opId: 226, dataType: 12",
                                "ERROR stbav.opsender: TransmitStatus: OpId 400 is not in the dictionary"}));
-}
-
-TEST_F(StbAvOpSenderTest, TextGoesAsStringWhateverTheDictionarySays) {
-    sender.TransmitStatus(2u, 0x1FFu, std::string("1.4.2"));  // stbsystemSoftwareVersion is VT_UINT32
-    ASSERT_EQ(adapter.sent.size(), 1u);
-    EXPECT_EQ(adapter.sent[0], (Bytes{0x00, 0x02, 0x00, 0x01, 0xFF, 0x05, '1', '.', '4', '.', '2'}));
-    EXPECT_EQ(log.Lines(), (std::vector<std::string>{"DEBUG stbav.opsender: TransmitStatus::Sending OpId:2 index: 511",
-                                                     "DEBUG stbav.opsender: TransmitStatus::Pushing op: 2 into UartAdapter..."}));
 }
 
 TEST_F(StbAvOpSenderTest, FailedSendsAreLogged) {

@@ -3,14 +3,12 @@
 // and a hand-moved clock under the schedule (real time for the tear-down test).
 #include "control/stb_av_subsystem.h"
 
-#include <dirent.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include <chrono>
 #include <condition_variable>
 #include <cstdio>
-#include <fstream>
 #include <iostream>
 #include <memory>
 #include <mutex>
@@ -19,68 +17,49 @@
 #include <vector>
 
 #include "output/uhd_vid_format.h"
-#include "tests/control/pty_host.h"
 #include "tests/doubles/fake_decoder_set.h"
+#include "tests/e2e/e2e_support.h"
+#include "tests/e2e/host_line.h"
 #include "tests/protocol/print_capture.h"
 #include "tests/status/status_test_support.h"
 #include "tests/support/log_capture.h"
+#include "tests/support/thread_names.h"
 #include "toolkit/fixed_paths.h"
 #include "toolkit/kt_fs.h"
 
 using stbav_test::FakeClock;
 using stbav_test::LogCapture;
-using stbav_test::OpIds;
-using stbav_test::PtyHost;
-using stbav_test::SentOp;
 using stbav_test::WaitUntil;
 using Ids = std::vector<unsigned int>;
 using Calls = std::vector<std::string>;
 
 namespace {
 
-// Threads of ours still alive ("UART Rx", "UART Px", "poller"). Counted by name,
-// because sanitizer runtimes start helper threads of their own at any moment.
+Ids OpIds(const std::vector<e2e::HostOp>& ops) {
+    Ids ids;
+    for (const e2e::HostOp& op : ops) ids.push_back(op.opId);
+    return ids;
+}
+
+// Threads of ours still alive ("UART Rx", "UART Px", "poller").
 size_t ThreadCount() {
-    size_t n = 0;
-    if (DIR* dir = opendir("/proc/self/task")) {
-        while (dirent* e = readdir(dir)) {
-            if (e->d_name[0] == '.') continue;
-            std::ifstream comm(std::string("/proc/self/task/") + e->d_name + "/comm");
-            std::string name;
-            std::getline(comm, name);
-            n += name == "UART Rx" || name == "UART Px" || name == "poller";
-        }
-        closedir(dir);
-    }
-    return n;
+    const auto names = stbav_test::ThreadNames();
+    return names.count("UART Rx") + names.count("UART Px") + names.count("poller");
 }
 
 class SubsystemTest : public ::testing::Test {
 protected:
-    SubsystemTest() {
-        char tmpl[] = "/tmp/stbav-core-XXXXXX";
-        m_Root = mkdtemp(tmpl);
-        stbav::paths::SetRoot(m_Root);
-    }
+    SubsystemTest() { stbav::paths::SetRoot(m_Root.Path()); }
     ~SubsystemTest() override {
         sub.reset();
         stbav::paths::SetRoot("");
-        std::remove((m_Root + "/vendor/etc/version").c_str());
-        rmdir((m_Root + "/vendor/etc").c_str());
-        rmdir((m_Root + "/vendor").c_str());
-        rmdir((m_Root + "/data").c_str());
-        rmdir(m_Root.c_str());
     }
 
-    void WriteVersionFile(const std::string& content) {
-        mkdir((m_Root + "/vendor").c_str(), 0755);
-        mkdir((m_Root + "/vendor/etc").c_str(), 0755);
-        std::ofstream(m_Root + "/vendor/etc/version") << content;
-    }
-    std::string RootPath(const std::string& rel) const { return m_Root + rel; }
+    void WriteVersionFile(const std::string& content) { e2e::WriteFile(RootPath("/vendor/etc/version"), content); }
+    std::string RootPath(const std::string& rel) const { return m_Root.Path() + rel; }
     std::unique_ptr<StbAvSubsystem> Make(KT::IClock* schedClock) {
         return std::make_unique<StbAvSubsystem>(d.chip, d.demux, d.audioDecoders, d.videoDecoder, d.videoOutput,
-                                                 d.audioOutput, d.closedCaption, host.SlaveName(), schedClock);
+                                                 d.audioOutput, d.closedCaption, host.DeviceName(), schedClock);
     }
     void Start(KT::IClock* schedClock) {
         ASSERT_TRUE(host.IsOpen());
@@ -129,14 +108,14 @@ protected:
     PrintCapture prints;  // read diagnostics of the operation record
     FakeClock clock;
     LogCapture logs{{"stbav.configmanager", "stbav.opreceiver", "stbav.subsystem"}};
-    PtyHost host;
+    e2e::HostLine host;
     stbav_test::FakeDecoderSet d;
     std::unique_ptr<StbAvSubsystem> sub;
 
     const std::string kFenceCall = "IDemux::SetServiceId(0)";
 
 private:
-    std::string m_Root;
+    e2e::TempDir m_Root;
 };
 
 }  // namespace
@@ -276,7 +255,7 @@ TEST_F(SubsystemTest, StatusEnableInitialisesTheChipOnceAndRestartsReporting) {
     Fence();
     ASSERT_TRUE(host.WaitForCount(0, 2));  // stbsystemReset goes only in a forced report
     EXPECT_EQ(d.chip.Snapshot().initializeCount, 1);
-    EXPECT_EQ(host.CountOf(0), 2u);
+    EXPECT_EQ(host.Count(0), 2u);
     EXPECT_EQ(logs.Count("DEBUG stbav.configmanager: ProcessConfiguration: m_StatusMonitor.StartReporting() Enable"), 3u);
     EXPECT_EQ(logs.Count("DEBUG stbav.configmanager: ProcessConfiguration: m_StatusMonitor.StopReporting() Disable"),
               2u);

@@ -66,8 +66,8 @@ bool HostLine::SendRaw(const std::vector<unsigned char>& bytes) {
     return true;
 }
 
-uint64_t HostLine::SendBytes(unsigned opId, const std::vector<unsigned char>& bytes) {
-    SsOp op(OP_TYPE_DATA, opId);
+uint64_t HostLine::SendBytes(unsigned opId, const std::vector<unsigned char>& bytes, OpType_e type) {
+    SsOp op(type, opId);
     op.SetDataU8(bytes.data(), static_cast<unsigned>(bytes.size()));
     op.SetIndexList({0});
     return Send(op);

@@ -39,8 +39,8 @@ public:
     // Frames and writes the operation. Returns CLOCK_MONOTONIC µs taken right
     // after the last byte was written, or 0 when a write failed.
     uint64_t Send(SsOp& op);
-    // A value operation (type 0, one-byte index 0) with these value bytes.
-    uint64_t SendBytes(unsigned opId, const std::vector<unsigned char>& bytes);
+    // A value operation (type 0 unless given, one-byte index 0) with these value bytes.
+    uint64_t SendBytes(unsigned opId, const std::vector<unsigned char>& bytes, OpType_e type = OP_TYPE_DATA);
     uint64_t SendU8(unsigned opId, unsigned v) { return SendBytes(opId, {static_cast<unsigned char>(v)}); }
     uint64_t SendU16(unsigned opId, unsigned v);
     uint64_t SendU32(unsigned opId, uint32_t v);
@@ -65,6 +65,12 @@ public:
     const HostOp* Last(unsigned opId) const;
     const std::vector<HostOp>& Received() const { return m_Received; }
     void Clear() { m_Received.clear(); }
+    // What was received since the last Clear, then Clear.
+    std::vector<HostOp> Take() {
+        std::vector<HostOp> out;
+        out.swap(m_Received);
+        return out;
+    }
     // Every byte read from the line so far (framing included).
     uint64_t BytesReceived() const { return m_Bytes; }
 

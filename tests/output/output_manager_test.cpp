@@ -11,7 +11,7 @@
 
 #include "output/output_manager.h"
 #include "tests/doubles/fake_decoder_set.h"
-#include "tests/platform/log_capture.h"
+#include "tests/support/log_capture.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 
 #include "output/uhd_vid_format_helper.h"
 #include "output/video_output_format_generator.h"
-#include "tests/platform/log_capture.h"
+#include "tests/support/log_capture.h"
 
 namespace {
 

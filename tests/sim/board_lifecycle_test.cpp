@@ -11,7 +11,7 @@ namespace {
 
 class BoardLifecycleTest : public SimTest {};
 
-TEST_F(BoardLifecycleTest, DaemonBringUpAndTearDownSucceedInTheDaemonsOrder) {
+TEST_F(BoardLifecycleTest, DaemonBringUpSucceedsInTheDaemonsOrder) {
     const Handles h = BringUp();
     stbsim::BoardState st = stbsim::State();
     EXPECT_TRUE(st.systemInitialised);
@@ -24,27 +24,7 @@ TEST_F(BoardLifecycleTest, DaemonBringUpAndTearDownSucceedInTheDaemonsOrder) {
     EXPECT_NE(h.av, h.vout);
     EXPECT_NE(h.window, h.track);
 
-    // Tear-down exactly as the chip makes it, captions last (after system_deinit).
-    EXPECT_EQ(av_stop(h.av), 0);
-    EXPECT_EQ(aout_track_detach_input(h.track, 0, h.av), 0);
-    EXPECT_EQ(aout_track_destroy(h.track), 0);
-    EXPECT_EQ(vout_window_close(h.window), 0);
-    EXPECT_EQ(vout_window_detach_input(h.window, 0, h.av), 0);
-    EXPECT_EQ(av_destory(h.av), 0);
-    EXPECT_EQ(av_deinit(), 0);
-    EXPECT_EQ(vout_window_destroy(h.vout, h.window, 0), 0);
-    EXPECT_EQ(vout_close_channel(h.vout, 0), 0);
-    EXPECT_EQ(vout_deinit(), 0);
-    EXPECT_EQ(aout_close(h.aout, 0), 0);
-    EXPECT_EQ(aout_deinit(0), 0);
-    EXPECT_EQ(system_deinit(), 0);
-    EXPECT_EQ(cc_deinit(), 0);
-    EXPECT_EQ(cc_stop(), 0);
-    EXPECT_EQ(cc_destroy(), 0);
-    st = stbsim::State();
-    EXPECT_FALSE(st.systemInitialised);
-    EXPECT_FALSE(st.player.exists);
-    EXPECT_FALSE(st.captions.created);
+    // The tear-down in the daemon's order is checked on the daemon itself (e2e_test).
 }
 
 TEST_F(BoardLifecycleTest, CallsWithHandlesThatDoNotExistFail) {
@@ -113,6 +93,8 @@ TEST_F(BoardLifecycleTest, FamiliesNeedTheirInitialisation) {
     // system_deinit releases the player; its handle dies with it.
     EXPECT_EQ(system_deinit(), 0);
     EXPECT_EQ(av_start_video(handle), stbsim::kErrInvalidHandle);
+    EXPECT_FALSE(stbsim::State().systemInitialised);
+    EXPECT_FALSE(stbsim::State().player.exists);
 }
 
 TEST_F(BoardLifecycleTest, InjectedFaultsFailTheNextCallsWithoutEffect) {

@@ -14,18 +14,9 @@
 #include <log4cpp/Category.hh>
 #include <log4cpp/Priority.hh>
 
-namespace stbav_test {
+#include "tests/support/wait_until.h"
 
-// Polls pred every 2 ms until it holds or the limit passes.
-template <typename Pred>
-bool WaitUntil(Pred pred, std::chrono::milliseconds limit = std::chrono::seconds(10)) {
-    auto deadline = std::chrono::steady_clock::now() + limit;
-    while (!pred()) {
-        if (std::chrono::steady_clock::now() > deadline) return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(2));
-    }
-    return true;
-}
+namespace stbav_test {
 
 class LogCapture : public log4cpp::AppenderSkeleton {
 public:

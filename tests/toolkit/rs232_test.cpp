@@ -14,14 +14,14 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/toolkit/wait_for.h"
+#include "tests/support/wait_until.h"
 #include "toolkit/kt_rs232.h"
 #include "toolkit/kt_thread.h"
 
 namespace {
 
-using kttest::SecondsSince;
-using kttest::WaitFor;
+using stbav_test::SecondsSince;
+using stbav_test::WaitUntil;
 using Clock = std::chrono::steady_clock;
 using Bytes = std::vector<unsigned char>;
 
@@ -166,10 +166,10 @@ TEST_F(Rs232Test, CloseAndCancelEndABlockedRead) {
         },
         "UART Rx", 0);
     ASSERT_TRUE(reader.Run());
-    ASSERT_TRUE(WaitFor([&] { return entered.load(); }));
+    ASSERT_TRUE(WaitUntil([&] { return entered.load(); }));
     auto start = Clock::now();
     port.Close();
-    WaitFor([&] { return result.load() >= 0; }, std::chrono::seconds(2));
+    WaitUntil([&] { return result.load() >= 0; }, std::chrono::seconds(2));
     reader.Cancel();
     EXPECT_LT(SecondsSince(start), 5.0);
     EXPECT_EQ(result.load(), 0);

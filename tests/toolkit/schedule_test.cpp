@@ -9,13 +9,13 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/toolkit/wait_for.h"
+#include "tests/support/wait_until.h"
 #include "toolkit/kt_schedule.h"
 #include "toolkit/kt_thread.h"
 
 namespace {
 
-using kttest::WaitFor;
+using stbav_test::WaitUntil;
 
 class FakeClock : public KT::IClock {
 public:
@@ -163,9 +163,9 @@ TEST_F(PollerTest, EventAddedFromAnotherThreadWakesTheSleepingPoller) {
     std::atomic<int> ran{0};
     schedule.Add([&] { ++ran; }, 60000, false);  // the poller now sleeps for a minute
     schedule.Add([&] { ran += 10; }, 0, false);
-    ASSERT_TRUE(WaitFor([&] { return ran.load() == 10; }));
+    ASSERT_TRUE(WaitUntil([&] { return ran.load() == 10; }));
     schedule.Add([&] { ran += 100; }, 5, false);
-    ASSERT_TRUE(WaitFor([&] { return ran.load() == 110; }));
+    ASSERT_TRUE(WaitUntil([&] { return ran.load() == 110; }));
     EXPECT_EQ(schedule.PendingCount(), 1u);
 }
 
@@ -180,13 +180,13 @@ TEST_F(PollerTest, CancellingTheRunningRepeatingEventStopsItsRearm) {
             while (!release.load()) std::this_thread::yield();
         },
         0, true);
-    ASSERT_TRUE(WaitFor([&] { return inside.load(); }));
+    ASSERT_TRUE(WaitUntil([&] { return inside.load(); }));
     EXPECT_TRUE(schedule.Cancel(event));
     release = true;
     // Something queued after it runs, so the poller has finished the cancelled one.
     std::atomic<bool> after{false};
     schedule.Add([&] { after = true; }, 0, false);
-    ASSERT_TRUE(WaitFor([&] { return after.load(); }));
+    ASSERT_TRUE(WaitUntil([&] { return after.load(); }));
     EXPECT_EQ(runs.load(), 1);
     EXPECT_EQ(schedule.PendingCount(), 0u);
 }
@@ -205,10 +205,10 @@ TEST_F(PollerTest, EventCancelledWhilePendingNeverRuns) {
         events[i] = schedule.Add([&ran, i] { ran[i] = true; }, delay, false);
     }
     for (int i = 0; i < kEvents; i += 2) cancelled[i] = schedule.Cancel(events[i]);
-    ASSERT_TRUE(WaitFor([&] { return schedule.PendingCount() == 0; }));
+    ASSERT_TRUE(WaitUntil([&] { return schedule.PendingCount() == 0; }));
     std::atomic<bool> last{false};
     schedule.Add([&] { last = true; }, 0, false);
-    ASSERT_TRUE(WaitFor([&] { return last.load(); }));
+    ASSERT_TRUE(WaitUntil([&] { return last.load(); }));
     int stopped = 0;
     for (int i = 0; i < kEvents; ++i) {
         if (cancelled[i]) {
@@ -234,7 +234,7 @@ TEST_F(PollerTest, AddAndCancelFromManyThreadsWhileItRuns) {
         });
     }
     for (auto& t : threads) t.join();
-    ASSERT_TRUE(WaitFor([&] { return ran.load() == 800; }));
+    ASSERT_TRUE(WaitUntil([&] { return ran.load() == 800; }));
     EXPECT_EQ(schedule.PendingCount(), 0u);
 }
 

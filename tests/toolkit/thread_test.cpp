@@ -11,7 +11,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/toolkit/wait_for.h"
+#include "tests/support/wait_until.h"
 #include "toolkit/kt_msgq.h"
 #include "toolkit/kt_schedule.h"
 #include "toolkit/kt_semaphore.h"
@@ -19,8 +19,8 @@
 
 namespace {
 
-using kttest::SecondsSince;
-using kttest::WaitFor;
+using stbav_test::SecondsSince;
+using stbav_test::WaitUntil;
 using Clock = std::chrono::steady_clock;
 
 constexpr unsigned kLongWaitMs = 60000;
@@ -30,12 +30,12 @@ TEST(CThread, CallsBodyUntilItReturnsFalse) {
     KT::CThread thread([&] { return ++calls < 5; }, "counter", 0);
     EXPECT_FALSE(thread.IsRunning());
     ASSERT_TRUE(thread.Run());
-    ASSERT_TRUE(WaitFor([&] { return !thread.IsRunning(); }));
+    ASSERT_TRUE(WaitUntil([&] { return !thread.IsRunning(); }));
     EXPECT_EQ(calls.load(), 5);
     // A thread whose body ended may be run again.
     calls = 0;
     ASSERT_TRUE(thread.Run());
-    ASSERT_TRUE(WaitFor([&] { return !thread.IsRunning(); }));
+    ASSERT_TRUE(WaitUntil([&] { return !thread.IsRunning(); }));
     EXPECT_EQ(calls.load(), 5);
 }
 
@@ -52,7 +52,7 @@ TEST(CThread, NamesItselfWithTheFirstFifteenCharacters) {
         },
         "a-rather-long-thread-name", 0);
     ASSERT_TRUE(thread.Run());
-    ASSERT_TRUE(WaitFor([&] { return done.load(); }));
+    ASSERT_TRUE(WaitUntil([&] { return done.load(); }));
     thread.Cancel();
     EXPECT_EQ(seen, "a-rather-long-t");
     EXPECT_EQ(thread.Name(), "a-rather-long-thread-name");
@@ -73,12 +73,12 @@ TEST(CThread, RunTwiceCancelAnyNumberOfTimesAndDestroyWhileRunning) {
             "sleeper", 0);
         ASSERT_TRUE(thread.Run());
         EXPECT_FALSE(thread.Run());
-        ASSERT_TRUE(WaitFor([&] { return entered.load() == 1; }));
+        ASSERT_TRUE(WaitUntil([&] { return entered.load() == 1; }));
         thread.Cancel();
         EXPECT_FALSE(thread.IsRunning());
         thread.Cancel();
         ASSERT_TRUE(thread.Run());  // the destructor cancels this one
-        ASSERT_TRUE(WaitFor([&] { return entered.load() == 2; }));
+        ASSERT_TRUE(WaitUntil([&] { return entered.load() == 2; }));
     }
     EXPECT_LT(SecondsSince(start), 5.0);
 }
@@ -116,7 +116,7 @@ TEST(CThread, CancelCutsShortEveryToolkitWait) {
             },
             "blocked", 0);
         ASSERT_TRUE(thread.Run());
-        ASSERT_TRUE(WaitFor([&] { return entered.load(); }));
+        ASSERT_TRUE(WaitUntil([&] { return entered.load(); }));
         auto start = Clock::now();
         thread.Cancel();
         EXPECT_LT(SecondsSince(start), 5.0);
@@ -176,7 +176,7 @@ TEST(CSemaphore, CancelledWaiterLeavesTheCountToOthers) {
         if (semaphore.Wait(kLongWaitMs)) ++taken;
     });
     ASSERT_TRUE(doomed.Run());
-    ASSERT_TRUE(WaitFor([&] { return waiting.load() == 2; }));
+    ASSERT_TRUE(WaitUntil([&] { return waiting.load() == 2; }));
     doomed.Cancel();
     semaphore.Signal();
     other.join();

@@ -2,12 +2,10 @@
 // host would; the adapter opens the slave by name.
 #include "transport/uart_adapter.h"
 
-#include <dirent.h>
 #include <gtest/gtest.h>
 
 #include <chrono>
 #include <ctime>
-#include <fstream>
 #include <memory>
 #include <set>
 #include <string>
@@ -16,11 +14,13 @@
 
 #include "tests/protocol/print_capture.h"
 #include "tests/support/log_capture.h"
+#include "tests/support/thread_names.h"
 #include "tests/transport/pty_pair.h"
 #include "transport/c_op_handler.h"
 #include "transport/uart_framing.h"
 
 using Bytes = std::vector<unsigned char>;
+using stbav_test::ThreadNames;
 
 namespace {
 
@@ -41,31 +41,6 @@ Bytes Concat(std::initializer_list<Bytes> parts) {
     Bytes out;
     for (const Bytes& p : parts) out.insert(out.end(), p.begin(), p.end());
     return out;
-}
-
-std::multiset<std::string> ThreadNames() {
-    std::multiset<std::string> names;
-    DIR* dir = opendir("/proc/self/task");
-    while (dirent* e = readdir(dir)) {
-        if (e->d_name[0] == '.') continue;
-        std::ifstream comm(std::string("/proc/self/task/") + e->d_name + "/comm");
-        std::string name;
-        std::getline(comm, name);
-        names.insert(name);
-    }
-    closedir(dir);
-    return names;
-}
-
-// Polls the predicate every few ms for up to 10 s.
-template <typename Pred>
-bool WaitFor(Pred pred) {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-    while (!pred()) {
-        if (std::chrono::steady_clock::now() > end) return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    }
-    return true;
 }
 
 double ProcessCpuSeconds() {
@@ -110,71 +85,64 @@ protected:
 
 }  // namespace
 
-TEST_F(UartAdapterPty, ReceivesAFrameWrittenOneByteAtATime) {
-    const Bytes image = ImageOf(0x0105, {1}, {3});
-    for (unsigned char b : Frame(image)) ASSERT_TRUE(pty.Write({b}));
-    EXPECT_EQ(NextImage(), image);
-    ExpectNothingMoreThenSentinel();
-}
-
-TEST_F(UartAdapterPty, ReceivesTwoFramesFromOneWriteInOrder) {
-    const Bytes a = ImageOf(0x00F5, {1}, {0x01, 0x00});
-    const Bytes b = ImageOf(0x0000, {}, {}, OP_TYPE_APPLY_CONFIG);
-    ASSERT_TRUE(pty.Write(Concat({Frame(a), Frame(b)})));
-    EXPECT_EQ(NextImage(), a);
-    EXPECT_EQ(NextImage(), b);
-    ExpectNothingMoreThenSentinel();
-}
-
-TEST_F(UartAdapterPty, AssemblesAFrameSplitAcrossManyWrites) {
+// How the host's bytes arrive (one at a time, several frames in one write, a
+// frame over many writes, garbage or a bad frame first, escaped bytes): the
+// images come out whole and in order, and nothing else comes before the next frame.
+TEST_F(UartAdapterPty, ReceivesFramesHoweverTheBytesArrive) {
     Bytes value(200);
     for (size_t i = 0; i < value.size(); ++i) value[i] = static_cast<unsigned char>(i * 7);
-    const Bytes image = ImageOf(0x00E2, {2}, value);
-    const Bytes line = Frame(image);
-    for (size_t i = 0; i < line.size(); i += 13) {
-        Bytes piece(line.begin() + i, line.begin() + std::min(line.size(), i + 13));
-        ASSERT_TRUE(pty.Write(piece));
+    const Bytes one = ImageOf(0x0105, {1}, {3}), two = ImageOf(0x00F5, {1}, {0x01, 0x00}),
+                apply = ImageOf(0x0000, {}, {}, OP_TYPE_APPLY_CONFIG), big = ImageOf(0x00E2, {2}, value),
+                special = ImageOf(0x100F, {0x11}, {0x0F, 0x10, 0x11, 0x12, 0x13});
+    const struct {
+        const char* why;
+        Bytes line;
+        size_t chunk;  // bytes per write; 0: one write
+        std::vector<Bytes> images;
+        const char* print;
+    } cases[] = {
+        {"one byte at a time", Frame(one), 1, {one}, nullptr},
+        {"two frames in one write", Concat({Frame(two), Frame(apply)}), 0, {two, apply}, nullptr},
+        {"split across many writes", Frame(big), 13, {big}, nullptr},
+        {"special bytes escaped", Frame(special), 0, {special}, nullptr},
+        {"a bad frame is reported and reception goes on", Concat({{0x0F, 0x00, 0x01, 0x00, 0x05, 0x10}, Frame(one)}),
+         0, {one}, "UartRecv: Deserialize Failed"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.why);
+        PrintCapture prints;
+        const size_t step = c.chunk == 0 ? c.line.size() : c.chunk;
+        for (size_t i = 0; i < c.line.size(); i += step)
+            ASSERT_TRUE(pty.Write(Bytes(c.line.begin() + i, c.line.begin() + std::min(c.line.size(), i + step))));
+        for (const Bytes& image : c.images) EXPECT_EQ(NextImage(), image);
+        ExpectNothingMoreThenSentinel();
+        if (c.print != nullptr) {
+            EXPECT_TRUE(prints.Contains(c.print));
+        }
     }
-    EXPECT_EQ(NextImage(), image);
+    EXPECT_GT(Frame(special).size(), special.size() + 2) << "the escapes are on the line";
 }
 
-TEST_F(UartAdapterPty, DropsGarbageBeforeTheFirstStartMarker) {
-    const Bytes image = ImageOf(0x0106, {1}, {2});
-    ASSERT_TRUE(pty.Write(Concat({{0xAA, 0x55, 0x11, 0x13, 0x00}, Frame(image)})));
-    EXPECT_EQ(NextImage(), image);
-    ExpectNothingMoreThenSentinel();
-}
-
-TEST_F(UartAdapterPty, UnescapesSpecialBytesOnReceipt) {
-    const Bytes image = ImageOf(0x100F, {0x11}, {0x0F, 0x10, 0x11, 0x12, 0x13});
-    const Bytes line = Frame(image);
-    EXPECT_GT(line.size(), image.size() + 2);
-    ASSERT_TRUE(pty.Write(line));
-    EXPECT_EQ(NextImage(), image);
-}
-
-TEST_F(UartAdapterPty, BadFrameIsReportedAndReceptionGoesOn) {
-    PrintCapture prints;
-    const Bytes image = ImageOf(0x0107, {1}, {4});
-    ASSERT_TRUE(pty.Write(Concat({{0x0F, 0x00, 0x01, 0x00, 0x05, 0x10}, Frame(image)})));
-    EXPECT_EQ(NextImage(), image);
-    EXPECT_TRUE(prints.Contains("UartRecv: Deserialize Failed"));
-}
-
+// One stuffed frame per operation; of a long value only the first chunk.
 TEST_F(UartAdapterPty, SendOperationWritesOneStuffedFrame) {
-    SsOp status(OP_TYPE_DATA, 0x0105);
+    SsOp status(OP_TYPE_DATA, 0x0105), special(OP_TYPE_DATA, 0x1110), text(OP_TYPE_DATA, 226);
     status.SetIndexList({1});
     status.SetDataU8(3);
-    ASSERT_TRUE(adapter->SendOperation(status));
-    const Bytes line{0x0F, 0x00, 0x05, 0x01, 0x01, 0x01, 0x01, 0x03, 0x10};
-    EXPECT_EQ(pty.Read(line.size()), line);
-
-    SsOp special(OP_TYPE_DATA, 0x1110);
     special.SetIndexList({0x12});
     special.SetDataU16(0x0F13);
-    ASSERT_TRUE(adapter->SendOperation(special));
-    const Bytes expected{0x0F, 0x00, 0x12, 0x30, 0x12, 0x31, 0x01, 0x12, 0x32, 0x02, 0x12, 0x2F, 0x12, 0x33, 0x10};
-    EXPECT_EQ(pty.Read(expected.size()), expected);
+    text.SetDataU8(std::string(300, 'z'));
+    const struct {
+        SsOp* op;
+        Bytes line;
+    } cases[] = {
+        {&status, {0x0F, 0x00, 0x05, 0x01, 0x01, 0x01, 0x01, 0x03, 0x10}},
+        {&special, {0x0F, 0x00, 0x12, 0x30, 0x12, 0x31, 0x01, 0x12, 0x32, 0x02, 0x12, 0x2F, 0x12, 0x33, 0x10}},
+        {&text, Concat({{0x0F, 0x00, 0xE2, 0x00, 0x00, 240}, Bytes(240, 'z'), {0x10}})},
+    };
+    for (const auto& c : cases) {
+        ASSERT_TRUE(adapter->SendOperation(*c.op));
+        EXPECT_EQ(pty.Read(c.line.size()), c.line);
+    }
 }
 
 TEST_F(UartAdapterPty, AReceivedOperationIsEchoedFromItsCache) {
@@ -204,44 +172,19 @@ TEST_F(UartAdapterPty, LongValueGoesOutChunkByChunk) {
         Bytes line = Frame(Bytes(ptr, ptr + len));
         expectedLine.insert(expectedLine.end(), line.begin(), line.end());
     }
-    Bytes got = pty.Read(expectedLine.size());
-    ASSERT_EQ(got, expectedLine);
-
-    FrameDecoder decoder;
-    Bytes frame;
-    std::string reassembled;
-    int frames = 0;
-    for (unsigned char b : got) {
-        if (!decoder.Push(b, frame)) continue;
-        frame.push_back(0);
-        SsOp chunk;
-        ASSERT_GT(chunk.DeserializeOp(frame.data(), static_cast<unsigned>(frame.size())), 0u);
-        EXPECT_EQ(chunk.GetOpId(), 226u);
-        reassembled += chunk.GetDataString();
-        ++frames;
-    }
-    EXPECT_EQ(frames, 2);
-    EXPECT_EQ(reassembled, text);
-}
-
-TEST_F(UartAdapterPty, SendOperationSendsOnlyTheFirstChunkOfALongValue) {
-    SsOp op(OP_TYPE_DATA, 226);
-    op.SetDataU8(std::string(300, 'z'));
-    ASSERT_TRUE(adapter->SendOperation(op));
-    const Bytes expected = Concat({{0x0F, 0x00, 0xE2, 0x00, 0x00, 240}, Bytes(240, 'z'), {0x10}});
-    EXPECT_EQ(pty.Read(expected.size()), expected);
+    EXPECT_EQ(pty.Read(expectedLine.size()), expectedLine);  // the chunks themselves: SsOpRoundTrip
 }
 
 TEST_F(UartAdapterPty, ThreadsCarryTheirNames) {
     // The threads name themselves once running.
-    EXPECT_TRUE(WaitFor([] {
+    EXPECT_TRUE(stbav_test::WaitUntil([] {
         std::multiset<std::string> names = ThreadNames();
         return names.count("UART Rx") == 1 && names.count("UART Px") == 1;
     }));
     adapter->TerminateReceiveOps();
     // A joined thread can still show in /proc for a moment (the kernel removes
     // it after waking the joiner): wait for the names to go.
-    EXPECT_TRUE(WaitFor([] {
+    EXPECT_TRUE(stbav_test::WaitUntil([] {
         std::multiset<std::string> names = ThreadNames();
         return names.count("UART Rx") == 0 && names.count("UART Px") == 0;
     }));

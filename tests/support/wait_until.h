@@ -5,10 +5,10 @@
 #include <chrono>
 #include <thread>
 
-namespace kttest {
+namespace stbav_test {
 
 template <typename Pred>
-bool WaitFor(Pred pred, std::chrono::milliseconds limit = std::chrono::seconds(10)) {
+bool WaitUntil(Pred pred, std::chrono::milliseconds limit = std::chrono::seconds(10)) {
     const auto deadline = std::chrono::steady_clock::now() + limit;
     while (!pred()) {
         if (std::chrono::steady_clock::now() > deadline) return false;
@@ -21,4 +21,4 @@ inline double SecondsSince(std::chrono::steady_clock::time_point start) {
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-}  // namespace kttest
+}  // namespace stbav_test
