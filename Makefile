@@ -143,6 +143,13 @@ python-dictionary: deps build/dev/build.ninja
 	@cmake --build --preset dev -j $(JOBS) --target python_dictionary
 	@build/dev/python/python_dictionary --update python/stbav/dictionary.py
 
+# Rewrites host/include/stbav/stbav_dictionary.h, the C host library's dictionary,
+# from the daemon's tables (the test host_dictionary_current fails while it is stale).
+.PHONY: host-dictionary
+host-dictionary: deps build/dev/build.ninja
+	@cmake --build --preset dev -j $(JOBS) --target host_dictionary
+	@build/dev/host/host_dictionary --update host/include/stbav/stbav_dictionary.h
+
 # Install and Debian packages from an optimised build without tests (build/package):
 #   make install [PREFIX=/usr/local] [DESTDIR=/scratch]   stbavd, stbav-upgrade (sbin), avhost (bin), the
 #                                  virtual board (lib/stbav), samples, manual pages, completions, service files
