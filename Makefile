@@ -10,6 +10,7 @@
 #   make fuzz       build the fuzz targets (clang) and run each FUZZ_SECONDS (default 60)
 #   make soak       the daemon for SOAK_MINUTES (default 10) under line-rate traffic, garbage and faults
 #   make cross-test build for 64-bit and 32-bit ARM and run the tests under qemu-user
+#   make host-size  the C host library for a Cortex-M0: sizes, and no heap, stdio, .data or .bss
 
 # One list: every Debian package that the builds, the tests, the fuzz targets and
 # the packaging checks need. `make deps` installs what is missing (as root, or
@@ -27,6 +28,8 @@ DEBS += scdoc mandoc bash-completion
 DEBS += dpkg-dev lintian systemd
 # The Python package for test rigs (python/): pytest for its tests and plugin, pyserial for real ports.
 DEBS += python3-pytest python3-serial
+# `make host-size`: the C host library built for a Cortex-M0 (bare-metal compiler and its C library headers).
+DEBS += gcc-arm-none-eabi libnewlib-arm-none-eabi
 JOBS ?= 2
 FUZZ_SECONDS ?= 60
 SOAK_MINUTES ?= 10
@@ -149,6 +152,13 @@ python-dictionary: deps build/dev/build.ninja
 host-dictionary: deps build/dev/build.ninja
 	@cmake --build --preset dev -j $(JOBS) --target host_dictionary
 	@build/dev/host/host_dictionary --update host/include/stbav/stbav_dictionary.h
+
+# The C host library (host/) for a Cortex-M0 (arm-none-eabi-gcc -Os -mthumb), without
+# and with the name table: .text/.rodata/.data/.bss; fails on .data/.bss of the codec,
+# heap or stdio calls, a codec of 2 KB flash or more, a decoder state of 300 bytes or more.
+.PHONY: host-size
+host-size: deps
+	@scripts/host-size.sh build/host-size
 
 # Install and Debian packages from an optimised build without tests (build/package):
 #   make install [PREFIX=/usr/local] [DESTDIR=/scratch]   stbavd, stbav-upgrade (sbin), avhost (bin), the

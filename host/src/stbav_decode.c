@@ -109,10 +109,11 @@ int stbav_value_uint(const stbav_op *op, unsigned value_type, uint64_t *out) {
 int stbav_value_int(const stbav_op *op, unsigned value_type, int64_t *out) {
     uint64_t v;
     if (!stbav_value_uint(op, value_type, &v)) return 0;
-    if (value_type == STBAV_VT_INT8 || value_type == STBAV_VT_INT16 || value_type == STBAV_VT_INT32) {
-        const unsigned bits = 8u * op->value_len;
-        const uint64_t sign = (uint64_t)1 << (bits - 1u);
-        if (v & sign) v |= ~((sign << 1) - 1u);
+    switch (value_type) {
+        case STBAV_VT_INT8: *out = (int8_t)(uint8_t)v; return 1;
+        case STBAV_VT_INT16: *out = (int16_t)(uint16_t)v; return 1;
+        case STBAV_VT_INT32: *out = (int32_t)(uint32_t)v; return 1;
+        default: break;
     }
     *out = (int64_t)v;
     return 1;

@@ -32,19 +32,9 @@ static void put(writer *w, unsigned b) {
 }
 
 unsigned stbav_type_width(unsigned value_type) {
-    switch (value_type) {
-        case STBAV_VT_INT8:
-        case STBAV_VT_UINT8:
-        case STBAV_VT_BOOL: return 1;
-        case STBAV_VT_INT16:
-        case STBAV_VT_UINT16: return 2;
-        case STBAV_VT_INT32:
-        case STBAV_VT_UINT32:
-        case STBAV_VT_IP: return 4;
-        case STBAV_VT_INT64:
-        case STBAV_VT_UINT64: return 8;
-        default: return 0;
-    }
+    /* by code: INT32 UINT32 INT8 UINT8 INT16 UINT16 - - BOOL MAC IP - STRING - - - INT64 UINT64 */
+    static const uint8_t widths[18] = {4, 4, 1, 1, 2, 2, 0, 0, 1, 0, 4, 0, 0, 0, 0, 0, 8, 8};
+    return value_type < 18 ? widths[value_type] : 0;
 }
 
 static unsigned index_width(unsigned index_type) {
@@ -113,37 +103,35 @@ int stbav_encode_raw_number(uint8_t *out, size_t cap, unsigned flags, uint16_t o
     return data_op(out, cap, flags, op_id, iw, instance, value, width);
 }
 
+static int signed_type(unsigned t) {
+    return t == STBAV_VT_INT8 || t == STBAV_VT_INT16 || t == STBAV_VT_INT32 || t == STBAV_VT_INT64;
+}
+
 /* The index width of an entry, or 0 when instance does not fit it. */
 static unsigned fitting_index(const stbav_entry *e, uint32_t instance) {
     const unsigned iw = index_width(e->index_type);
-    if (iw == 0 || (iw < 4 && (instance >> (8u * iw)) != 0)) return 0;
+    if (iw == 0 || (iw == 1 && instance > 0xFFu) || (iw == 2 && instance > 0xFFFFu)) return 0;
     return iw;
 }
 
 int stbav_encode_number(uint8_t *out, size_t cap, unsigned flags, uint16_t op_id, uint32_t instance,
                         int64_t value) {
     const stbav_entry *e = stbav_lookup(op_id);
-    unsigned width, iw;
-    int is_signed;
+    unsigned width, iw, i;
+    uint64_t back;
     uint8_t bytes[8];
     if (!e) return STBAV_E_UNKNOWN;
     width = stbav_type_width(e->value_type);
     if (width == 0) return STBAV_E_TYPE;
     iw = fitting_index(e, instance);
     if (iw == 0) return STBAV_E_RANGE;
-    is_signed = e->value_type == STBAV_VT_INT8 || e->value_type == STBAV_VT_INT16 ||
-                e->value_type == STBAV_VT_INT32 || e->value_type == STBAV_VT_INT64;
-    if (e->value_type == STBAV_VT_BOOL) {
-        if (value != 0 && value != 1) return STBAV_E_RANGE;
-    } else if (is_signed) {
-        if (width < 8) {
-            const int64_t limit = (int64_t)1 << (8u * width - 1u);
-            if (value < -limit || value >= limit) return STBAV_E_RANGE;
-        }
-    } else {
-        if (value < 0 || (width < 8 && ((uint64_t)value >> (8u * width)) != 0)) return STBAV_E_RANGE;
-    }
+    /* In range when the width's bytes, read back with the type's sign, give the value again. */
     be(bytes, (uint64_t)value, width);
+    back = (signed_type(e->value_type) && (bytes[0] & 0x80u)) ? ~(uint64_t)0 : 0;
+    for (i = 0; i < width; ++i) back = back << 8 | bytes[i];
+    if (back != (uint64_t)value || (e->value_type == STBAV_VT_BOOL && value > 1) ||
+        (e->value_type == STBAV_VT_UINT64 && value < 0))
+        return STBAV_E_RANGE;
     return data_op(out, cap, flags, op_id, iw, instance, bytes, width);
 }
 
