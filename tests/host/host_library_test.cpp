@@ -161,14 +161,26 @@ TEST(HostLibrary, EveryEntryAndValueTypeRoundTripsWithTheDaemonBothWays) {
                     const uint64_t mask = w == 8 ? ~0ull : (1ull << (8 * w)) - 1;
                     const uint64_t want = type == VT_BOOL ? (numbers[i] & 0xFF) != 0 : numbers[i] & mask;
                     differences += !stbav_value_uint(&got.ops[0], type, &v) || v != want;
+                    // Signed reading as the daemon's typed getters read it.
+                    SsOp daemonOp;
+                    daemonOp.DeserializeOp(image);
+                    const int64_t wantSigned = type == VT_INT8    ? daemonOp.GetData8(0)
+                                               : type == VT_INT16 ? daemonOp.GetData16()
+                                               : type == VT_INT32 ? daemonOp.GetData32()
+                                               : type == VT_INT64 ? daemonOp.GetData64()
+                                                                  : static_cast<int64_t>(want);
+                    int64_t s = 0;
+                    differences += !stbav_value_int(&got.ops[0], type, &s) || s != wantSigned;
                 }
                 differences += got.ops.size() != 1 || CEncode(got.ops[0]) != daemonFrame;
                 roundTrips += 2;
             }
         }
     }
-    std::printf("round trips: %zu entries x %zu value types x values x 2 directions = %u, differences %u\n",
-                map.size(), sizeof kTypes / sizeof kTypes[0], roundTrips, differences);
+    std::printf("round trips: %zu entries x %zu value types (%u values in all per entry) x 2 directions = %u, "
+                "differences %u\n",
+                map.size(), sizeof kTypes / sizeof kTypes[0], roundTrips / 2 / static_cast<unsigned>(map.size()),
+                roundTrips, differences);
     RecordProperty("round_trips", roundTrips);
     EXPECT_EQ(differences, 0u);
     EXPECT_EQ(stbav_lookup(400), nullptr);
