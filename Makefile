@@ -33,7 +33,7 @@ DEBS += gcc-arm-none-eabi libnewlib-arm-none-eabi
 JOBS ?= 2
 FUZZ_SECONDS ?= 60
 SOAK_MINUTES ?= 10
-FUZZ_TARGETS := fuzz_serial_receive fuzz_op_array fuzz_board_commands fuzz_host_tool
+FUZZ_TARGETS := fuzz_serial_receive fuzz_op_array fuzz_board_commands fuzz_host_tool fuzz_host_decoder
 
 .PHONY: all deps build test asan-test tsan-test demo bench clean upgrade fuzz soak
 .PHONY: cross-deps cross-build cross-test
@@ -112,8 +112,8 @@ cross-test: cross-build
 	done; \
 	if [ -n "$$failed" ]; then echo "cross-test failed:$$failed"; exit 1; fi
 
-# libFuzzer over the serial receive path, the op image, the board's parsers and
-# avhost's parsers; fails on any finding (see fuzz/run.sh).
+# libFuzzer over the serial receive path, the op image, the board's parsers,
+# avhost's parsers and the C host library's decoder; fails on any finding (see fuzz/run.sh).
 fuzz: deps build/fuzz/build.ninja
 	@cmake --build --preset fuzz -j $(JOBS) --target $(FUZZ_TARGETS)
 	@fuzz/run.sh build/fuzz $(FUZZ_SECONDS) $(FUZZ_TARGETS)
