@@ -10,6 +10,7 @@
 #   make fuzz       build the fuzz targets (clang) and run each FUZZ_SECONDS (default 60)
 #   make soak       the daemon for SOAK_MINUTES (default 10) under line-rate traffic, garbage and faults
 #   make cross-test build for 64-bit and 32-bit ARM and run the tests under qemu-user
+#   make host-size  the C host library for a Cortex-M0: sizes, and no heap, stdio, .data or .bss
 
 # One list: every Debian package that the builds, the tests, the fuzz targets and
 # the packaging checks need. `make deps` installs what is missing (as root, or
@@ -27,10 +28,12 @@ DEBS += scdoc mandoc bash-completion
 DEBS += dpkg-dev lintian systemd
 # The Python package for test rigs (python/): pytest for its tests and plugin, pyserial for real ports.
 DEBS += python3-pytest python3-serial
+# `make host-size`: the C host library built for a Cortex-M0 (bare-metal compiler and its C library headers).
+DEBS += gcc-arm-none-eabi libnewlib-arm-none-eabi
 JOBS ?= 2
 FUZZ_SECONDS ?= 60
 SOAK_MINUTES ?= 10
-FUZZ_TARGETS := fuzz_serial_receive fuzz_op_array fuzz_board_commands fuzz_host_tool
+FUZZ_TARGETS := fuzz_serial_receive fuzz_op_array fuzz_board_commands fuzz_host_tool fuzz_host_decoder
 
 .PHONY: all deps build test asan-test tsan-test demo bench clean upgrade fuzz soak
 .PHONY: cross-deps cross-build cross-test
@@ -109,8 +112,8 @@ cross-test: cross-build
 	done; \
 	if [ -n "$$failed" ]; then echo "cross-test failed:$$failed"; exit 1; fi
 
-# libFuzzer over the serial receive path, the op image, the board's parsers and
-# avhost's parsers; fails on any finding (see fuzz/run.sh).
+# libFuzzer over the serial receive path, the op image, the board's parsers,
+# avhost's parsers and the C host library's decoder; fails on any finding (see fuzz/run.sh).
 fuzz: deps build/fuzz/build.ninja
 	@cmake --build --preset fuzz -j $(JOBS) --target $(FUZZ_TARGETS)
 	@fuzz/run.sh build/fuzz $(FUZZ_SECONDS) $(FUZZ_TARGETS)
@@ -142,6 +145,20 @@ host-guide: deps build/dev/build.ninja
 python-dictionary: deps build/dev/build.ninja
 	@cmake --build --preset dev -j $(JOBS) --target python_dictionary
 	@build/dev/python/python_dictionary --update python/stbav/dictionary.py
+
+# Rewrites host/include/stbav/stbav_dictionary.h, the C host library's dictionary,
+# from the daemon's tables (the test host_dictionary_current fails while it is stale).
+.PHONY: host-dictionary
+host-dictionary: deps build/dev/build.ninja
+	@cmake --build --preset dev -j $(JOBS) --target host_dictionary
+	@build/dev/host/host_dictionary --update host/include/stbav/stbav_dictionary.h
+
+# The C host library (host/) for a Cortex-M0 (arm-none-eabi-gcc -Os -mthumb), without
+# and with the name table: .text/.rodata/.data/.bss; fails on .data/.bss of the codec,
+# heap or stdio calls, a codec of 2 KB flash or more, a decoder state of 300 bytes or more.
+.PHONY: host-size
+host-size: deps
+	@scripts/host-size.sh build/host-size
 
 # Install and Debian packages from an optimised build without tests (build/package):
 #   make install [PREFIX=/usr/local] [DESTDIR=/scratch]   stbavd, stbav-upgrade (sbin), avhost (bin), the

@@ -12,7 +12,7 @@ build="${1:?usage: fuzz/run.sh BUILD SECONDS [TARGET...]}"
 seconds="${2:?usage: fuzz/run.sh BUILD SECONDS [TARGET...]}"
 shift 2
 targets=("$@")
-[ ${#targets[@]} -gt 0 ] || targets=(fuzz_serial_receive fuzz_op_array fuzz_board_commands fuzz_host_tool)
+[ ${#targets[@]} -gt 0 ] || targets=(fuzz_serial_receive fuzz_op_array fuzz_board_commands fuzz_host_tool fuzz_host_decoder)
 export ASAN_OPTIONS="${ASAN_OPTIONS:-detect_leaks=1:abort_on_error=1}"
 export UBSAN_OPTIONS="${UBSAN_OPTIONS:-print_stacktrace=1:halt_on_error=1}"
 artifacts="$build/fuzz-artifacts"

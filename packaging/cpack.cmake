@@ -69,4 +69,17 @@ writes them. Its pytest plugin starts the daemon on the virtual board per
 test (fixtures daemon, host, board), or points the same tests at a real
 board on a serial device.")
 
+# The C host library: headers, static library, pkg-config file (packaging/CMakeLists.txt).
+list(APPEND CPACK_COMPONENTS_ALL hostlib)
+set(CPACK_DEBIAN_HOSTLIB_PACKAGE_NAME libstbavhost-dev)
+set(CPACK_DEBIAN_HOSTLIB_PACKAGE_SECTION libdevel)
+set(CPACK_DEBIAN_HOSTLIB_DESCRIPTION
+  "C library for the host side of the stbav serial line
+A small C99 library for the firmware of the host controller board that talks
+to the stbav daemon: it writes whole byte-stuffed frames of operations typed
+by the operation dictionary, decodes the daemon's reports from a byte stream
+with bounded memory, and packs and unpacks the 32-bit video format code. It
+uses no heap, no stdio and no operating system calls, so it builds for a
+microcontroller. Headers, static library and pkg-config file.")
+
 include(CPack)

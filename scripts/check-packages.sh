@@ -4,7 +4,8 @@
 # root and runs the programs from there (they must find the virtual board in the
 # scratch root, not in the build tree), verifies the systemd unit, and imports
 # the Python rigs from the scratch root with their pytest plugin found through
-# the package's entry point.
+# the package's entry point, and builds a program against libstbavhost-dev
+# through its pkg-config file.
 #
 #   scripts/check-packages.sh [PACKAGE_DIR]      (default build/package/packages; `make deb-check`)
 set -euo pipefail
@@ -13,7 +14,7 @@ cd "$(dirname "$0")/.."
 DIR=${1:-build/package/packages}
 shopt -s nullglob
 debs=("$DIR"/*.deb)
-[ ${#debs[@]} -eq 4 ] || { echo "check-packages: expected 4 packages in $DIR, found ${#debs[@]}" >&2; exit 1; }
+[ ${#debs[@]} -eq 5 ] || { echo "check-packages: expected 5 packages in $DIR, found ${#debs[@]}" >&2; exit 1; }
 ROOT=$(mktemp -d /tmp/stbav-pkg-XXXXXX)
 trap 'rm -rf "$ROOT"' EXIT
 fail() { echo "check-packages: $*" >&2; exit 1; }
@@ -73,4 +74,17 @@ if /usr/bin/python3 -c 'import pytest' 2>/dev/null; then
     --stbav-etc "$ROOT/usr/share/stbav" 2>&1 | tail -n 1 | sed 's/^/     /'
   [ "${PIPESTATUS[0]}" -eq 0 ] || fail "the examples fail with the packaged programs"
 fi
+echo "== libstbavhost-dev from the scratch root"
+pcdir=$(dirname "$(find "$ROOT/usr/lib" -name stbavhost.pc | head -n 1)")
+[ -f "$pcdir/stbavhost.pc" ] || fail "no stbavhost.pc in libstbavhost-dev"
+cflags=$(PKG_CONFIG_PATH=$pcdir pkg-config --define-variable=prefix="$ROOT/usr" --cflags stbavhost)
+libs=$(PKG_CONFIG_PATH=$pcdir pkg-config --define-variable=prefix="$ROOT/usr" --libs stbavhost)
+echo "   pkg-config: $cflags $libs"
+printf '#include <stbav/stbav_codec.h>\nint main(void) { unsigned char f[STBAV_MAX_FRAME];\n  return stbav_encode_apply(f, sizeof f, 0) == 7 && stbav_name(STBAV_OP_videoWidth) ? 0 : 1; }\n' \
+  >"$ROOT/uses-host-lib.c"
+# shellcheck disable=SC2086
+cc -std=c99 -Wall -Wextra -Wpedantic $cflags "$ROOT/uses-host-lib.c" $libs -o "$ROOT/uses-host-lib" ||
+  fail "a program does not build against libstbavhost-dev"
+"$ROOT/uses-host-lib" || fail "the program built against libstbavhost-dev fails"
+echo "   a C99 program builds and runs against the packaged headers and library"
 echo "check-packages: all good"
