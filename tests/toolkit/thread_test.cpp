@@ -1,5 +1,6 @@
 // Tests of KT::CThread, KT::CSemaphore and KT::CMsgQ: the worker loop, thread
-// names, and that Cancel() reaches a worker blocked in any toolkit wait.
+// names, and that Cancel() reaches a worker blocked in any toolkit wait; and of
+// the tests' own hang watchdog, with a worker that never returns.
 #include <sys/prctl.h>
 
 #include <atomic>
@@ -11,6 +12,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/hang_watchdog.h"
 #include "tests/support/wait_until.h"
 #include "toolkit/kt_msgq.h"
 #include "toolkit/kt_schedule.h"
@@ -143,6 +145,19 @@ TEST(CThread, CancelRightAfterRunIsNeverLost) {
         poller.Cancel();
     }
     EXPECT_LT(SecondsSince(start), 30.0);
+}
+
+// A test stuck in a wait is aborted by the watchdog with every thread named.
+TEST(HangWatchdog, NamesEachThreadOfAStuckTestAndAborts) {
+    EXPECT_DEATH(
+        {
+            stbav_test::ArmHangWatchdog(1);
+            KT::CSemaphore never(0);
+            KT::CThread stuck([&] { return !never.Wait(kLongWaitMs); }, "stuck-worker", 0);
+            stuck.Run();
+            never.Wait(kLongWaitMs);
+        },
+        "still running after 1 s; its threads:\n.*thread [0-9]+ \"stuck-worker\" state .*aborting");
 }
 
 TEST(CSemaphore, CountsSignalsAndTimesOut) {

@@ -1,0 +1,125 @@
+// HangWatchdog (see hang_watchdog.h). Linked into every test binary; armed by a
+// static initialiser on the main thread before main() runs.
+#include "tests/support/hang_watchdog.h"
+
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <cstddef>
+#include <cstdlib>
+#include <cstring>
+
+namespace stbav_test {
+namespace {
+
+unsigned g_seconds = 0;  // written before the alarm is armed, read by the handler
+
+void Put(const char* text, size_t length) {
+    while (length > 0) {
+        const ssize_t n = write(STDERR_FILENO, text, length);
+        if (n <= 0) return;
+        text += n;
+        length -= static_cast<size_t>(n);
+    }
+}
+void Put(const char* text) { Put(text, strlen(text)); }
+
+void PutNumber(unsigned long value) {
+    char digits[24];
+    size_t i = sizeof digits;
+    do {
+        digits[--i] = static_cast<char>('0' + value % 10);
+        value /= 10;
+    } while (value != 0 && i > 0);
+    Put(digits + i, sizeof digits - i);
+}
+
+// Reads /proc/self/task/<tid>/<what> into `buffer` without its trailing newline.
+size_t ReadTaskFile(const char* tid, const char* what, char* buffer, size_t size) {
+    char path[96] = "/proc/self/task/";
+    strncat(path, tid, 32);
+    strcat(path, "/");
+    strncat(path, what, 16);
+    const int fd = open(path, O_RDONLY | O_CLOEXEC);
+    if (fd < 0) return 0;
+    const ssize_t n = read(fd, buffer, size - 1);
+    close(fd);
+    size_t length = n > 0 ? static_cast<size_t>(n) : 0;
+    while (length > 0 && (buffer[length - 1] == '\n' || buffer[length - 1] == '\0')) --length;
+    buffer[length] = '\0';
+    return length;
+}
+
+void PutThread(const char* tid) {
+    char comm[64], stat[512], wchan[64], sys[128];
+    ReadTaskFile(tid, "comm", comm, sizeof comm);
+    ReadTaskFile(tid, "stat", stat, sizeof stat);
+    ReadTaskFile(tid, "wchan", wchan, sizeof wchan);
+    ReadTaskFile(tid, "syscall", sys, sizeof sys);
+    // The state is the field after the name in parentheses (which may hold spaces).
+    const char* close_paren = strrchr(stat, ')');
+    const char state[2] = {close_paren && close_paren[1] == ' ' ? close_paren[2] : '?', '\0'};
+    Put("hang watchdog:   thread ");
+    Put(tid);
+    Put(" \"");
+    Put(comm);
+    Put("\" state ");
+    Put(state);
+    Put(" wchan ");
+    Put(wchan[0] ? wchan : "-");
+    Put(" syscall ");
+    Put(sys[0] ? sys : "-");
+    Put("\n");
+}
+
+struct Dirent64 {
+    unsigned long long ino;
+    long long off;
+    unsigned short reclen;
+    unsigned char type;
+    char name[1];
+};
+
+void OnAlarm(int) {
+    Put("hang watchdog: the test is still running after ");
+    PutNumber(g_seconds);
+    Put(" s; its threads:\n");
+    const int dir = open("/proc/self/task", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (dir >= 0) {
+        alignas(8) char buffer[4096];
+        long n;
+        while ((n = syscall(SYS_getdents64, dir, buffer, sizeof buffer)) > 0) {
+            for (long at = 0; at < n;) {
+                const auto* entry = reinterpret_cast<const Dirent64*>(buffer + at);
+                if (entry->name[0] != '.') PutThread(entry->name);
+                at += entry->reclen;
+            }
+        }
+        close(dir);
+    }
+    Put("hang watchdog: aborting\n");
+    signal(SIGABRT, SIG_DFL);
+    abort();
+}
+
+[[maybe_unused]] const bool g_armed_from_environment = [] {
+    const char* text = getenv("STBAV_TEST_WATCHDOG");
+    const long seconds = text ? strtol(text, nullptr, 10) : 0;
+    if (seconds > 0) ArmHangWatchdog(static_cast<unsigned>(seconds));
+    return seconds > 0;
+}();
+
+}  // namespace
+
+void ArmHangWatchdog(unsigned seconds) {
+    g_seconds = seconds;
+    struct sigaction action {};
+    action.sa_handler = OnAlarm;
+    sigemptyset(&action.sa_mask);
+    sigaction(SIGALRM, &action, nullptr);
+    alarm(seconds);
+}
+
+}  // namespace stbav_test
