@@ -156,7 +156,8 @@ TEST(Decode, AMalformedCaptureIsARuntimeFailure) {
 // one chunk and a frame left open are split as the receiver splits them; the
 // file is recognised by its magic and read back; other link types are refused.
 TEST(Pcap, RecordsFramesWithDirectionAndTimeAndReadsThemBack) {
-    const std::string path = testing::TempDir() + "avhost_pcap_test.pcap";
+    const e2e::TempDir dir;
+    const std::string path = dir / "session.pcap";
     std::string error;
     {
         PcapWriter pcap;
