@@ -14,8 +14,7 @@
 #include <vector>
 
 #include "output/uhd_vid_format.h"
-#include "tests/e2e/e2e_support.h"
-#include "tests/e2e/host_line.h"
+#include "tests/e2e/daemon_rig.h"
 
 using e2e::FlatJson;
 using e2e::HasSanitizerReport;
@@ -61,77 +60,14 @@ uint32_t Format1080p50() {
                         VideoFormatBase::FRAME_RATE_50).GetId();
 }
 
-class DaemonTest : public ::testing::Test {
+class DaemonTest : public ::testing::Test, protected e2e::DaemonRig {
 protected:
-    DaemonTest() {
-        e2e::WriteFile(Root("/vendor/etc/version"), "# build identity\nversion=e2e-1.2.3\n");
-        std::string logConfig;
-        e2e::ReadFile(std::string(STBAV_ETC_DIR) + "/tevrin-log4cpp.init", logConfig);
-        e2e::WriteFile(Root("/vendor/etc/tevrin-log4cpp.init"), logConfig);
-        e2e::WriteFile(m_Tmp / "input.scn", kScenario);
-    }
-    ~DaemonTest() override {
-        if (m_Daemon.Running()) StopCleanly();
-    }
+    DaemonTest() : DaemonRig("# build identity\nversion=e2e-1.2.3\n") { e2e::WriteFile(m_Tmp / "input.scn", kScenario); }
 
-    std::string Root(const std::string& fixedPath) const { return m_Tmp / "root" + fixedPath; }
-    std::string Socket() const { return m_Tmp / "board.sock"; }
-    std::string JournalFile() const { return m_Tmp / "journal.txt"; }
-    std::string Stderr() const {
-        std::string text;
-        e2e::ReadFile(m_Tmp / "daemon.err", text);
-        return text;
+    void Launch(const std::vector<std::string>& extra, const std::string& stream) {
+        DaemonRig::Launch(stream.empty() ? m_Tmp / "input.scn" : stream, extra);
     }
-    std::string Stdout() const {
-        std::string text;
-        e2e::ReadFile(m_Tmp / "daemon.out", text);
-        return text;
-    }
-    // The end of the daemon's stderr, for failure messages.
-    std::string StderrTail() const {
-        const std::string text = Stderr();
-        return "--- daemon stderr (tail) ---\n" + text.substr(text.size() > 6000 ? text.size() - 6000 : 0);
-    }
-
-    // Starts stbavd on the host's pty; extra options after the common ones.
-    void Launch(const std::vector<std::string>& extra = {}, const std::string& stream = "") {
-        ASSERT_TRUE(m_Host.IsOpen());
-        std::vector<std::string> args = {"-d", m_Host.DeviceName(), "-R", m_Tmp / "root", "-v", "4"};
-        args.insert(args.end(), extra.begin(), extra.end());
-        std::vector<std::string> env = SanitizerEnvironment();
-        env.push_back("STBSIM_STREAM=" + (stream.empty() ? m_Tmp / "input.scn" : stream));
-        env.push_back("STBSIM_CONTROL=" + Socket());
-        env.push_back("STBSIM_JOURNAL=" + JournalFile());
-        ASSERT_TRUE(m_Daemon.Start(STBAVD_PATH, args, env, m_Tmp / "daemon.out", m_Tmp / "daemon.err"));
-    }
-    // Launch, then wait for "stbav_ready" and for the board's socket.
-    void StartDaemon(const std::vector<std::string>& extra = {}) {
-        Launch(extra);
-        ASSERT_TRUE(m_Host.WaitForOp(kReady)) << StderrTail();
-        ASSERT_TRUE(e2e::WaitUntil([&] { return e2e::FileExists(Socket()); })) << StderrTail();
-    }
-    // SIGTERM; the daemon must end by itself with status 0 and no sanitizer report.
-    void StopCleanly() {
-        int status = -1;
-        const bool ended = m_Daemon.Stop(SIGTERM, 20000, status);
-        EXPECT_TRUE(ended) << "the daemon did not end on SIGTERM\n" << StderrTail();
-        if (!ended) return;
-        EXPECT_EQ("exit 0", e2e::DescribeStatus(status)) << StderrTail();
-        EXPECT_FALSE(HasSanitizerReport(Stderr())) << StderrTail();
-    }
-
-    FlatJson State() {
-        FlatJson state;
-        const std::string text = e2e::BoardCommand(Socket(), "state");
-        EXPECT_TRUE(state.Parse(text)) << text;
-        return state;
-    }
-    bool DisplayIs(long long format, long long rate) {
-        return e2e::WaitUntil([&] {
-            const FlatJson s = State();
-            return s.Num("display.format") == format && s.Num("display.rate") == rate;
-        });
-    }
+    void StartDaemon(const std::vector<std::string>& extra = {}) { LaunchReady(m_Tmp / "input.scn", extra); }
 
     void EnableStatus() {
         m_Host.SendU8(kStatusEnable, 1);
@@ -148,10 +84,6 @@ protected:
         m_Host.SendText(kServiceName, "e2e HD");
         m_Host.SendApply();
     }
-
-    e2e::TempDir m_Tmp;
-    e2e::HostLine m_Host;
-    e2e::ChildProcess m_Daemon;
 };
 
 // (a) The host hears the version from the version file, then readiness; the
@@ -425,30 +357,6 @@ TEST_F(DaemonTest, OutOfStepWarningAndRecoveryWithADoubledStartMarker) {
     EXPECT_TRUE(e2e::WaitUntil([&] {
         return Stderr().find("UartRecv: frames received=20 decoded=13 failed=7\n") != std::string::npos;
     })) << StderrTail();
-}
-
-// Megabytes of bytes that never end a frame: one line, the daemon's memory stays
-// flat, and the next frame after the flood's end marker is applied.
-TEST_F(DaemonTest, FloodWithoutEndMarkerIsDroppedAndTheNextApplyWorks) {
-    StartDaemon();
-    EnableStatus();
-    SelectService();
-    ASSERT_TRUE(m_Host.WaitForValue(kVideoWidth, 1920)) << StderrTail();
-    std::vector<unsigned char> flood(16 * 1024 * 1024);
-    std::mt19937 random(13);
-    for (unsigned char& b : flood) b = static_cast<unsigned char>(random() % 0xF0 + 0x14);  // no marker, no escape
-    flood.front() = 0x0F;
-    flood.back() = 0x10;
-    ASSERT_TRUE(m_Host.SendRaw(flood));
-    m_Host.SendU8(kFormatMode, 2);
-    m_Host.SendU32(kManualFormat, Format1080p50());
-    m_Host.SendApply();
-    EXPECT_TRUE(DisplayIs(kDisplay1080p, kRate50)) << StderrTail();
-    const std::string dropped =
-        "UartRecv: frame longer than 1030 bytes dropped; its bytes are skipped up to its end marker\n";
-    const std::string err = Stderr();
-    EXPECT_NE(std::string::npos, err.find(dropped));
-    EXPECT_EQ(err.find(dropped), err.rfind(dropped));
 }
 
 // One daemon per root and per line: a second one on the same root names the

@@ -16,7 +16,6 @@
 // After an intended change, rewrite the golden file and read its diff:
 //   STBAV_UPDATE_GOLDEN=1 build/dev/tests/e2e/golden_journal_test     (or: make golden)
 #include <gtest/gtest.h>
-#include <signal.h>
 
 #include <fstream>
 #include <functional>
@@ -29,8 +28,7 @@
 #include <vector>
 
 #include "output/uhd_vid_format.h"
-#include "tests/e2e/e2e_support.h"
-#include "tests/e2e/host_line.h"
+#include "tests/e2e/daemon_rig.h"
 
 namespace {
 
@@ -146,46 +144,23 @@ std::string Diff(const std::string& want, const std::string& got) {
     return out;
 }
 
-class GoldenJournalTest : public ::testing::Test {
+class GoldenJournalTest : public ::testing::Test, protected e2e::DaemonRig {
 protected:
-    GoldenJournalTest() {
-        e2e::WriteFile(m_Tmp / "root/vendor/etc/version", "version=golden-1\n");
-        std::string logConfig;
-        e2e::ReadFile(std::string(STBAV_ETC_DIR) + "/tevrin-log4cpp.init", logConfig);
-        e2e::WriteFile(m_Tmp / "root/vendor/etc/tevrin-log4cpp.init", logConfig);
+    GoldenJournalTest() : DaemonRig("version=golden-1\n") {
         e2e::WriteFile(m_Tmp / "input.scn", kScenario);
         std::string golden;
         if (!UpdateMode() && e2e::ReadFile(GoldenPath(), golden))
             for (auto& s : ParseGolden(golden)) m_Golden[s.first] = s.second;
     }
-    ~GoldenJournalTest() override {
-        int status = 0;
-        if (m_Daemon.Running()) m_Daemon.Stop(SIGKILL, 5000, status);
-    }
-
-    std::string Journal() const { return m_Tmp / "journal.txt"; }
-    std::string Socket() const { return m_Tmp / "board.sock"; }
-
-    void Launch() {
-        ASSERT_TRUE(m_Host.IsOpen());
-        std::vector<std::string> env = e2e::SanitizerEnvironment();
-        env.push_back("STBSIM_STREAM=" + m_Tmp / "input.scn");
-        env.push_back("STBSIM_CONTROL=" + Socket());
-        env.push_back("STBSIM_JOURNAL=" + Journal());
-        ASSERT_TRUE(m_Daemon.Start(STBAVD_PATH, {"-d", m_Host.DeviceName(), "-R", m_Tmp / "root", "-v", "4"}, env,
-                                   m_Tmp / "daemon.out", m_Tmp / "daemon.err"));
-        ASSERT_TRUE(m_Host.WaitForOp(kReady));
-        ASSERT_TRUE(e2e::WaitUntil([&] { return e2e::FileExists(Socket()); }));
-    }
 
     // Runs one step and waits until its calls are in: as many as the golden file
     // lists (at most 10 s), or, when rewriting, until none came for 3.5 s.
     void Step(const std::string& name, const std::function<void()>& act) {
-        const size_t from = ReadCalls(Journal(), m_Tmp.Path()).main.size();
+        const size_t from = ReadCalls(JournalFile(), m_Tmp.Path()).main.size();
         act();
         std::vector<std::string> got;
         const auto since = [&] {
-            const auto all = ReadCalls(Journal(), m_Tmp.Path()).main;
+            const auto all = ReadCalls(JournalFile(), m_Tmp.Path()).main;
             return std::vector<std::string>(all.begin() + std::min(from, all.size()), all.end());
         };
         if (UpdateMode()) {
@@ -219,9 +194,6 @@ protected:
         return out;
     }
 
-    e2e::TempDir m_Tmp;
-    e2e::HostLine m_Host;
-    e2e::ChildProcess m_Daemon;
     std::map<std::string, std::vector<std::string>> m_Golden;
     std::vector<std::pair<std::string, std::vector<std::string>>> m_Sections;
 };
@@ -234,7 +206,7 @@ TEST_F(GoldenJournalTest, DaemonSessionMatchesTheGoldenJournal) {
                                            VideoFormatBase::ASPECT_RATIO_16X9, VideoFormatBase::FRAME_RATE_50).GetId();
 
     Step("bring-up and status on", [&] {
-        Launch();
+        LaunchReady(m_Tmp / "input.scn");
         m_Host.SendU8(kStatusEnable, 1);
         m_Host.SendApply();
     });
@@ -287,16 +259,8 @@ TEST_F(GoldenJournalTest, DaemonSessionMatchesTheGoldenJournal) {
         m_Host.SendU8(kSystemUpdate, 1);
         m_Host.SendApply();
     });
-    Step("tear-down", [&] {
-        int status = -1;
-        ASSERT_TRUE(m_Daemon.Stop(SIGTERM, 20000, status));
-        EXPECT_EQ("exit 0", e2e::DescribeStatus(status));
-    });
-
-    std::string stderrText;
-    e2e::ReadFile(m_Tmp / "daemon.err", stderrText);
-    EXPECT_FALSE(e2e::HasSanitizerReport(stderrText)) << stderrText;
-    const std::string now = Text(ReadCalls(Journal(), m_Tmp.Path()).events);
+    Step("tear-down", [&] { StopCleanly(); });
+    const std::string now = Text(ReadCalls(JournalFile(), m_Tmp.Path()).events);
     if (UpdateMode()) {
         std::ofstream(GoldenPath()) << now;
         std::cout << "rewrote " << GoldenPath() << "\n";

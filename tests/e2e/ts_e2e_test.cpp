@@ -4,7 +4,6 @@
 // with the output automatic, switching the board's input file moves the display.
 // Test thread only; every daemon ends with SIGTERM and a clean exit.
 #include <gtest/gtest.h>
-#include <signal.h>
 
 #include <cstdio>
 #include <sstream>
@@ -12,8 +11,7 @@
 #include <vector>
 
 #include "platform/decoder_types.h"
-#include "tests/e2e/e2e_support.h"
-#include "tests/e2e/host_line.h"
+#include "tests/e2e/daemon_rig.h"
 #include "tests/sim/ts_streams.h"
 
 using e2e::HostOp;
@@ -131,20 +129,13 @@ std::string Observed(const e2e::HostLine& host) {
 
 double MsSince(uint64_t startUs) { return static_cast<double>(e2e::MonotonicUs() - startUs) / 1000.0; }
 
-class TsDaemonTest : public ::testing::Test {
+class TsDaemonTest : public ::testing::Test, protected e2e::DaemonRig {
 protected:
+    TsDaemonTest() : DaemonRig("version=ts-e2e\n") {}
     void SetUp() override {
         if (!tstest::HaveFfmpeg())
             GTEST_SKIP() << "the ffmpeg command-line tool is not installed; these tests make their MPEG-TS files "
                             "with it (make deps installs it)";
-        ASSERT_TRUE(m_Host.IsOpen());
-        e2e::WriteFile(m_Tmp / "root/vendor/etc/version", "version=ts-e2e\n");
-        std::string logConfig;
-        e2e::ReadFile(std::string(STBAV_ETC_DIR) + "/tevrin-log4cpp.init", logConfig);
-        e2e::WriteFile(m_Tmp / "root/vendor/etc/tevrin-log4cpp.init", logConfig);
-    }
-    void TearDown() override {
-        if (m_Daemon.Running()) StopCleanly();
     }
 
     // The stream's file in this build's cache, made by ffmpeg the first time.
@@ -155,34 +146,6 @@ protected:
         EXPECT_FALSE(path.empty()) << why;
         if (seconds > 0) printf("[ ffmpeg   ] %s made in %.2f s\n", s.name, seconds);
         return path;
-    }
-
-    std::string Socket() const { return m_Tmp / "board.sock"; }
-    std::string StderrTail() const {
-        std::string text;
-        e2e::ReadFile(m_Tmp / "daemon.err", text);
-        return "--- daemon stderr (tail) ---\n" + text.substr(text.size() > 6000 ? text.size() - 6000 : 0);
-    }
-
-    // stbavd on the host's pty with file as the board's input; returns once it reported ready.
-    void StartOn(const std::string& file) {
-        std::vector<std::string> env = e2e::SanitizerEnvironment();
-        env.push_back("STBSIM_STREAM=" + file);
-        env.push_back("STBSIM_CONTROL=" + Socket());
-        ASSERT_TRUE(m_Daemon.Start(STBAVD_PATH, {"-d", m_Host.DeviceName(), "-R", m_Tmp / "root", "-v", "4"}, env,
-                                   m_Tmp / "daemon.out", m_Tmp / "daemon.err"));
-        ASSERT_TRUE(m_Host.WaitForOp(kReady)) << StderrTail();
-        ASSERT_TRUE(e2e::WaitUntil([&] { return e2e::FileExists(Socket()); })) << StderrTail();
-    }
-    void StopCleanly() {
-        int status = -1;
-        const bool ended = m_Daemon.Stop(SIGTERM, 20000, status);
-        EXPECT_TRUE(ended) << "the daemon did not end on SIGTERM\n" << StderrTail();
-        if (!ended) return;
-        EXPECT_EQ("exit 0", e2e::DescribeStatus(status)) << StderrTail();
-        std::string text;
-        e2e::ReadFile(m_Tmp / "daemon.err", text);
-        EXPECT_FALSE(e2e::HasSanitizerReport(text)) << StderrTail();
     }
 
     // The integrator's set-up: status on, HD interface, output following the input.
@@ -209,62 +172,25 @@ protected:
         m_Host.WaitFor([&](const HostOp&) { return Mismatches(m_Host, c).empty(); }, kDeadlineMs);
         return Mismatches(m_Host, c);
     }
-    // Polls the board's state until its display words are these.
-    bool DisplayIs(long long format, long long rate) {
-        return e2e::WaitUntil(
-            [&] {
-                e2e::FlatJson s;
-                return s.Parse(e2e::BoardCommand(Socket(), "state")) && s.Num("display.format") == format &&
-                       s.Num("display.rate") == rate;
-            },
-            kDeadlineMs);
-    }
     std::string Display() const {
-        e2e::FlatJson s;
-        s.Parse(e2e::BoardCommand(Socket(), "state"));
+        const e2e::FlatJson s = State();
         return s.Get("display.format") + "/" + s.Get("display.rate");
     }
 
-    void CheckFile(const TsCase& c);
-
-    e2e::TempDir m_Tmp;
-    e2e::HostLine m_Host;
-    e2e::ChildProcess m_Daemon;
 };
 
-// Each file as the board's input from the start: once its service is selected,
-// the host is sent the stream's true attributes and the display takes its format.
-void TsDaemonTest::CheckFile(const TsCase& c) {
-    const std::string file = File(*c.stream);
-    ASSERT_FALSE(file.empty());
-    StartOn(file);
-    EnableStatusAutoOutput();
-    const uint64_t applied = SelectService(c);
-    ASSERT_NE(0u, applied);
-
-    EXPECT_EQ("", WaitForAttributes(c)) << StderrTail();
-    const double attributesMs = MsSince(applied);
-    EXPECT_TRUE(DisplayIs(c.displayFormat, c.displayRate)) << "display " << Display();
-    printf("[ observed ] %s: %s; display %s; all values %.0f ms after the apply\n", c.stream->name,
-           Observed(m_Host).c_str(), Display().c_str(), attributesMs);
-}
-
-TEST_F(TsDaemonTest, Mpeg2Sd576i25) { CheckFile(kSd); }
-TEST_F(TsDaemonTest, H264Hd1080i25) { CheckFile(kHd1080i); }
-TEST_F(TsDaemonTest, H264Hd720p5994) { CheckFile(kHd720p); }
-TEST_F(TsDaemonTest, HevcUhd2160p50) { CheckFile(kUhd); }
-
-// One daemon; the board's input is switched with "stream FILE" while the output
-// follows the input. The new file carries other PIDs and codecs, so the host
+// One daemon, every file in turn: the first as the board's input from the start,
+// the others switched in with "stream FILE" while the output follows the input.
+// Once its service is selected the host is sent each stream's true attributes. The new file carries other PIDs and codecs, so the host
 // selects its service right after the switch, as an integrator would; the
 // display words must follow within a status poll.
-TEST_F(TsDaemonTest, DisplayFollowsASwitchedInputFile) {
-    const TsCase* const order[] = {&kHd1080i, &kHd720p, &kUhd, &kHd1080i};
+TEST_F(TsDaemonTest, EachFileReachesTheHostAndTheDisplay) {
+    const TsCase* const order[] = {&kHd1080i, &kHd720p, &kUhd, &kSd, &kHd1080i};
     std::vector<std::string> files;
     for (const TsCase* c : order) files.push_back(File(*c->stream));
     for (const std::string& f : files) ASSERT_FALSE(f.empty());
 
-    StartOn(files[0]);
+    LaunchReady(files[0]);
     EnableStatusAutoOutput();
     SelectService(*order[0]);
     ASSERT_EQ("", WaitForAttributes(*order[0])) << StderrTail();

@@ -1,0 +1,98 @@
+// DaemonRig: the real stbavd on the virtual board as a child process, its
+// serial line the master side of a HostLine, its fixed paths under a temporary
+// root that holds the version file and the shipped log configuration. The
+// board's control socket, journal and the daemon's stdout/stderr live in the
+// same folder. Test thread only; a daemon still running at the end is stopped
+// with SIGTERM and must exit 0 without a sanitizer report.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <signal.h>
+
+#include <string>
+#include <vector>
+
+#include "tests/e2e/e2e_support.h"
+#include "tests/e2e/host_line.h"
+
+namespace e2e {
+
+class DaemonRig {
+public:
+    explicit DaemonRig(const std::string& versionFile) {
+        WriteFile(Root("/vendor/etc/version"), versionFile);
+        std::string logConfig;
+        ReadFile(std::string(STBAV_ETC_DIR) + "/tevrin-log4cpp.init", logConfig);
+        WriteFile(Root("/vendor/etc/tevrin-log4cpp.init"), logConfig);
+    }
+    virtual ~DaemonRig() {
+        if (m_Daemon.Running()) StopCleanly();
+    }
+
+    std::string Root(const std::string& fixedPath) const { return m_Tmp / "root" + fixedPath; }
+    std::string Socket() const { return m_Tmp / "board.sock"; }
+    std::string JournalFile() const { return m_Tmp / "journal.txt"; }
+    std::string Stderr() const { return FileText("daemon.err"); }
+    std::string Stdout() const { return FileText("daemon.out"); }
+    // The end of the daemon's stderr, for failure messages.
+    std::string StderrTail() const {
+        const std::string text = Stderr();
+        return "--- daemon stderr (tail) ---\n" + text.substr(text.size() > 6000 ? text.size() - 6000 : 0);
+    }
+
+    // Starts stbavd on the host's pty with stream as the board's input; extra
+    // options after the common ones.
+    void Launch(const std::string& stream, const std::vector<std::string>& extra = {}) {
+        ASSERT_TRUE(m_Host.IsOpen());
+        std::vector<std::string> args = {"-d", m_Host.DeviceName(), "-R", m_Tmp / "root", "-v", "4"};
+        args.insert(args.end(), extra.begin(), extra.end());
+        std::vector<std::string> env = SanitizerEnvironment();
+        env.push_back("STBSIM_STREAM=" + stream);
+        env.push_back("STBSIM_CONTROL=" + Socket());
+        env.push_back("STBSIM_JOURNAL=" + JournalFile());
+        ASSERT_TRUE(m_Daemon.Start(STBAVD_PATH, args, env, m_Tmp / "daemon.out", m_Tmp / "daemon.err"));
+    }
+    // Launch, then wait for the ready report (operation 3) and the board's socket.
+    void LaunchReady(const std::string& stream, const std::vector<std::string>& extra = {}) {
+        Launch(stream, extra);
+        ASSERT_TRUE(m_Host.WaitForOp(3)) << StderrTail();
+        ASSERT_TRUE(WaitUntil([&] { return FileExists(Socket()); })) << StderrTail();
+    }
+    // SIGTERM; the daemon must end by itself with status 0 and no sanitizer report.
+    void StopCleanly() {
+        int status = -1;
+        const bool ended = m_Daemon.Stop(SIGTERM, 20000, status);
+        EXPECT_TRUE(ended) << "the daemon did not end on SIGTERM\n" << StderrTail();
+        if (!ended) return;
+        EXPECT_EQ("exit 0", DescribeStatus(status)) << StderrTail();
+        EXPECT_FALSE(HasSanitizerReport(Stderr())) << StderrTail();
+    }
+
+    FlatJson State() const {
+        FlatJson state;
+        const std::string text = BoardCommand(Socket(), "state");
+        EXPECT_TRUE(state.Parse(text)) << text;
+        return state;
+    }
+    // Polls the board's state until its display words are these.
+    bool DisplayIs(long long format, long long rate) const {
+        return WaitUntil([&] {
+            const FlatJson s = State();
+            return s.Num("display.format") == format && s.Num("display.rate") == rate;
+        });
+    }
+
+protected:
+    TempDir m_Tmp;
+    HostLine m_Host;
+    ChildProcess m_Daemon;
+
+private:
+    std::string FileText(const std::string& file) const {
+        std::string text;
+        ReadFile(m_Tmp / file, text);
+        return text;
+    }
+};
+
+}  // namespace e2e
