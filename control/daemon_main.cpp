@@ -3,8 +3,9 @@
 // free terminal (one daemon per line), brings the decoder platform up, starts the
 // subsystem (and, with -U, the upgrade receiver), then serves signals on the main
 // thread (SIGHUP: log configuration again; SIGUSR1: frame counters) until SIGTERM
-// or SIGINT, and tears everything down in reverse order. Only wiring; the parts
-// live in control/.
+// or SIGINT, and tears everything down in reverse order. With -r the process
+// enters the real-time policy right after the log set-up, before any thread is
+// built, so that every thread inherits it. Only wiring; the parts live in control/.
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -17,6 +18,7 @@
 #include "control/daemon_options.h"
 #include "control/daemon_pid_file.h"
 #include "control/daemon_platform.h"
+#include "control/daemon_realtime.h"
 #include "control/daemon_signals.h"
 #include "control/stb_av_subsystem.h"
 #include "control/stb_receive_upgrade_file.h"
@@ -138,6 +140,7 @@ int main(int argc, char** argv) {
     if (status >= 0) return status;
     stbav::paths::SetRoot(options.root);
     SetUpLog(options);
+    if (options.realtimePriority > 0) EnterRealtime(options.realtimePriority);  // before any thread exists
     DaemonPidFile pidFile;  // removed when main returns
     if (!WritePidFile(pidFile)) return 1;
     if (!CheckSerialDevice(options.serialDevice)) return 1;

@@ -8,6 +8,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "control/daemon_realtime.h"
+
 namespace {
 
 // A whole decimal number within [lo, hi]; nothing else accepted.
@@ -36,6 +38,10 @@ bool ApplyValue(char opt, const std::string& value, DaemonOptions& o, std::strin
         case 'a':
             if (!ParseNumber(value, 0, 16, n)) break;
             o.audioDecoderCount = static_cast<uint32_t>(n);
+            return true;
+        case 'r':
+            if (!ParseNumber(value, RealtimePriorityMin(), RealtimePriorityMax(), n)) break;
+            o.realtimePriority = static_cast<int>(n);
             return true;
         case 'd':
             if (value.empty()) break;
@@ -83,6 +89,7 @@ DaemonCommand ParseDaemonOptions(int argc, char** argv, DaemonOptions& options, 
         {"upload", optional_argument, nullptr, 'U'},
         {"upload-port", required_argument, nullptr, 'P'},
         {"audio-decoders", required_argument, nullptr, 'a'},
+        {"realtime", required_argument, nullptr, 'r'},
         {nullptr, 0, nullptr, 0},
     };
     DaemonOptions o;
@@ -91,7 +98,7 @@ DaemonCommand ParseDaemonOptions(int argc, char** argv, DaemonOptions& options, 
     optind = 0;  // a fresh scan (also resets getopt's state between calls)
     opterr = 0;  // the messages below instead of getopt's own
     for (;;) {
-        const int opt = getopt_long(argc, argv, ":hv:d:R:c:U::P:a:", kLong, nullptr);
+        const int opt = getopt_long(argc, argv, ":hv:d:R:c:U::P:a:r:", kLong, nullptr);
         if (opt == -1) break;
         // The word getopt just read, for messages: "--device" or "-d".
         const std::string word = argv[optind - 1];
@@ -137,6 +144,8 @@ void PrintDaemonOptionsUsage() {
         "                          no authentication: anyone who reaches the port replaces the package",
         "  -P, --upload-port=n     port of the upgrade receiver (default 8888)",
         "  -a, --audio-decoders=n  audio decoders (default 1)",
+        "  -r, --realtime=PRIO     run under SCHED_FIFO at PRIO (1-99) with memory locked;",
+        "                          refused (no privilege): said so, normal scheduling",
         "  -v, --log-level=n       as -v n above; -h, --help; --version",
         "  Signals: SIGTERM/SIGINT stop, SIGHUP reads the log configuration again,",
         "  SIGUSR1 logs the serial line's frame counters.",

@@ -1,5 +1,6 @@
 // The command line of stbavd: the board's options (-h, -v n) and the ones a PC
-// run needs (serial device, root prefix, upgrade receiver, log configuration),
+// run needs (serial device, root prefix, upgrade receiver, log configuration,
+// real-time scheduling),
 // read with getopt_long: long forms (--device=DEV or --device DEV), bundled short
 // options (-Uv4), --help and --version. Parsing with no side effect but
 // getopt's own globals; main thread, before anything starts.
@@ -17,6 +18,7 @@ struct DaemonOptions {
     uint16_t uploadPort = 8888;           // -P
     std::string logConfigFile;            // -c; empty: the fixed path under the root
     uint32_t audioDecoderCount = 1;       // -a
+    int realtimePriority = 0;             // -r: FIFO priority; 0: normal scheduling
 };
 
 enum class DaemonCommand {

@@ -50,7 +50,13 @@ public:
         env.push_back("STBSIM_STREAM=" + stream);
         env.push_back("STBSIM_CONTROL=" + Socket());
         env.push_back("STBSIM_JOURNAL=" + JournalFile());
-        ASSERT_TRUE(m_Daemon.Start(STBAVD_PATH, args, env, m_Tmp / "daemon.out", m_Tmp / "daemon.err"));
+        std::string program = STBAVD_PATH;
+        if (!m_Wrapper.empty()) {  // e.g. setpriv: the daemon becomes its last argument
+            args.insert(args.begin(), program);
+            args.insert(args.begin(), m_Wrapper.begin() + 1, m_Wrapper.end());
+            program = m_Wrapper.front();
+        }
+        ASSERT_TRUE(m_Daemon.Start(program, args, env, m_Tmp / "daemon.out", m_Tmp / "daemon.err"));
     }
     // Launch, then wait for the ready report (operation 3) and the board's socket.
     void LaunchReady(const std::string& stream, const std::vector<std::string>& extra = {}) {
@@ -83,6 +89,7 @@ public:
     }
 
 protected:
+    std::vector<std::string> m_Wrapper;  // a program that runs the daemon (empty: none)
     TempDir m_Tmp;
     HostLine m_Host;
     ChildProcess m_Daemon;

@@ -42,7 +42,8 @@ expect "avhost names from the dictionary" \
     "$(complete_words _avhost "$AVHOST" send videooutputManualF | tr ' ' '\n' | grep -c .)" "2"
 expect "avhost monitor options" "$(complete_words _avhost "$AVHOST" monitor --pt)" "--pty "
 expect "stbavd log levels" "$(complete_words _stbavd stbavd -v '')" "0 1 2 3 4 "
-expect "stbavd options" "$(complete_words _stbavd stbavd -)" "-P -R -U -a -c -d -h -v "
+expect "stbavd options" "$(complete_words _stbavd stbavd -)" "-P -R -U -a -c -d -h -r -v "
+expect "stbavd real-time priorities" "$(complete_words _stbavd stbavd --realtime '')" "10 50 90 "
 expect "stbavd long options" "$(complete_words _stbavd stbavd --up)" "--upload --upload-port= --upload= "
 
 [ "$fails" -eq 0 ] && echo "completions: all cases pass"
