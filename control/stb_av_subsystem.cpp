@@ -73,14 +73,7 @@ StbAvSubsystem::StbAvSubsystem(IDecoderChip& decoderChip, IDemux& demux, AudioDe
 
 void StbAvSubsystem::Assemble() {
     stbav::LogDebug(m_Log, "StbAvSubsystem");
-    // selectedAudioSsData goes in twice, as it always has; a second fill changes nothing.
-    COpSsData** const tables[] = {
-        audioPidLockSsData,     audioSrvSsData,    stbAvSubsystemSsData, pidLockSsData,
-        selectedAudioSsData,    selectedServiceSsData, selectedOtherSsData, serviceSelectionSsData,
-        videoOutputSsData,      selectedAudioSsData,   videoSsData,         serviceLockSsData,
-        analogAudioSsData,      compositeSsData,   avSsConfigSsData,      overlaySsData,
-    };
-    for (COpSsData** table : tables) m_Dictionary.FillMap(table);
+    FillDictionary(m_Dictionary);
 
     // Polling order: audio, chip, video.
     m_StatusProcessors.push_back(KT::CSharedPtr<StatusProcessor>(

@@ -197,15 +197,10 @@ std::string Size(DataVarType_e type) {
     }
 }
 
-// The dictionary as the daemon loads it, every table once.
+// The dictionary as the daemon loads it.
 COpSsDataMap LoadDictionary() {
-    COpSsData** const tables[] = {analogAudioSsData,    audioPidLockSsData,     audioSrvSsData,
-                                  avSsConfigSsData,     compositeSsData,        stbAvSubsystemSsData,
-                                  overlaySsData,        pidLockSsData,          selectedAudioSsData,
-                                  selectedOtherSsData,  selectedServiceSsData,  serviceLockSsData,
-                                  serviceSelectionSsData, videoOutputSsData,    videoSsData};
     COpSsDataMap map;
-    for (COpSsData** table : tables) map.FillMap(table);
+    FillDictionary(map);
     return map;
 }
 

@@ -21,14 +21,6 @@
 
 namespace {
 
-void FillDictionary(COpSsDataMap& dictionary) {
-    COpSsData** const tables[] = {analogAudioSsData,    audioPidLockSsData,    audioSrvSsData,   avSsConfigSsData,
-                                  compositeSsData,      stbAvSubsystemSsData, overlaySsData,    pidLockSsData,
-                                  selectedAudioSsData,  selectedOtherSsData,   selectedServiceSsData,
-                                  serviceLockSsData,    serviceSelectionSsData, videoOutputSsData, videoSsData};
-    for (COpSsData** t : tables) dictionary.FillMap(t);
-}
-
 struct Daemon {
     Daemon() { FillDictionary(dictionary); }
     stbav_test::FakeDecoderSet d;

@@ -7,6 +7,8 @@
 // ...Audio2) carry VT_UINT16. stbsystemSoftwareVersion alone has a 4-byte index.
 #include "protocol/op_ss_data_tables.h"
 
+#include "protocol/c_op_ss_data_map.h"
+
 namespace {
 
 COpSsData* Entry(const char* name, unsigned int opId, DataVarType_e dataType, DataVarType_e indexType) {
@@ -196,3 +198,13 @@ COpSsData* videoSsData[] = {
     Entry("videoChromaBitDepth", 283, VT_UINT8, VT_UINT8),  // 0x011B
     nullptr,
 };
+
+void FillDictionary(COpSsDataMap& map) {
+    COpSsData** const tables[] = {
+        audioPidLockSsData,  audioSrvSsData,        stbAvSubsystemSsData, pidLockSsData,
+        selectedAudioSsData, selectedServiceSsData, selectedOtherSsData,  serviceSelectionSsData,
+        videoOutputSsData,   selectedAudioSsData,   videoSsData,          serviceLockSsData,
+        analogAudioSsData,   compositeSsData,       avSsConfigSsData,     overlaySsData,
+    };
+    for (COpSsData** table : tables) map.FillMap(table);
+}

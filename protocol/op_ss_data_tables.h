@@ -5,6 +5,8 @@
 
 #include "protocol/c_op_ss_data.h"
 
+class COpSsDataMap;
+
 extern COpSsData* analogAudioSsData[];
 extern COpSsData* audioPidLockSsData[];
 extern COpSsData* audioSrvSsData[];
@@ -20,3 +22,8 @@ extern COpSsData* serviceLockSsData[];
 extern COpSsData* serviceSelectionSsData[];
 extern COpSsData* videoOutputSsData[];
 extern COpSsData* videoSsData[];
+
+// Fills map with every table, in the order the daemon loads them
+// (selectedAudioSsData goes in twice, as it always has: a second fill changes
+// nothing). The one list of the tables for the daemon, its tools and tests.
+void FillDictionary(COpSsDataMap& map);

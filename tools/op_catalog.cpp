@@ -7,19 +7,8 @@
 
 namespace avhost {
 
-namespace {
-
-COpSsData** const kTables[] = {
-    analogAudioSsData,      audioPidLockSsData,    audioSrvSsData,         avSsConfigSsData,
-    compositeSsData,        stbAvSubsystemSsData, overlaySsData,          pidLockSsData,
-    selectedAudioSsData,    selectedOtherSsData,   selectedServiceSsData,  serviceLockSsData,
-    serviceSelectionSsData, videoOutputSsData,     videoSsData,
-};
-
-}  // namespace
-
 OpCatalog::OpCatalog() {
-    for (COpSsData** table : kTables) m_map.FillMap(table);
+    FillDictionary(m_map);
     for (const auto& kv : m_map.Get()) m_byName[kv.second->GetName()] = kv.second;
 }
 

@@ -27,12 +27,8 @@ namespace {
 using Bytes = std::vector<unsigned char>;
 
 COpSsDataMap Dictionary() {
-    COpSsData** const tables[] = {analogAudioSsData,  audioPidLockSsData,    audioSrvSsData,     avSsConfigSsData,
-                                  compositeSsData,    stbAvSubsystemSsData,  overlaySsData,      pidLockSsData,
-                                  selectedAudioSsData, selectedOtherSsData,  selectedServiceSsData,
-                                  serviceLockSsData,  serviceSelectionSsData, videoOutputSsData, videoSsData};
     COpSsDataMap map;
-    for (COpSsData** t : tables) map.FillMap(t);
+    FillDictionary(map);
     return map;
 }
 

@@ -32,15 +32,6 @@ unsigned Count(COpSsData** table) {
     return n;
 }
 
-// The order the daemon loads the tables in, with one table loaded twice.
-void FillAsTheDaemonDoes(COpSsDataMap& map) {
-    COpSsData** order[] = {audioPidLockSsData,  audioSrvSsData,        stbAvSubsystemSsData, pidLockSsData,
-                           selectedAudioSsData, selectedServiceSsData, selectedOtherSsData,   serviceSelectionSsData,
-                           videoOutputSsData,   selectedAudioSsData,   videoSsData,           serviceLockSsData,
-                           analogAudioSsData,   compositeSsData,       avSsConfigSsData,      overlaySsData};
-    for (COpSsData** t : order) map.FillMap(t);
-}
-
 }  // namespace
 
 TEST(OpDictionary, TablesHoldTheirEntries) {
@@ -67,8 +58,8 @@ TEST(OpDictionary, OnlyTheSoftwareVersionHasAFourByteIndex) {
 
 TEST(OpDictionary, LooksEntriesUpByOpId) {
     COpSsDataMap map;
-    FillAsTheDaemonDoes(map);
-    FillAsTheDaemonDoes(map);  // filling again changes nothing
+    FillDictionary(map);
+    FillDictionary(map);  // filling again changes nothing
     EXPECT_EQ(map.Get().size(), 122u);
 
     struct Case {

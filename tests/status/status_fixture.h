@@ -19,14 +19,6 @@
 
 namespace stbav_test {
 
-inline void FillDictionary(COpSsDataMap& dictionary) {
-    COpSsData** const tables[] = {analogAudioSsData,    audioPidLockSsData,    audioSrvSsData,   avSsConfigSsData,
-                                  compositeSsData,      stbAvSubsystemSsData, overlaySsData,    pidLockSsData,
-                                  selectedAudioSsData,  selectedOtherSsData,   selectedServiceSsData,
-                                  serviceLockSsData,    serviceSelectionSsData, videoOutputSsData, videoSsData};
-    for (COpSsData** t : tables) dictionary.FillMap(t);
-}
-
 class StatusFixture : public ::testing::Test {
 protected:
     StatusFixture() { FillDictionary(dictionary); }
