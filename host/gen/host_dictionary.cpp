@@ -8,25 +8,19 @@
 //   host_dictionary --update FILE   rewrite FILE
 // Single-threaded command-line program.
 #include <cstdio>
-#include <cstring>
-#include <fstream>
 #include <sstream>
 #include <string>
 
 #include "protocol/c_op_ss_data_map.h"
 #include "protocol/op_ss_data_tables.h"
+#include "toolkit/generated_file.h"
 
 namespace {
 
-// The dictionary as the daemon loads it, every table once.
+// The dictionary as the daemon loads it.
 COpSsDataMap LoadDictionary() {
-    COpSsData** const tables[] = {analogAudioSsData,    audioPidLockSsData,     audioSrvSsData,
-                                  avSsConfigSsData,     compositeSsData,        stbAvSubsystemSsData,
-                                  overlaySsData,        pidLockSsData,          selectedAudioSsData,
-                                  selectedOtherSsData,  selectedServiceSsData,  serviceLockSsData,
-                                  serviceSelectionSsData, videoOutputSsData,    videoSsData};
     COpSsDataMap map;
-    for (COpSsData** table : tables) map.FillMap(table);
+    FillDictionary(map);
     return map;
 }
 
@@ -89,42 +83,8 @@ std::string Header() {
     return out.str();
 }
 
-bool ReadFile(const char* path, std::string& text) {
-    std::ifstream f(path, std::ios::binary);
-    if (!f) return false;
-    std::ostringstream s;
-    s << f.rdbuf();
-    text = s.str();
-    return true;
-}
-
-int CheckOrUpdate(const char* self, const char* mode, const char* path, const std::string& header) {
-    std::string text;
-    const bool readable = ReadFile(path, text);
-    if (readable && text == header) return 0;
-    if (std::strcmp(mode, "--check") == 0) {
-        std::fprintf(stderr,
-                     "host_dictionary: %s %s the daemon's tables; rewrite it with\n"
-                     "  make host-dictionary      (or: %s --update %s)\n"
-                     "and commit the result\n",
-                     path, readable ? "differs from" : "cannot be read, so it does not match", self, path);
-        return 1;
-    }
-    std::ofstream f(path, std::ios::binary | std::ios::trunc);
-    f << header;
-    return f.good() ? 0 : 2;
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
-    const std::string header = Header();
-    if (argc == 1) {
-        std::fputs(header.c_str(), stdout);
-        return 0;
-    }
-    if (argc == 3 && (std::strcmp(argv[1], "--check") == 0 || std::strcmp(argv[1], "--update") == 0))
-        return CheckOrUpdate(argv[0], argv[1], argv[2], header);
-    std::fprintf(stderr, "usage: host_dictionary [--check FILE | --update FILE]\n");
-    return 2;
+    return stbav::GeneratedFileMain("host_dictionary", "host-dictionary", argc, argv, Header());
 }
