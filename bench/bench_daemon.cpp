@@ -25,12 +25,7 @@
 namespace {
 
 bool MeasureIdle(bench::DaemonRig& b, int seconds) {
-    b.host.SendU8(262, 1);  // automatic
-    b.host.SendU8(4, 1);    // status on
-    b.host.SendApply();
-    b.SelectService();
-    if (!b.host.WaitForValue(271, 1920)) return false;
-    b.host.Drain(4500);  // the output format follows and is reported; then nothing changes
+    if (!bench::SettleIdle(b)) return false;
     const pid_t pid = b.daemon.Pid();
     const long long cpu0 = bench::CpuTicks(pid);
     const uint64_t bytes0 = b.host.BytesReceived();

@@ -78,12 +78,7 @@ bool RunIdle(bool realtime, int prio, int seconds) {
     std::vector<std::string> extra;
     if (realtime) extra = {"-r", std::to_string(prio)};
     if (!b.host.IsOpen() || !b.Start(extra)) return false;
-    b.host.SendU8(262, 1);  // automatic
-    b.host.SendU8(4, 1);    // status on
-    b.host.SendApply();
-    b.SelectService();
-    if (!b.host.WaitForValue(271, 1920)) return false;
-    b.host.Drain(4500);  // the output format follows and is reported; then nothing changes
+    if (!bench::SettleIdle(b)) return false;
     const pid_t pid = b.daemon.Pid();
     const long long cpu0 = bench::CpuTicks(pid);
     const long long switches0 = bench::ContextSwitches(pid);

@@ -100,6 +100,16 @@ bool MeasureApply(DaemonRig& b, int triggers, const std::string& callPrefix, std
     return true;
 }
 
+bool SettleIdle(DaemonRig& b) {
+    b.host.SendU8(262, 1);  // automatic
+    b.host.SendU8(4, 1);    // status on
+    b.host.SendApply();
+    b.SelectService();
+    if (!b.host.WaitForValue(271, 1920)) return false;
+    b.host.Drain(4500);  // the output format follows and is reported; then nothing changes
+    return true;
+}
+
 long long CpuTicks(pid_t pid) {
     std::ifstream in("/proc/" + std::to_string(pid) + "/stat");
     std::string all((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());

@@ -39,6 +39,11 @@ struct DaemonRig {
 bool MeasureApply(DaemonRig& rig, int triggers, const std::string& callPrefix, std::vector<double>& latenciesUs,
                   std::string& firstCalls);
 
+// Automatic output, status reporting on, the scenario's service selected and
+// decoded, then 4.5 s for the output format to follow and be reported: from
+// then on nothing changes. False when the picture is never reported.
+bool SettleIdle(DaemonRig& rig);
+
 // utime + stime of the process, in clock ticks.
 long long CpuTicks(pid_t pid);
 // A "VmRSS:"-style line of /proc/PID/status, in kB (or a count); -1 when missing.

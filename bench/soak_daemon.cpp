@@ -26,6 +26,7 @@
 #include <thread>
 #include <vector>
 
+#include "bench/daemon_rig.h"
 #include "output/uhd_vid_format.h"
 #include "tests/e2e/e2e_support.h"
 #include "tests/e2e/host_line.h"
@@ -45,29 +46,6 @@ constexpr double kLineBytesPerSecond = 115200.0 / 10.0;  // 8N1
 uint32_t Code(uint32_t height, uint32_t width) {
     return UhdVidFormat(height, width, VideoFormatBase::SCAN_TYPE_PROGRESSIVE, VideoFormatBase::ASPECT_RATIO_16X9,
                         VideoFormatBase::FRAME_RATE_50).GetId();
-}
-
-long long CpuTicks(pid_t pid) {
-    std::ifstream in("/proc/" + std::to_string(pid) + "/stat");
-    std::string all((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    const size_t close = all.rfind(')');
-    if (close == std::string::npos) return -1;
-    std::istringstream rest(all.substr(close + 2));
-    std::string field;
-    long long utime = 0, stime = 0;
-    for (int i = 3; i <= 15 && rest >> field; ++i) {
-        if (i == 14) utime = std::atoll(field.c_str());
-        if (i == 15) stime = std::atoll(field.c_str());
-    }
-    return utime + stime;
-}
-
-long long StatusKb(pid_t pid, const std::string& key) {
-    std::ifstream in("/proc/" + std::to_string(pid) + "/status");
-    std::string line;
-    while (std::getline(in, line))
-        if (line.compare(0, key.size(), key) == 0) return std::atoll(line.c_str() + key.size());
-    return -1;
 }
 
 int OpenFds(pid_t pid) {
@@ -130,7 +108,8 @@ struct Soak {
     void Report(const char* when) {
         const pid_t pid = daemon.Pid();
         std::printf("%-6s VmRSS %lld kB, VmHWM %lld kB, open descriptors %d, threads %lld\n", when,
-                    StatusKb(pid, "VmRSS:"), StatusKb(pid, "VmHWM:"), OpenFds(pid), StatusKb(pid, "Threads:"));
+                    bench::StatusValue(pid, "VmRSS:"), bench::StatusValue(pid, "VmHWM:"), OpenFds(pid),
+                    bench::StatusValue(pid, "Threads:"));
     }
 };
 
@@ -139,7 +118,7 @@ bool Flood(Soak& s, int mib) {
     if (!e2e::WaitUntil([&] { return s.Display() == 10; })) return false;
     s.host.Drain(500);
     const pid_t pid = s.daemon.Pid();
-    const long long hwm0 = StatusKb(pid, "VmHWM:"), rss0 = StatusKb(pid, "VmRSS:");
+    const long long hwm0 = bench::StatusValue(pid, "VmHWM:"), rss0 = bench::StatusValue(pid, "VmRSS:");
     const auto t0 = std::chrono::steady_clock::now();
     std::vector<unsigned char> chunk(1 << 20);
     for (int i = 0; i < mib; ++i) {
@@ -157,7 +136,7 @@ bool Flood(Soak& s, int mib) {
         seen = e2e::MonotonicUs();
         return true;
     }, 5000);
-    const long long hwm1 = StatusKb(pid, "VmHWM:"), rss1 = StatusKb(pid, "VmRSS:");
+    const long long hwm1 = bench::StatusValue(pid, "VmHWM:"), rss1 = bench::StatusValue(pid, "VmRSS:");
     std::printf("flood: %d MiB of random bytes written in %.2f s (%.1f MiB/s)\n", mib, writeSeconds,
                 mib / writeSeconds);
     std::printf("  peak resident VmHWM %lld -> %lld kB (growth %lld kB), VmRSS %lld -> %lld kB\n", hwm0, hwm1,
@@ -181,7 +160,7 @@ int RunSoak(Soak& s, double minutes) {
     }
     s.host.Drain(2000);
     s.Report("start");
-    const long long cpu0 = CpuTicks(pid);
+    const long long cpu0 = bench::CpuTicks(pid);
     const uint64_t frames0 = s.framesSent;
     const uint64_t bytes0 = s.bytesSent;
     const auto soakStart = std::chrono::steady_clock::now();
@@ -230,7 +209,7 @@ int RunSoak(Soak& s, double minutes) {
                                                     static_cast<unsigned long long>(lost));
     }
     const double secs = soakSeconds();
-    const double cpu = static_cast<double>(CpuTicks(pid) - cpu0) / static_cast<double>(sysconf(_SC_CLK_TCK));
+    const double cpu = static_cast<double>(bench::CpuTicks(pid) - cpu0) / static_cast<double>(sysconf(_SC_CLK_TCK));
     s.Report("end");
     std::printf("soak: %.1f min; %llu frames (%llu bytes, %.0f bytes/s incl. garbage) sent; %llu applies sent, %llu "
                 "on the board, %llu lost; %llu garbage bursts, %llu input changes, %llu injected faults\n",
