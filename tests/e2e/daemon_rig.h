@@ -14,6 +14,7 @@
 
 #include "tests/e2e/e2e_support.h"
 #include "tests/e2e/host_line.h"
+#include "tests/support/child_launcher.h"
 
 namespace e2e {
 
@@ -51,12 +52,16 @@ public:
         env.push_back("STBSIM_CONTROL=" + Socket());
         env.push_back("STBSIM_JOURNAL=" + JournalFile());
         std::string program = STBAVD_PATH;
-        if (!m_Wrapper.empty()) {  // e.g. setpriv: the daemon becomes its last argument
+        if (!m_Wrapper.empty()) {
+            // e.g. setpriv, a program of the build machine: it runs the daemon
+            // (under the emulator in a cross build) from its last arguments.
             args.insert(args.begin(), program);
+            const std::vector<std::string> launcher = stbav_test::ChildLauncher();
+            args.insert(args.begin(), launcher.begin(), launcher.end());
             args.insert(args.begin(), m_Wrapper.begin() + 1, m_Wrapper.end());
             program = m_Wrapper.front();
         }
-        ASSERT_TRUE(m_Daemon.Start(program, args, env, m_Tmp / "daemon.out", m_Tmp / "daemon.err"));
+        ASSERT_TRUE(m_Daemon.Start(program, args, env, m_Tmp / "daemon.out", m_Tmp / "daemon.err", !m_Wrapper.empty()));
     }
     // Launch, then wait for the ready report (operation 3) and the board's socket.
     void LaunchReady(const std::string& stream, const std::vector<std::string>& extra = {}) {

@@ -172,9 +172,10 @@ ChildProcess::~ChildProcess() {
 
 bool ChildProcess::Start(const std::string& program, const std::vector<std::string>& args,
                          const std::vector<std::string>& env, const std::string& stdoutFile,
-                         const std::string& stderrFile) {
+                         const std::string& stderrFile, bool hostProgram) {
     // In a cross build the child runs under the same emulator as the test.
-    std::vector<std::string> argv = stbav_test::ChildLauncher();
+    std::vector<std::string> argv;
+    if (!hostProgram) argv = stbav_test::ChildLauncher();
     argv.push_back(program);
     argv.insert(argv.end(), args.begin(), args.end());
     std::vector<std::string> envp = MergeEnvironment(env);

@@ -75,9 +75,12 @@ public:
     ~ChildProcess();  // SIGKILL and reap when still running
 
     // Starts program with args; env entries ("NAME=VALUE") are added to (or
-    // replace) the test's own environment. False when the spawn failed.
+    // replace) the test's own environment. False when the spawn failed. In a
+    // cross build program runs under the emulator, unless hostProgram says it
+    // is one of the build machine's own (a wrapper that starts the emulator).
     bool Start(const std::string& program, const std::vector<std::string>& args,
-               const std::vector<std::string>& env, const std::string& stdoutFile, const std::string& stderrFile);
+               const std::vector<std::string>& env, const std::string& stdoutFile, const std::string& stderrFile,
+               bool hostProgram = false);
     bool Running() const { return m_Pid > 0; }
     pid_t Pid() const { return m_Pid; }
     // Waits up to timeoutMs for the child to end; true with its wait status.
