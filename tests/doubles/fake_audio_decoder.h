@@ -66,14 +66,6 @@ public:
     bool Unsubscribe(const DecoderEventHandler&) override { return Subscribers("Unsubscribe", -1); }
     bool Start() override { return SetFlag("Start", &State::started, true); }
     bool Stop() override { return SetFlag("Stop", &State::started, false); }
-
-private:
-    bool Subscribers(const char* op, int delta) {
-        std::lock_guard<std::mutex> lock(m_Mutex);
-        if (RecordLocked(op)) return false;
-        m_State.subscriberCount += delta;
-        return true;
-    }
 };
 
 }  // namespace stbav_test

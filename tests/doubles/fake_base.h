@@ -4,6 +4,7 @@
 // lock per fake guards State and the failure set.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <mutex>
 #include <set>
@@ -68,6 +69,26 @@ protected:
         std::lock_guard<std::mutex> lock(m_Mutex);
         if (RecordLocked(op)) return false;
         m_State.*field = value;
+        return true;
+    }
+
+    // Subscribe (+1) or Unsubscribe (-1): records op and counts the subscribers.
+    bool Subscribers(const char* op, int delta) {
+        std::lock_guard<std::mutex> lock(m_Mutex);
+        if (RecordLocked(op)) return false;
+        m_State.subscriberCount += delta;
+        return true;
+    }
+    // GetFormat of the video doubles: records it and reports the stored format.
+    template <typename Scan, typename Rate, typename Aspect>
+    bool ReportFormat(uint32_t& width, uint32_t& height, Scan& scanType, Rate& frameRate, Aspect& aspectRatio) {
+        std::lock_guard<std::mutex> lock(m_Mutex);
+        if (RecordLocked("GetFormat")) return false;
+        width = m_State.width;
+        height = m_State.height;
+        scanType = m_State.scanType;
+        frameRate = m_State.frameRate;
+        aspectRatio = m_State.aspectRatio;
         return true;
     }
 

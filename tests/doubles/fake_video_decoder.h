@@ -59,14 +59,7 @@ public:
     VideoType_e GetCodec() override { return Report("GetCodec", &State::codec, VIDEO_TYPE_NONE); }
     bool GetFormat(uint32_t& width, uint32_t& height, VideoScanType_e& scanType, VideoFrameRate_e& frameRate,
                    VideoAspectRatio_e& aspectRatio) override {
-        std::lock_guard<std::mutex> lock(m_Mutex);
-        if (RecordLocked("GetFormat")) return false;
-        width = m_State.width;
-        height = m_State.height;
-        scanType = m_State.scanType;
-        frameRate = m_State.frameRate;
-        aspectRatio = m_State.aspectRatio;
-        return true;
+        return ReportFormat(width, height, scanType, frameRate, aspectRatio);
     }
     VideoChromaFormat_e GetChromaFormat() override {
         return Report("GetChromaFormat", &State::chromaFormat, VIDEO_CHROMA_FORMAT_UNKNOWN);

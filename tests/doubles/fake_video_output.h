@@ -58,14 +58,7 @@ public:
     bool SetRasterMode(RasterMode_e mode) override { return Store("SetRasterMode", &State::rasterMode, mode); }
     bool GetFormat(uint32_t& width, uint32_t& height, VideoScanType_e& scanType, VideoFrameRate_e& frameRate,
                    VideoAspectRatio_e& aspectRatio) override {
-        std::lock_guard<std::mutex> lock(m_Mutex);
-        if (RecordLocked("GetFormat")) return false;
-        width = m_State.width;
-        height = m_State.height;
-        scanType = m_State.scanType;
-        frameRate = m_State.frameRate;
-        aspectRatio = m_State.aspectRatio;
-        return true;
+        return ReportFormat(width, height, scanType, frameRate, aspectRatio);
     }
     bool SetColourSpace(ColourSpace cs) override { return Store("SetColourSpace", &State::colourSpace, cs); }
     bool SetAspectRatio(VideoAspectRatio_e ar) override {
@@ -90,12 +83,6 @@ private:
         s.frameRate = rate;
         s.aspectRatio = aspect;
         return s;
-    }
-    bool Subscribers(const char* op, int delta) {
-        std::lock_guard<std::mutex> lock(m_Mutex);
-        if (RecordLocked(op)) return false;
-        m_State.subscriberCount += delta;
-        return true;
     }
 };
 
