@@ -1,5 +1,6 @@
-// Tests of the usage text, the debug-log set-up and the upgrade entry point (run
-// as a child process linked against a media library that fails every upgrade).
+// Tests of the debug-log set-up and the upgrade entry point (run as a child
+// process linked against a media library that fails every upgrade); the usage
+// text is checked on the daemon itself (DaemonTest.CommandLineAndFailedStarts).
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -22,24 +23,6 @@ std::string TempFile(const std::string& content) {
     close(fd);
     std::ofstream(path) << content;
     return path;
-}
-
-TEST(PrintUsage, WritesTheUsageTextAndAnEmptyLineToStandardError) {
-    testing::internal::CaptureStdout();
-    testing::internal::CaptureStderr();
-    PrintUsage();
-    std::string err = testing::internal::GetCapturedStderr();
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
-    EXPECT_EQ(err,
-              "morlin usage:\n"
-              "  -h     show usage\n"
-              "  -v n   logging level\n"
-              "            0: error (default)\n"
-              "            1: warning\n"
-              "            2: notice\n"
-              "            3: info\n"
-              "            4: debug\n"
-              "\n");
 }
 
 // A good file sets the priorities; a missing or malformed one is reported and

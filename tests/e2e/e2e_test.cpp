@@ -363,7 +363,9 @@ TEST_F(DaemonTest, CommandLineAndFailedStarts) {
         std::string stderrHas;
         std::string stdoutStarts = "";
     } const cases[] = {
-        {{"-h"}, false, "", "exit 0", "morlin usage:\n  -h     show usage\n  -v n   logging level\n"},
+        {{"-h"}, false, "", "exit 0",
+         "morlin usage:\n  -h     show usage\n  -v n   logging level\n            0: error (default)\n"
+         "            1: warning\n            2: notice\n            3: info\n            4: debug\n\n"},
         {{"-x"}, false, "", "exit 2", "morlin usage:"},
         {{"-v", "5"}, false, "", "exit 2", "bad value '5' for -v"},
         {{"-v"}, false, "", "exit 2", "-v needs a value"},
