@@ -113,41 +113,28 @@ TEST_F(DemuxTest, ExtraStreamsTypeTwoAndBadIndexesNeverRestartThePlayer) {
 }
 
 TEST_F(DemuxTest, CodecTypesMapOntoThePlatformCodes) {
-    struct VideoCase {
+    const struct {
+        bool video;
         int type;
         uint32_t platform;
         const char* text;
+    } cases[] = {
+        {true, 1, 0, "\tVideo Stream Type MPEG2\n"},  {true, 2, 5, "\tVideo Stream Type H264\n"},
+        {true, 3, 38, "\tVideo Stream Type HEVC\n"},  {true, 4, 0, "\tVideo Stream Type error\n"},
+        {true, 5, 2, "\tVideo Stream Type AVS\n"},    {true, 6, 44, "\tVideo Stream Type AVS2\n"},
+        {true, 0, 0, "\tVideo Stream Type error\n"},  {false, 1, 0, "\tAudio Stream Type MPGE1\n"},
+        {false, 2, 1, "\tAudio Stream Type MPGE2\n"}, {false, 3, 4, "\tAudio Stream Type AC3\n"},
+        {false, 4, 1, "\tAudio Stream Type error\n"}, {false, 5, 5, "\tAudio Stream Type EAC3\n"},
+        {false, 6, 2, "\tAudio Stream Type AAC\n"},   {false, 7, 3, "\tAudio Stream Type AAC\n"},
+        {false, 8, 53, "\tAudio Stream Type DRA\n"},  {false, 0, 1, "\tAudio Stream Type error\n"},
     };
-    const VideoCase video[] = {
-        {1, 0, "\tVideo Stream Type MPEG2\n"}, {2, 5, "\tVideo Stream Type H264\n"},
-        {3, 38, "\tVideo Stream Type HEVC\n"}, {4, 0, "\tVideo Stream Type error\n"},
-        {5, 2, "\tVideo Stream Type AVS\n"},   {6, 44, "\tVideo Stream Type AVS2\n"},
-        {0, 0, "\tVideo Stream Type error\n"},
-    };
-    for (const VideoCase& c : video) {
-        SCOPED_TRACE(c.type);
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << (c.video ? "video " : "audio ") << c.type);
         m_Log.Clear();
-        ASSERT_TRUE(m_Demux.SetServiceVideoCodecType(static_cast<VideoType_e>(c.type)));
-        EXPECT_EQ(stbsim::State().player.settings.video_type, c.platform);
-        EXPECT_TRUE(m_Log.Has("DEBUG", c.text));
-    }
-    struct AudioCase {
-        int type;
-        uint32_t platform;
-        const char* text;
-    };
-    const AudioCase audio[] = {
-        {1, 0, "\tAudio Stream Type MPGE1\n"}, {2, 1, "\tAudio Stream Type MPGE2\n"},
-        {3, 4, "\tAudio Stream Type AC3\n"},   {4, 1, "\tAudio Stream Type error\n"},
-        {5, 5, "\tAudio Stream Type EAC3\n"},  {6, 2, "\tAudio Stream Type AAC\n"},
-        {7, 3, "\tAudio Stream Type AAC\n"},   {8, 53, "\tAudio Stream Type DRA\n"},
-        {0, 1, "\tAudio Stream Type error\n"},
-    };
-    for (const AudioCase& c : audio) {
-        SCOPED_TRACE(c.type);
-        m_Log.Clear();
-        ASSERT_TRUE(m_Demux.SetServiceAudioCodecType(static_cast<AudioType_e>(c.type)));
-        EXPECT_EQ(stbsim::State().player.settings.audio_type, c.platform);
+        ASSERT_TRUE(c.video ? m_Demux.SetServiceVideoCodecType(static_cast<VideoType_e>(c.type))
+                            : m_Demux.SetServiceAudioCodecType(static_cast<AudioType_e>(c.type)));
+        const auto s = stbsim::State().player.settings;
+        EXPECT_EQ(c.video ? s.video_type : s.audio_type, c.platform);
         EXPECT_TRUE(m_Log.Has("DEBUG", c.text));
     }
 }

@@ -101,9 +101,12 @@ TEST_F(VideoOutputTest, FailedSetKeepsTheCurrentFormat) {
     EXPECT_EQ(Display().format, 11u);
 }
 
-const std::vector<std::string> kCcCalls = {"cc_init",  "cc_deinit", "cc_creat",   "cc_destroy",
-                                           "cc_set_window", "cc_start", "cc_stop", "cc_getAttr",
-                                           "cc_setAttr"};
+const std::vector<std::string> kCcInit = {"cc_init", "cc_creat", "cc_set_window", "cc_start", "cc_getAttr",
+                                          "cc_setAttr"};
+const std::vector<std::string> kCcDeinit = {"cc_deinit", "cc_stop", "cc_destroy"};
+// Another source: the engine is stopped, destroyed and made again (no cc_init).
+const std::vector<std::string> kCcRecreate = {"cc_stop",  "cc_destroy", "cc_creat",  "cc_set_window",
+                                              "cc_start", "cc_getAttr", "cc_setAttr"};
 
 class ClosedCaptionTest : public BoardTest {
 protected:
@@ -111,7 +114,11 @@ protected:
         BoardTest::SetUp();
         BringUpByHand();
     }
-    std::vector<std::string> CcCalls() { return CallsMatching(kCcCalls); }
+    std::vector<std::string> CcCalls() {
+        auto all = kCcInit;
+        all.insert(all.end(), kCcDeinit.begin(), kCcDeinit.end());
+        return CallsMatching(all);
+    }
 
     LogCapture m_Log{"stbav.stbclosedcaption"};
     StbClosedCaption m_Captions;
@@ -119,8 +126,7 @@ protected:
 
 TEST_F(ClosedCaptionTest, InitializeBringsUpTheDigitalOverlayDeinitializeInItsOwnOrder) {
     ASSERT_EQ(m_Captions.Initialize(), 0);
-    EXPECT_EQ(CcCalls(), (std::vector<std::string>{"cc_init", "cc_creat", "cc_set_window", "cc_start", "cc_getAttr",
-                                                   "cc_setAttr"}));
+    EXPECT_EQ(CcCalls(), kCcInit);
     auto cc = stbsim::State().captions;
     EXPECT_EQ(cc.initMode, 2u);
     EXPECT_EQ(cc.createSource, 1u);
@@ -133,27 +139,24 @@ TEST_F(ClosedCaptionTest, InitializeBringsUpTheDigitalOverlayDeinitializeInItsOw
 
     stbsim::ClearJournal();
     EXPECT_EQ(m_Captions.Deinitialize(), 0);
-    EXPECT_EQ(CcCalls(), (std::vector<std::string>{"cc_deinit", "cc_stop", "cc_destroy"}));
+    EXPECT_EQ(CcCalls(), kCcDeinit);
     EXPECT_TRUE(m_Log.Has("DEBUG", "Finish deinitializing ClosedCaption"));
 }
 
 // Initialize and Deinitialize stop at the first failing step and return its code.
 TEST_F(ClosedCaptionTest, BringUpAndTearDownStopAtTheFirstFailure) {
-    const std::vector<std::string> init = {"cc_init", "cc_creat", "cc_set_window", "cc_start", "cc_getAttr",
-                                           "cc_setAttr"};
-    const std::vector<std::string> deinit = {"cc_deinit", "cc_stop", "cc_destroy"};
-    for (const auto* steps : {&init, &deinit}) {
+    for (const auto* steps : {&kCcInit, &kCcDeinit}) {
         for (size_t i = 0; i < steps->size(); ++i) {
             const std::string& step = (*steps)[i];
             SCOPED_TRACE(step);
             stbsim::Reset();
             BringUpByHand();
-            if (steps == &deinit) {
+            if (steps == &kCcDeinit) {
                 ASSERT_EQ(m_Captions.Initialize(), 0);
             }
             stbsim::ClearJournal();
             Fail(step);
-            EXPECT_EQ(steps == &init ? m_Captions.Initialize() : m_Captions.Deinitialize(), stbav_test::kInjected);
+            EXPECT_EQ(steps == &kCcInit ? m_Captions.Initialize() : m_Captions.Deinitialize(), stbav_test::kInjected);
             EXPECT_TRUE(m_Log.Has("ERROR", "call " + step + " failed 0x1234"));
             EXPECT_EQ(CcCalls(), std::vector<std::string>(steps->begin(), steps->begin() + i + 1));
         }
@@ -164,8 +167,7 @@ TEST_F(ClosedCaptionTest, OverlaySelectionRecreatesTheEngineForItsSource) {
     ASSERT_EQ(m_Captions.Initialize(), 0);
     stbsim::ClearJournal();
     EXPECT_TRUE(m_Captions.SetOverlayCc(OVERLAY_CC_TYPE_NTSC, OVERLAY_NTSC_CC1));
-    EXPECT_EQ(CcCalls(), (std::vector<std::string>{"cc_stop", "cc_destroy", "cc_creat", "cc_set_window", "cc_start",
-                                                   "cc_getAttr", "cc_setAttr"}));
+    EXPECT_EQ(CcCalls(), kCcRecreate);
     auto cc = stbsim::State().captions;
     EXPECT_EQ(cc.createSource, 0u);
     EXPECT_EQ(cc.attr.source, 0u);
@@ -183,9 +185,7 @@ TEST_F(ClosedCaptionTest, OverlaySelectionRecreatesTheEngineForItsSource) {
 }
 
 TEST_F(ClosedCaptionTest, FailedOverlaySelectionIsLoggedButReportedAsDone) {
-    const std::vector<std::string> steps = {"cc_stop",  "cc_destroy", "cc_creat",  "cc_set_window",
-                                            "cc_start", "cc_getAttr", "cc_setAttr"};
-    for (const std::string& step : steps) {
+    for (const std::string& step : kCcRecreate) {
         SCOPED_TRACE(step);
         ASSERT_EQ(m_Captions.Initialize(), 0);
         m_Log.Clear();

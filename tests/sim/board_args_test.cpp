@@ -105,18 +105,5 @@ TEST_F(SimTest, WrongArgumentsFailWithTheirCodeAndReason) {
     EXPECT_TRUE(s.player.exists);
 }
 
-TEST_F(SimTest, CaptionCallsNeedACaptionInstance) {
-    BringUp();
-    ASSERT_EQ(cc_stop(), 0);
-    ASSERT_EQ(cc_destroy(), 0);
-    CcAttr a{};
-    EXPECT_EQ(stbsim::kErrBadState, cc_set_window(0, 0, 1280, 720));
-    EXPECT_EQ(stbsim::kErrBadState, cc_start());
-    EXPECT_EQ(stbsim::kErrBadState, cc_getAttr(&a));
-    EXPECT_EQ(stbsim::kErrBadState, cc_send_VBI_enable(true));
-    EXPECT_EQ(stbsim::kErrBadState, cc_show_subtitle_enable(true));
-    EXPECT_EQ(stbsim::kErrBadState, cc_destroy());
-}
-
 }  // namespace
 }  // namespace simtest

@@ -167,14 +167,20 @@ TEST_F(BoardLifecycleTest, UpgradeRequestsAreRecordedWithoutSystemInit) {
     EXPECT_EQ(stbsim::Journal().front().args, "path=\"/sdcard/update.zip\"");
 }
 
+// The caption re-initialisation the daemon makes for overlay type 1; in
+// between, the caption calls need an instance.
 TEST_F(BoardLifecycleTest, CaptionsFollowStopDestroyCreateAndKeepAttributes) {
     BringUp();
-    // The caption re-initialisation the daemon makes for overlay type 1.
     CcCreateParam analog{0};
     CcAttr attr;
     EXPECT_EQ(cc_stop(), 0);
     EXPECT_EQ(cc_destroy(), 0);
+    EXPECT_EQ(cc_set_window(0, 0, 1280, 720), stbsim::kErrBadState);
+    EXPECT_EQ(cc_start(), stbsim::kErrBadState);
     EXPECT_EQ(cc_getAttr(&attr), stbsim::kErrBadState);
+    EXPECT_EQ(cc_send_VBI_enable(true), stbsim::kErrBadState);
+    EXPECT_EQ(cc_show_subtitle_enable(true), stbsim::kErrBadState);
+    EXPECT_EQ(cc_destroy(), stbsim::kErrBadState);
     EXPECT_EQ(cc_creat(&analog), 0);
     EXPECT_EQ(cc_set_window(0, 0, 1280, 720), 0);
     EXPECT_EQ(cc_start(), 0);

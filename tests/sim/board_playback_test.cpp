@@ -16,7 +16,7 @@ class BoardPlaybackTest : public SimTest {};
 
 TEST_F(BoardPlaybackTest, CountersAndPtsAdvanceWhilePlayingAndHoldWhenStopped) {
     const Handles h = BringUp();
-    Play(h.av, 0x100, 5, 0x101, 1, 0x100);
+    PlayDefaultService(h.av);
     const AvStatusInfo first = Status(h.av);
     ASSERT_TRUE(WaitUntil([&] {
         const AvStatusInfo now = Status(h.av);
@@ -41,7 +41,7 @@ TEST_F(BoardPlaybackTest, CountersAndPtsAdvanceWhilePlayingAndHoldWhenStopped) {
 TEST_F(BoardPlaybackTest, PtsWrapsAt33Bits) {
     SetInput("service 1\nvideo pid=0x100\naudio pid=0x101 pts=8589934000\n");
     const Handles h = BringUp();
-    Play(h.av, 0x100, 5, 0x101, 1, 0x100);
+    PlayDefaultService(h.av);
     // 591 ticks (6.6 ms) before the wrap.
     EXPECT_TRUE(WaitUntil([&] { return Status(h.av).audio_pts < 90000; }));
 }
@@ -163,7 +163,7 @@ video pid=0x500 width=1280 height=720 scan=progressive fps=59.94
 TEST_F(BoardPlaybackTest, AScenarioChangesTheFormatAtItsTime) {
     SetInput("service 1\nvideo pid=0x100\naudio pid=0x101\nat 0.2 video width=3840 height=2160 fps=50 scan=progressive\n");
     const Handles h = BringUp();
-    Play(h.av, 0x100, 5, 0x101, 1, 0x100);
+    PlayDefaultService(h.av);
     ASSERT_TRUE(WaitUntil([&] { return Status(h.av).height == 2160; }));
     const AvStatusInfo st = Status(h.av);
     EXPECT_EQ(st.width, 3840u);
@@ -204,7 +204,7 @@ protected:
         log.window = h.window;
         AvEventConfig cfg{AV_EVENT_VIDEO_FORMAT_CHANGED, &RecordEvent, 1};
         EXPECT_EQ(av_set_event_config(h.av, &cfg, 2), 0);
-        Play(h.av, 0x100, 5, 0x101, 1, 0x100);
+        PlayDefaultService(h.av);
         return h;
     }
     EventLog log;

@@ -32,7 +32,7 @@ protected:
 
 TEST_F(ControlSocketTest, StateIsOneJsonObjectWithTheDocumentedKeys) {
     const Handles h = BringUp();
-    Play(h.av, 0x100, 5, 0x101, 1, 0x100);
+    PlayDefaultService(h.av);
     ASSERT_EQ(aout_set_mute(h.aout, 1, true), 0);
     ASSERT_EQ(system_upgrade("/sdcard/update.zip"), 0);
     const std::string answer = Ask(m_path, "state");
@@ -84,7 +84,7 @@ TEST_F(ControlSocketTest, UnknownCommandsGetAnErrorLine) {
 
 TEST_F(ControlSocketTest, StreamSwitchesTheInputAndVideoChangesItNow) {
     const Handles h = BringUp();
-    Play(h.av, 0x100, 5, 0x101, 1, 0x100);
+    PlayDefaultService(h.av);
     const e2e::TempDir dir;
     const std::string file = dir / "switch.scn";
     ASSERT_TRUE(e2e::WriteFile(file, "service 3 name=Other\nvideo pid=0x100 width=1280 height=720 scan=progressive "

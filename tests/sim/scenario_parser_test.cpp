@@ -1,5 +1,7 @@
 // Scenario files of the virtual board: what a valid file describes, and the
 // message a malformed line gets.
+#include <utility>
+
 #include <gtest/gtest.h>
 
 #include "sim/scenario_parser.h"
@@ -16,6 +18,8 @@ TEST(ScenarioParserTest, ReadsServicesStreamsAndTimedChanges) {
     const char* text = R"(# two services
 service 0x10 name="News 24" pcr=0x1ff   # trailing comment
 video pid=0x100 codec=hevc width=3840 height=2160 scan=progressive fps=29.97 depth=10
+video pid=0x110 width=720 height=576 aspect=16:9
+video pid=0x111 width=1440 height=1080 sar=4:3
 audio pid=257 codec=eac3 rate=44100 channels=5.1 bits=24 bitrate=640000 pts=900000
 
 service 2
@@ -39,6 +43,9 @@ at 1 audio pid=0x300 rate=32000
     EXPECT_EQ(v.fps.den, 1001u);
     EXPECT_EQ(v.field, stbsim::FieldOrder::Progressive);
     EXPECT_EQ(v.bitDepth, 10u);
+    // An aspect ratio gives the sample aspect ratio, and a sample aspect ratio the aspect ratio.
+    EXPECT_EQ(std::make_pair(s.video.at(1).sar.num, s.video.at(1).sar.den), std::make_pair(64u, 45u));
+    EXPECT_EQ(std::make_pair(s.video.at(2).dar.num, s.video.at(2).dar.den), std::make_pair(16u, 9u));
     const auto& a = s.audio.at(0);
     EXPECT_EQ(a.pid, 257);
     EXPECT_EQ(a.channels, 5u);
@@ -74,20 +81,6 @@ TEST(ScenarioParserTest, MalformedLinesAreReportedWithTheirLineNumber) {
         EXPECT_FALSE(ParseScenario(c.text, &in, &error)) << c.text;
         EXPECT_EQ(error, c.error) << c.text;
     }
-}
-
-TEST(ScenarioParserTest, AspectGivesTheSampleAspectRatioAndBack) {
-    StreamInput in;
-    std::string error;
-    ASSERT_TRUE(ParseScenario("service 1\nvideo pid=0x100 width=720 height=576 aspect=16:9\n"
-                              "video pid=0x101 width=1440 height=1080 sar=4:3\n",
-                              &in, &error))
-        << error;
-    const auto& v = in.services[0].video;
-    EXPECT_EQ(v[0].sar.num, 64u);
-    EXPECT_EQ(v[0].sar.den, 45u);
-    EXPECT_EQ(v[1].dar.num, 16u);
-    EXPECT_EQ(v[1].dar.den, 9u);
 }
 
 class ScenarioInputTest : public SimTest {};

@@ -57,20 +57,6 @@ protected:
         return h;
     }
 
-    // Selects video/audio/PCR PIDs with their platform codec codes and starts both.
-    static void Play(uint32_t av, uint16_t video, uint32_t videoType, uint16_t audio, uint32_t audioType, uint16_t pcr) {
-        _AV_SETTING_S s;
-        memset(&s, 0, sizeof s);
-        s.video_pid = video;
-        s.video_type = videoType;
-        s.audio_pid = audio;
-        s.audio_type = audioType;
-        s.pcr_pid = pcr;
-        ASSERT_EQ(av_set_config(av, &s), 0);
-        ASSERT_EQ(av_start_video(av), 0);
-        ASSERT_EQ(av_start_audio(av), 0);
-    }
-
     static AvStatusInfo Status(uint32_t av) {
         AvStatusInfo st;
         memset(&st, 0xAB, sizeof st);

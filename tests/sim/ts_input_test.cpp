@@ -2,8 +2,6 @@
 // loaded into the board, and the daemon's own adapters (demux, stream probe,
 // video and audio decoders) read back what the host would be sent. Also the
 // records of the C API, input switching and the failures of a bad file.
-#include <unistd.h>
-
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -16,6 +14,7 @@
 #include "platform/stb_audio_decoder.h"
 #include "platform/stb_demux.h"
 #include "platform/stb_video_decoder.h"
+#include "tests/e2e/e2e_support.h"
 #include "tests/sim/sim_fixture.h"
 #include "tests/sim/ts_streams.h"
 
@@ -43,9 +42,15 @@ protected:
         return path;
     }
 
-    // A file of this process's own (not shared with other test processes).
-    static std::string OwnFile(const std::string& name, const std::string& bytes) {
-        return tstest::WriteFile(STBAV_TS_STREAM_DIR, std::to_string(getpid()) + "-" + name, bytes);
+    // Null packets only: sync bytes, but no programme association table.
+    std::string NullPacketFile() const {
+        std::string packet(188, '\xff');
+        packet.replace(0, 4, "\x47\x1f\xff\x10");
+        std::string bytes;
+        for (int i = 0; i < 20; ++i) bytes += packet;
+        const std::string path = m_Dir / "null-packets.ts";
+        EXPECT_TRUE(e2e::WriteFile(path, bytes));
+        return path;
     }
 
     static _AV_SETTING_S FirstProgramme() {
@@ -55,19 +60,9 @@ protected:
         EXPECT_EQ(av_search_progInfo(&s, &ip), 0);
         return s;
     }
-};
 
-// Null packets only: sync bytes, but no programme association table.
-std::string NullPackets(int count) {
-    std::string packet(188, '\xff');
-    packet[0] = 0x47;
-    packet[1] = 0x1f;
-    packet[2] = '\xff';
-    packet[3] = 0x10;
-    std::string bytes;
-    for (int i = 0; i < count; ++i) bytes += packet;
-    return bytes;
-}
+    const e2e::TempDir m_Dir;
+};
 
 // What the host is sent for each stream, as the daemon's mappings define it.
 // Where a mapping cannot give the truth (sim/README.md), the expected value is
@@ -118,24 +113,6 @@ const Case kCases[] = {
      AUDIO_TYPE_STATUS_MPEG2, AUDIO_CHANNEL_CODING_MONO},
 };
 
-void CheckVideo(StbVideoDecoder& video, const Case& c) {
-    uint32_t w = 0, h = 0;
-    VideoScanType_e scan = VIDEO_SCAN_TYPE_PSF;
-    VideoFrameRate_e rate = VIDEO_FRAME_RATE_UNKNOWN;
-    VideoAspectRatio_e aspect = VIDEO_ASPECT_RATIO_UNKNOWN;
-    ASSERT_TRUE(video.GetFormat(w, h, scan, rate, aspect));
-    EXPECT_EQ(std::make_tuple(w, h, scan, rate, aspect), std::make_tuple(c.width, c.height, c.scan, c.rate, c.aspect));
-    EXPECT_EQ(std::make_tuple(video.GetCodec(), video.GetProfile(), video.GetLevel(), video.GetChromaFormat(),
-                              video.GetBitDepth()),
-              std::make_tuple(c.videoType, c.profile, c.level, c.chroma, c.depth));
-}
-
-void CheckAudio(StbAudioDecoder& audio, const Case& c) {
-    EXPECT_EQ(std::make_tuple(audio.GetSamplingRate(), audio.GetCodec(), audio.GetCodingMode()),
-              std::make_tuple(c.samplingRate, c.audioStatus, c.coding));
-    EXPECT_GT(audio.GetBitRate(), 0u);
-}
-
 TEST_F(TsInputTest, TheDaemonReadsEachStreamsAttributes) {
     const BoardHandles h = BringUpByHand();
     for (const Case& c : kCases) {
@@ -172,8 +149,19 @@ TEST_F(TsInputTest, TheDaemonReadsEachStreamsAttributes) {
         audio.BondAvHandle(h.av);
         audio.SetCodec(c.audioType);
 
-        CheckVideo(video, c);
-        CheckAudio(audio, c);
+        uint32_t width = 0, height = 0;
+        VideoScanType_e scan = VIDEO_SCAN_TYPE_PSF;
+        VideoFrameRate_e rate = VIDEO_FRAME_RATE_UNKNOWN;
+        VideoAspectRatio_e aspect = VIDEO_ASPECT_RATIO_UNKNOWN;
+        ASSERT_TRUE(video.GetFormat(width, height, scan, rate, aspect));
+        EXPECT_EQ(std::make_tuple(width, height, scan, rate, aspect),
+                  std::make_tuple(c.width, c.height, c.scan, c.rate, c.aspect));
+        EXPECT_EQ(std::make_tuple(video.GetCodec(), video.GetProfile(), video.GetLevel(), video.GetChromaFormat(),
+                                  video.GetBitDepth()),
+                  std::make_tuple(c.videoType, c.profile, c.level, c.chroma, c.depth));
+        EXPECT_EQ(std::make_tuple(audio.GetSamplingRate(), audio.GetCodec(), audio.GetCodingMode()),
+                  std::make_tuple(c.samplingRate, c.audioStatus, c.coding));
+        EXPECT_GT(audio.GetBitRate(), 0u);
         EXPECT_EQ(demux.GetServiceId(), c.serviceId);
         EXPECT_EQ(video.GetServiceName(demux.GetServiceId()), c.serviceName);
         EXPECT_TRUE(WaitUntil([&] { return video.GetFrameCount() > 1 && audio.GetFrameCount() > 1; }));
@@ -213,7 +201,7 @@ TEST_F(TsInputTest, EveryProgrammeIsListedInTheStreamInformation) {
 
 TEST_F(TsInputTest, TheStreamVariableIsProbedAtSystemInit) {
     const std::string good = File(tstest::kMpeg2Sd);
-    const std::string bad = OwnFile("null-packets.ts", NullPackets(20));
+    const std::string bad = NullPacketFile();
     ASSERT_FALSE(good.empty());
     setenv("STBSIM_STREAM", good.c_str(), 1);
     const BoardHandles h = BringUpByHand();
@@ -223,7 +211,6 @@ TEST_F(TsInputTest, TheStreamVariableIsProbedAtSystemInit) {
     setenv("STBSIM_STREAM", bad.c_str(), 1);
     EXPECT_EQ(system_init(0), stbsim::kErrInvalidParam);
     unsetenv("STBSIM_STREAM");
-    unlink(bad.c_str());
 }
 
 TEST_F(TsInputTest, SwitchingTheInputFileChangesWhatIsDecoded) {
@@ -254,7 +241,7 @@ TEST_F(TsInputTest, SwitchingTheInputFileChangesWhatIsDecoded) {
 TEST_F(TsInputTest, AFileThatCannotBeProbedLeavesTheInputAsItWas) {
     const std::string good = File(tstest::kH264Progressive);
     ASSERT_FALSE(good.empty());
-    const std::string nulls = OwnFile("null-packets.ts", NullPackets(20));
+    const std::string nulls = NullPacketFile();
     const std::string missing = std::string(STBAV_TS_STREAM_DIR) + "/no-such-file.ts";
     BringUpByHand();
     ASSERT_EQ(stbsim::Command("stream " + good), "ok\n");
@@ -270,7 +257,6 @@ TEST_F(TsInputTest, AFileThatCannotBeProbedLeavesTheInputAsItWas) {
         EXPECT_EQ(stbsim::Command("stream " + c.path), c.reply);
         EXPECT_EQ(FirstProgramme().service_id, 303);
     }
-    unlink(nulls.c_str());
 }
 
 }  // namespace

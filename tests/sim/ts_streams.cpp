@@ -132,13 +132,4 @@ std::string MakeTsFile(const TsStream& s, const std::string& dir, std::string* w
     return path;
 }
 
-std::string WriteFile(const std::string& dir, const std::string& name, const std::string& bytes) {
-    std::error_code ec;
-    std::filesystem::create_directories(dir, ec);
-    const std::string path = dir + "/" + name;
-    std::ofstream f(path, std::ios::binary | std::ios::trunc);
-    f.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    return f.good() ? path : "";
-}
-
 }  // namespace tstest

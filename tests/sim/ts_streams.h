@@ -39,7 +39,4 @@ bool HaveFfmpeg();
 // given, is how long ffmpeg took, or 0 when the file was already there.
 std::string MakeTsFile(const TsStream& s, const std::string& dir, std::string* why, double* seconds = nullptr);
 
-// Writes raw bytes to dir/name (for streams ffmpeg would not make); "" on failure.
-std::string WriteFile(const std::string& dir, const std::string& name, const std::string& bytes);
-
 }  // namespace tstest
