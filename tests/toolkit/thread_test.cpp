@@ -30,15 +30,13 @@ constexpr unsigned kLongWaitMs = 60000;
 TEST(CThread, CallsBodyUntilItReturnsFalse) {
     std::atomic<int> calls{0};
     KT::CThread thread([&] { return ++calls < 5; }, "counter", 0);
-    EXPECT_FALSE(thread.IsRunning());
-    ASSERT_TRUE(thread.Run());
-    ASSERT_TRUE(WaitUntil([&] { return !thread.IsRunning(); }));
-    EXPECT_EQ(calls.load(), 5);
-    // A thread whose body ended may be run again.
-    calls = 0;
-    ASSERT_TRUE(thread.Run());
-    ASSERT_TRUE(WaitUntil([&] { return !thread.IsRunning(); }));
-    EXPECT_EQ(calls.load(), 5);
+    for (int round = 1; round <= 2; ++round) {  // a thread whose body ended may be run again
+        EXPECT_FALSE(thread.IsRunning());
+        calls = 0;
+        ASSERT_TRUE(thread.Run());
+        ASSERT_TRUE(WaitUntil([&] { return !thread.IsRunning(); }));
+        EXPECT_EQ(calls.load(), 5) << round;
+    }
 }
 
 TEST(CThread, NamesItselfWithTheFirstFifteenCharacters) {

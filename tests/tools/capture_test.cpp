@@ -122,7 +122,8 @@ TEST(Capture, TellsTheThreeFormsApartAndReportsBadLines) {
     EXPECT_EQ(error, "line 1: not a hex byte string: odd number of hex digits");
 }
 
-TEST(Decode, RawBinaryAndPlainHexGiveTheSameLines) {
+// A malformed capture is a runtime failure (status 1).
+TEST(Decode, RawBinaryAndPlainHexGiveTheSameLinesAMalformedCaptureFails) {
     const Bytes line = Hex(kTwoFrames);
     std::string binaryOut, hexOut, jsonOut, err;
     EXPECT_EQ(Decode({}, std::string(line.begin(), line.end()), binaryOut, err), 0) << err;
@@ -135,6 +136,8 @@ TEST(Decode, RawBinaryAndPlainHexGiveTheSameLines) {
     EXPECT_EQ(jsonOut,
               "{\"t\":0.000,\"dir\":\">\",\"op\":\"apply\",\"opId\":0,\"opType\":6}\n"
               "{\"t\":0.000,\"dir\":\">\",\"error\":\"incomplete frame\",\"bytes\":\"0F 00\"}\n");
+    EXPECT_EQ(Decode({}, "0.1 < 0F 10\n0.2 < 0F 1\n", jsonOut, err), 1);
+    EXPECT_EQ(err, "avhost: line 2: not a hex byte string: odd number of hex digits\n");
 }
 
 TEST(Decode, GoldenCaptureOfASession) {
@@ -144,12 +147,6 @@ TEST(Decode, GoldenCaptureOfASession) {
     std::string out, err;
     EXPECT_EQ(Decode({}, capture, out, err), 0) << err;
     EXPECT_EQ(out, expected);
-}
-
-TEST(Decode, AMalformedCaptureIsARuntimeFailure) {
-    std::string out, err;
-    EXPECT_EQ(Decode({}, "0.1 < 0F 10\n0.2 < 0F 1\n", out, err), 1);
-    EXPECT_EQ(err, "avhost: line 2: not a hex byte string: odd number of hex digits\n");
 }
 
 // One record per frame with its direction byte and time stamp; several frames in
