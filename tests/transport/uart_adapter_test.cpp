@@ -124,7 +124,8 @@ TEST_F(UartAdapterPty, ReceivesFramesHoweverTheBytesArrive) {
     EXPECT_GT(Frame(special).size(), special.size() + 2) << "the escapes are on the line";
 }
 
-// One stuffed frame per operation; of a long value only the first chunk.
+// One stuffed frame per operation; of a long value only the first chunk; a
+// received operation goes out again as it came.
 TEST_F(UartAdapterPty, SendOperationWritesOneStuffedFrame) {
     SsOp status(OP_TYPE_DATA, 0x0105), special(OP_TYPE_DATA, 0x1110), text(OP_TYPE_DATA, 226);
     status.SetIndexList({1});
@@ -144,9 +145,6 @@ TEST_F(UartAdapterPty, SendOperationWritesOneStuffedFrame) {
         ASSERT_TRUE(adapter->SendOperation(*c.op));
         EXPECT_EQ(pty.Read(c.line.size()), c.line);
     }
-}
-
-TEST_F(UartAdapterPty, AReceivedOperationIsEchoedFromItsCache) {
     const Bytes image = ImageOf(0x010F, {1}, {0x07, 0x80});
     ASSERT_TRUE(pty.Write(Frame(image)));
     KT::CSharedPtr<SsOp> op;
