@@ -1,8 +1,5 @@
 // Tests of KT::CRs232 over a real pseudo-terminal pair: the port opens the slave by
 // name, the test plays the host on the master side.
-#include <fcntl.h>
-#include <poll.h>
-#include <pty.h>
 #include <time.h>
 #include <unistd.h>
 
@@ -15,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/wait_until.h"
+#include "tests/transport/pty_pair.h"
 #include "toolkit/kt_rs232.h"
 #include "toolkit/kt_thread.h"
 
@@ -31,38 +29,13 @@ double ThreadCpuSeconds() {
     return static_cast<double>(ts.tv_sec) + static_cast<double>(ts.tv_nsec) / 1e9;
 }
 
+// The test plays the host on the master of a pty pair left in its default
+// (cooked) mode, so the port itself must make the line raw.
 class Rs232Test : public ::testing::Test {
 protected:
     void SetUp() override {
-        char name[128] = {};
-        int slave = -1;
-        ASSERT_EQ(openpty(&master, &slave, name, nullptr, nullptr), 0);
-        slaveName = name;
-        ASSERT_TRUE(port.Open(slaveName, 115200, KT::CRs232::FLOW_SOFTWARE));
-        ::close(slave);
-        fcntl(master, F_SETFL, fcntl(master, F_GETFL) | O_NONBLOCK);
-    }
-    void TearDown() override {
-        port.Close();
-        CloseMaster();
-    }
-    void CloseMaster() {
-        if (master >= 0) ::close(master);
-        master = -1;
-    }
-
-    // Reads n bytes from the master side, waiting up to 10 s.
-    Bytes ReadMaster(size_t n) {
-        Bytes got;
-        const auto deadline = Clock::now() + std::chrono::seconds(10);
-        while (got.size() < n && Clock::now() < deadline) {
-            struct pollfd p = {master, POLLIN, 0};
-            if (poll(&p, 1, 100) <= 0) continue;
-            unsigned char buf[4096];
-            ssize_t r = ::read(master, buf, sizeof buf);
-            if (r > 0) got.insert(got.end(), buf, buf + r);
-        }
-        return got;
+        ASSERT_TRUE(pty.IsOpen());
+        ASSERT_TRUE(port.Open(pty.SlaveName(), 115200, KT::CRs232::FLOW_SOFTWARE));
     }
     // Reads through the port until n bytes came, up to 10 s.
     Bytes ReadPort(size_t n) {
@@ -76,16 +49,9 @@ protected:
         }
         return got;
     }
-    void WriteMaster(const Bytes& bytes) {
-        size_t done = 0;
-        while (done < bytes.size()) {
-            ssize_t r = ::write(master, bytes.data() + done, bytes.size() - done);
-            if (r > 0) done += static_cast<size_t>(r);
-        }
-    }
 
-    int master = -1;
-    std::string slaveName;
+    PtyPair pty{false};
+    const std::string& slaveName = pty.SlaveName();
     KT::CRs232 port;
 };
 
@@ -95,21 +61,21 @@ TEST_F(Rs232Test, EveryByteValueCrossesRawBothWays) {
     Bytes all(256);
     for (int i = 0; i < 256; ++i) all[i] = static_cast<unsigned char>(i);
 
-    WriteMaster(all);
+    ASSERT_TRUE(pty.Write(all));
     EXPECT_EQ(ReadPort(all.size()), all);
 
     Bytes copy = all;
     KT::CSlice<unsigned char> slice(copy);
     EXPECT_EQ(port.Write(slice), 256);
     port.Flush();
-    EXPECT_EQ(ReadMaster(all.size()), all);
+    EXPECT_EQ(pty.Read(all.size()), all);
 }
 
 TEST_F(Rs232Test, WriteLargerThanThePtyBufferCompletesWhileTheOtherSideReads) {
     Bytes big(256 * 1024);
     for (size_t i = 0; i < big.size(); ++i) big[i] = static_cast<unsigned char>(i * 7 + (i >> 8));
     Bytes received;
-    std::thread host([&] { received = ReadMaster(big.size()); });
+    std::thread host([&] { received = pty.Read(big.size()); });
     KT::CSlice<unsigned char> slice(big);
     EXPECT_EQ(port.Write(slice), static_cast<int>(big.size()));
     host.join();
@@ -119,9 +85,9 @@ TEST_F(Rs232Test, WriteLargerThanThePtyBufferCompletesWhileTheOtherSideReads) {
 // The host side goes away: reads must keep returning 0 after their time-out
 // without burning CPU (a pty then polls readable and reads 0 forever).
 TEST_F(Rs232Test, ReadLoopOnAHungUpPtyDoesNotSpin) {
-    WriteMaster({0x0F, 0x11, 0x10});
+    ASSERT_TRUE(pty.Write({0x0F, 0x11, 0x10}));
     ASSERT_EQ(ReadPort(3).size(), 3u);
-    CloseMaster();
+    pty.CloseMaster();
 
     double cpu = 0;
     int reads = 0;
@@ -190,15 +156,13 @@ TEST_F(Rs232Test, ReadTimeOutCloseAndReopen) {
     EXPECT_EQ(port.Write(slice), 0);
     port.Flush();
     ASSERT_TRUE(port.Open(slaveName, 9600, KT::CRs232::FLOW_NONE));
-    WriteMaster({0x13});
+    ASSERT_TRUE(pty.Write({0x13}));
     EXPECT_EQ(ReadPort(1), Bytes{0x13});
 }
 
 TEST(Rs232Open, FailsOnMissingDeviceUnknownRateOrNonTerminal) {
-    char name[128] = {};
-    int master = -1;
-    int slave = -1;
-    ASSERT_EQ(openpty(&master, &slave, name, nullptr, nullptr), 0);
+    PtyPair pty;
+    const std::string name = pty.SlaveName();
     char file[] = "/tmp/kt-rs232-XXXXXX";
     int fd = mkstemp(file);
     ASSERT_GE(fd, 0);
@@ -226,8 +190,6 @@ TEST(Rs232Open, FailsOnMissingDeviceUnknownRateOrNonTerminal) {
     }
     ::close(fd);
     ::unlink(file);
-    ::close(slave);
-    ::close(master);
 }
 
 // One user per line: a second port on the same device is refused while the
@@ -240,7 +202,7 @@ TEST_F(Rs232Test, SecondOpenerIsRefusedAndTheFirstKeepsTheLine) {
     EXPECT_EQ(second.OpenErrorText(slaveName),
               slaveName + ": in use by another program (a serial line has one user at a time)");
     const Bytes sent = {1, 2, 3, 4, 5};
-    ASSERT_EQ(::write(master, sent.data(), sent.size()), 5);
+    ASSERT_TRUE(pty.Write(sent));
     Bytes got(16);
     KT::CSlice<unsigned char> slice(got);
     ASSERT_EQ(port.Read(slice, 5000), 5);

@@ -88,7 +88,7 @@ TEST_F(ScheduleTest, RepeatingEventIsRearmedAfterEachRun) {
     EXPECT_EQ(Runs(), "ZZ");
 }
 
-TEST_F(ScheduleTest, CancelRules) {
+TEST_F(ScheduleTest, CancelRulesAlsoFromInsideAnAction) {
     auto pending = schedule.Add(Log("P"), 10, false);
     auto done = schedule.Add(Log("D"), 0, false);
     KT::CSchedule::CEvent never;
@@ -104,9 +104,8 @@ TEST_F(ScheduleTest, CancelRules) {
     clock.Advance(10);
     EXPECT_EQ(schedule.RunDue(), 0u);
     EXPECT_EQ(schedule.PendingCount(), 0u);
-}
 
-TEST_F(ScheduleTest, ActionMayCancelItselfOrAnotherDueEventAOneShotItselfNot) {
+    // An action may cancel itself or another due event; a one-shot itself not.
     KT::CSchedule::CEvent self;
     KT::CSchedule::CEvent victim;
     bool selfCancel = false;

@@ -85,38 +85,42 @@ TEST(AvhostProcess, UsageAndRuntimeErrorsHaveTheirStatusAndMessage) {
     EXPECT_EQ(help.Stdout().rfind("Usage: avhost", 0), 0u);
 }
 
-// By default every frame starts with a doubled start marker; --single-start sends one.
-TEST(AvhostProcess, SendWithApplyPutsExactlyTheFramesOnTheLine) {
-    for (const bool single : {false, true}) {
+// By default every frame starts with a doubled start marker; --single-start sends
+// one; raw writes the bytes as given.
+TEST(AvhostProcess, SendAndRawPutExactlyTheirBytesOnTheLine) {
+    const std::vector<std::string> send = {"send", "videooutputManualFormat=1920x1080p50", "videooutputInterface=3@1",
+                                           "serviceselectionServiceName=BBC", "--apply"};
+    const std::string echo = "> videooutputManualFormat[0] = 0x630D0000 (1920x1080p 16x9 50.00fps)\n"
+                             "> videooutputInterface[1] = 3\n"
+                             "> serviceselectionServiceName[0] = \"BBC\"\n"
+                             "> apply\n";
+    const auto line = [](const std::string& s) {
+        return s + "00 0A 01 01 00 04 63 0D 00 00 10 " +  // videooutputManualFormat[0]
+               s + "00 05 01 01 01 01 03 10 " +           // videooutputInterface[1] = 3
+               s + "00 F9 00 01 00 03 42 42 43 10 " +     // serviceselectionServiceName
+               s + "06 00 00 00 00 10";                   // apply
+    };
+    std::vector<std::string> single = send;
+    single.push_back("--single-start");
+    const struct {
+        std::vector<std::string> args;  // without -d
+        std::string bytes, out;
+    } cases[] = {
+        {send, line("0F 0F "), echo},
+        {single, line("0F "), echo},
+        {{"raw", "0F", "10", "0x12,0x2f"}, "0F 10 12 2F", ""},
+    };
+    for (const auto& c : cases) {
         avhost::PtyLine pty;
         std::string error;
         ASSERT_TRUE(pty.Open(error)) << error;
-        std::vector<std::string> args = {"send", "-d" + pty.SlaveName(), "videooutputManualFormat=1920x1080p50",
-                                         "videooutputInterface=3@1", "serviceselectionServiceName=BBC", "--apply"};
-        if (single) args.push_back("--single-start");
+        std::vector<std::string> args = c.args;
+        args.insert(args.begin() + 1, "-d" + pty.SlaveName());
         ChildProcess child = Avhost(args);
         ASSERT_EQ(child.Wait(), 0) << child.Stderr();
-        const std::string s = single ? "0F " : "0F 0F ";
-        const std::string expected = s + "00 0A 01 01 00 04 63 0D 00 00 10 " +  // videooutputManualFormat[0]
-                                     s + "00 05 01 01 01 01 03 10 " +           // videooutputInterface[1] = 3
-                                     s + "00 F9 00 01 00 03 42 42 43 10 " +     // serviceselectionServiceName
-                                     s + "06 00 00 00 00 10";                   // apply
-        EXPECT_EQ(avhost::HexString(ReadLine(pty, single ? 39 : 43)), expected);
-        EXPECT_EQ(WithoutTimes(child.Stdout()),
-                  "> videooutputManualFormat[0] = 0x630D0000 (1920x1080p 16x9 50.00fps)\n"
-                  "> videooutputInterface[1] = 3\n"
-                  "> serviceselectionServiceName[0] = \"BBC\"\n"
-                  "> apply\n");
+        EXPECT_EQ(avhost::HexString(ReadLine(pty, (c.bytes.size() + 1) / 3)), c.bytes);
+        EXPECT_EQ(WithoutTimes(child.Stdout()), c.out);
     }
-}
-
-TEST(AvhostProcess, RawWritesTheBytesAsGiven) {
-    avhost::PtyLine pty;
-    std::string error;
-    ASSERT_TRUE(pty.Open(error)) << error;
-    ChildProcess child = Avhost({"raw", "-d", pty.SlaveName(), "0F", "10", "0x12,0x2f"});
-    ASSERT_EQ(child.Wait(), 0) << child.Stderr();
-    EXPECT_EQ(avhost::HexString(ReadLine(pty, 4)), "0F 10 12 2F");
 }
 
 std::string SlaveFrom(ChildProcess& child) {

@@ -95,12 +95,6 @@ TEST(OpFormatter, PlainValueIsWhatOneWouldType) {
     EXPECT_EQ(formatter.PlainValue(FrameOf("00 0B 01 01 01 04 63 0D 00 00").op), "1661796352");
 }
 
-}  // namespace
-}  // namespace avhost
-
-namespace avhost {
-namespace {
-
 // Names beside codes in all three styles; service names always valid UTF-8 in
 // JSON (UTF-8 kept, Latin-1 converted); absolute UTC stamps with microseconds.
 TEST(OpFormatter, NamesUtf8AndUtcInEveryStyle) {

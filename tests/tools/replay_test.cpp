@@ -139,12 +139,8 @@ TEST(Terminal, TopShowsEveryReportedItem) {
 
 // avhost replay on its own pty, with the daemon started on that pty once announced.
 struct Replay {
-    explicit Replay(std::vector<std::string> args) : host(WithBinary(args)) {}
-
-    static std::vector<std::string> WithBinary(std::vector<std::string> args) {
-        args.insert(args.begin(), {AVHOST_BINARY, "replay", "--pty", "--fast"});
-        return args;
-    }
+    explicit Replay(std::vector<std::string> args)
+        : host((args.insert(args.begin(), {AVHOST_BINARY, "replay", "--pty", "--fast"}), args)) {}
     // The avhost exit status, the daemon stopped cleanly afterwards.
     int Run() {
         if (!host.WaitForOutput("\n")) return -2;

@@ -23,6 +23,15 @@ SsOp OpFrom(const OpCatalog& catalog, const std::string& assignment) {
     return op;
 }
 
+// A line that must parse.
+SessionCommand Parsed(const OpCatalog& catalog, const std::string& line) {
+    SessionCommand command;
+    bool isCommand = false;
+    std::string error;
+    EXPECT_TRUE(ParseSessionLine(catalog, line, command, isCommand, error)) << line << ": " << error;
+    return command;
+}
+
 TEST(ParseSessionLine, KnowsTheCommandsAndSaysWhatIsWrong) {
     const OpCatalog catalog;
     const struct {
@@ -59,12 +68,7 @@ TEST(ParseSessionLine, KnowsTheCommandsAndSaysWhatIsWrong) {
         EXPECT_EQ(isCommand, c.isCommand) << c.line;
         EXPECT_EQ(error, c.error) << c.line;
     }
-    SessionCommand command;
-    bool isCommand = false;
-    std::string error;
-    ASSERT_TRUE(ParseSessionLine(catalog, "send serviceselectionServiceName=\"My \\\"TV\\\"\"", command, isCommand,
-                                 error));
-    EXPECT_EQ(command.ops.at(0).GetDataString(), "My \"TV\"");
+    EXPECT_EQ(Parsed(catalog, cases[1].line).ops.at(0).GetDataString(), "My \"TV\"");
 }
 
 TEST(ExpectSpec, MatchesByNameIndexAndValue) {
@@ -86,21 +90,14 @@ TEST(ExpectSpec, MatchesByNameIndexAndValue) {
         {"expect videooutputCurrentOutputFormat=1920x1080p25", "videooutputCurrentOutputFormat=0x630D0000", false},
     };
     for (const auto& c : cases) {
-        SessionCommand command;
-        bool isCommand = false;
-        std::string error;
-        ASSERT_TRUE(ParseSessionLine(catalog, c.expect, command, isCommand, error)) << error;
-        EXPECT_EQ(command.expect.Matches(OpFrom(catalog, c.op), formatter), c.matches) << c.expect << " / " << c.op;
+        EXPECT_EQ(Parsed(catalog, c.expect).expect.Matches(OpFrom(catalog, c.op), formatter), c.matches)
+            << c.expect << " / " << c.op;
     }
     // A status text sent under a numeric type matches its text.
-    SessionCommand command;
-    bool isCommand = false;
-    std::string error;
-    ASSERT_TRUE(ParseSessionLine(catalog, "expect stbsystemReady=stbav_ready", command, isCommand, error));
     SsOp ready(OP_TYPE_DATA, 3);
     ready.SetIndexList({0});
     ready.SetDataU8(std::string("stbav_ready"));
-    EXPECT_TRUE(command.expect.Matches(ready, formatter));
+    EXPECT_TRUE(Parsed(catalog, "expect stbsystemReady=stbav_ready").expect.Matches(ready, formatter));
 }
 
 // The host (this session, fed line by line as from standard input; the process

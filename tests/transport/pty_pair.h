@@ -14,10 +14,12 @@
 
 class PtyPair {
 public:
-    PtyPair() {
+    // raw: the slave set raw here; otherwise it keeps the default (cooked) mode.
+    explicit PtyPair(bool raw = true) {
         char name[128] = {0};
         if (openpty(&m_master, &m_slave, name, nullptr, nullptr) != 0) return;
         m_slaveName = name;
+        if (!raw) return;
         struct termios tio;
         tcgetattr(m_slave, &tio);
         cfmakeraw(&tio);

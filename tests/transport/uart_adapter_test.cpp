@@ -15,6 +15,7 @@
 #include "tests/protocol/print_capture.h"
 #include "tests/support/log_capture.h"
 #include "tests/support/thread_names.h"
+#include "tests/support/wait_until.h"
 #include "tests/transport/pty_pair.h"
 #include "transport/c_op_handler.h"
 #include "transport/uart_framing.h"
@@ -123,7 +124,8 @@ TEST_F(UartAdapterPty, ReceivesFramesHoweverTheBytesArrive) {
     EXPECT_GT(Frame(special).size(), special.size() + 2) << "the escapes are on the line";
 }
 
-// One stuffed frame per operation; of a long value only the first chunk.
+// One stuffed frame per operation; of a long value only the first chunk; a
+// received operation goes out again as it came.
 TEST_F(UartAdapterPty, SendOperationWritesOneStuffedFrame) {
     SsOp status(OP_TYPE_DATA, 0x0105), special(OP_TYPE_DATA, 0x1110), text(OP_TYPE_DATA, 226);
     status.SetIndexList({1});
@@ -143,9 +145,6 @@ TEST_F(UartAdapterPty, SendOperationWritesOneStuffedFrame) {
         ASSERT_TRUE(adapter->SendOperation(*c.op));
         EXPECT_EQ(pty.Read(c.line.size()), c.line);
     }
-}
-
-TEST_F(UartAdapterPty, AReceivedOperationIsEchoedFromItsCache) {
     const Bytes image = ImageOf(0x010F, {1}, {0x07, 0x80});
     ASSERT_TRUE(pty.Write(Frame(image)));
     KT::CSharedPtr<SsOp> op;
@@ -176,18 +175,14 @@ TEST_F(UartAdapterPty, LongValueGoesOutChunkByChunk) {
 }
 
 TEST_F(UartAdapterPty, ThreadsCarryTheirNames) {
-    // The threads name themselves once running.
-    EXPECT_TRUE(stbav_test::WaitUntil([] {
-        std::multiset<std::string> names = ThreadNames();
-        return names.count("UART Rx") == 1 && names.count("UART Px") == 1;
-    }));
+    const auto each = [](size_t n) {
+        return [n] { return ThreadNames().count("UART Rx") == n && ThreadNames().count("UART Px") == n; };
+    };
+    EXPECT_TRUE(stbav_test::WaitUntil(each(1)));  // the threads name themselves once running
     adapter->TerminateReceiveOps();
     // A joined thread can still show in /proc for a moment (the kernel removes
     // it after waking the joiner): wait for the names to go.
-    EXPECT_TRUE(stbav_test::WaitUntil([] {
-        std::multiset<std::string> names = ThreadNames();
-        return names.count("UART Rx") == 0 && names.count("UART Px") == 0;
-    }));
+    EXPECT_TRUE(stbav_test::WaitUntil(each(0)));
 }
 
 // Waits 2 s by design: it measures the CPU the reader burns on a dead line.
@@ -201,8 +196,7 @@ TEST_F(UartAdapterPty, ClosedHostSideDoesNotMakeTheReaderSpin) {
 
     const auto start = std::chrono::steady_clock::now();
     adapter->TerminateReceiveOps();
-    const double terminateSeconds =
-        std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    const double terminateSeconds = stbav_test::SecondsSince(start);
     RecordProperty("terminate_seconds", std::to_string(terminateSeconds));
     std::printf("dead pty: cpu %.4f s over 2 s, terminate %.4f s\n", cpuUsed, terminateSeconds);
     EXPECT_LT(terminateSeconds, 2.0);
