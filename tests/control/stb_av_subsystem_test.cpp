@@ -4,16 +4,13 @@
 #include "control/stb_av_subsystem.h"
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 #include <chrono>
 #include <condition_variable>
-#include <cstdio>
 #include <iostream>
 #include <memory>
 #include <mutex>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "output/uhd_vid_format.h"
@@ -25,7 +22,6 @@
 #include "tests/support/log_capture.h"
 #include "tests/support/thread_names.h"
 #include "toolkit/fixed_paths.h"
-#include "toolkit/kt_fs.h"
 
 using stbav_test::FakeClock;
 using stbav_test::LogCapture;
@@ -55,18 +51,24 @@ protected:
         stbav::paths::SetRoot("");
     }
 
-    void WriteVersionFile(const std::string& content) { e2e::WriteFile(RootPath("/vendor/etc/version"), content); }
     std::string RootPath(const std::string& rel) const { return m_Root.Path() + rel; }
     std::unique_ptr<StbAvSubsystem> Make(KT::IClock* schedClock) {
         return std::make_unique<StbAvSubsystem>(d.chip, d.demux, d.audioDecoders, d.videoDecoder, d.videoOutput,
                                                  d.audioOutput, d.closedCaption, host.DeviceName(), schedClock);
     }
-    void Start(KT::IClock* schedClock) {
+    // Starts the subsystem; the host hears the version, then readiness.
+    void Start(KT::IClock* schedClock, const std::string& version = "unknown") {
         ASSERT_TRUE(host.IsOpen());
         sub = Make(schedClock);
         sub->StartProcess();
+        ExpectVersionAndReady(version);
+    }
+    void ExpectVersionAndReady(const std::string& version) {
         ASSERT_TRUE(host.WaitForOp(3));  // ready: reception is on
-        host.Take();
+        auto ops = host.Take();
+        ASSERT_EQ(OpIds(ops), (Ids{2, 3}));
+        EXPECT_EQ(ops[0].Text(), version);
+        EXPECT_EQ(ops[1].Text(), "stbav_ready");
     }
     void Start() { Start(&clock); }
     // Moves the schedule's clock and lets the poller see it.
@@ -119,25 +121,6 @@ private:
 };
 
 }  // namespace
-
-TEST_F(SubsystemTest, StartUpReportsVersionAndReady) {
-    struct Case {
-        const char* file;
-        const char* version;
-    } cases[] = {{"# board\nversion = 2.4.1\n", "2.4.1"}, {nullptr, "unknown"}};
-    for (const Case& c : cases) {
-        if (c.file) WriteVersionFile(c.file);
-        sub = Make(&clock);
-        sub->StartProcess();
-        ASSERT_TRUE(host.WaitForOp(3));
-        auto ops = host.Take();
-        ASSERT_EQ(OpIds(ops), (Ids{2, 3}));
-        EXPECT_EQ(ops[0].Text(), c.version);
-        EXPECT_EQ(ops[1].Text(), "stbav_ready");
-        sub.reset();
-        std::remove((stbav::paths::Resolve(stbav::paths::kVersionFile)).c_str());
-    }
-}
 
 TEST_F(SubsystemTest, BatchReachesTheDoublesInOrderEndingInOneApplyPass) {
     Start();
@@ -288,25 +271,22 @@ TEST_F(SubsystemTest, ReportingSendsTheFullReportThenChangesAndTheHeartbeatEvery
 }
 
 TEST_F(SubsystemTest, ReadyCheckAndStatusClearAreAnsweredOnTheNextSecond) {
-    Start();
+    e2e::WriteFile(RootPath("/vendor/etc/version"), "# board\nversion = 2.4.1\n");
+    Start(&clock, "2.4.1");
     host.SendU8(7, 1);
     host.SendApply();
     host.SendU8(7, 1);
     host.SendApply();
     Fence();
     Tick(1000);
-    ASSERT_TRUE(host.WaitForOp(3));
-    auto ops = host.Take();
-    ASSERT_EQ(OpIds(ops), (Ids{2, 3}));
-    EXPECT_EQ(ops[0].Text(), "unknown");
-    EXPECT_EQ(ops[1].Text(), "stbav_ready");
+    ExpectVersionAndReady("2.4.1");
 
     host.SendU8(8, 1);
     host.SendApply();
     Fence();
     Tick(1000);  // the ready report runs first in this tick: it must stay quiet
     ASSERT_TRUE(host.WaitForOp(9));
-    ops = host.Take();
+    const auto ops = host.Take();
     ASSERT_EQ(OpIds(ops), (Ids{9}));
     EXPECT_EQ(ops[0].Text(), "Stbav status clear done!");
     EXPECT_EQ(d.log.Count("IDemux::ClearBuffer"), 1u);
@@ -353,8 +333,8 @@ TEST_F(SubsystemTest, DestructionWhileReceivingAndReportingIsQuickAndLeavesNoThr
 }
 
 TEST_F(SubsystemTest, SambaCheckWithoutSmbdIsFalseAndRemovesItsFlagFile) {
-    mkdir(RootPath("/data").c_str(), 0755);
+    ASSERT_TRUE(e2e::WriteFile(RootPath("/data/smbdstartflag"), "smbd"));  // a stale flag
     EXPECT_FALSE(Make(&clock)->ReportSambaServiceReady());
     EXPECT_TRUE(logs.Contains("DEBUG stbav.subsystem: ReportSambaServiceReady The Samba service startup failed!"));
-    EXPECT_FALSE(KT::CFs::Exists(RootPath("/data/smbdstartflag")));
+    EXPECT_FALSE(e2e::FileExists(RootPath("/data/smbdstartflag")));
 }
