@@ -11,15 +11,13 @@
 
 #include <chrono>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <fstream>
 #include <memory>
-#include <sstream>
 #include <string>
 
 #include <gtest/gtest.h>
 
+#include "tests/e2e/e2e_support.h"
 #include "tests/support/free_port.h"
 #include "tests/support/log_capture.h"
 #include "toolkit/fixed_paths.h"
@@ -74,44 +72,29 @@ std::string Pattern(size_t size, char seed) {
 class UpgradeReceiverTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        char tmpl[] = "/tmp/stbav-upgrade-XXXXXX";
-        ASSERT_NE(mkdtemp(tmpl), nullptr);
-        m_Root = tmpl;
-        ASSERT_EQ(mkdir((m_Root + "/sdcard").c_str(), 0755), 0);
-        stbav::paths::SetRoot(m_Root);
-        m_Port = stbav_test::FreeListenPort();
+        ASSERT_EQ(mkdir((m_Root / "sdcard").c_str(), 0755), 0);
+        stbav::paths::SetRoot(m_Root.Path());
         ASSERT_NE(m_Port, 0);
     }
-    void TearDown() override {
-        stbav::paths::SetRoot("");
-        std::system(("rm -rf " + m_Root).c_str());
-    }
-    std::string Target() const { return m_Root + "/sdcard/update.zip"; }
+    void TearDown() override { stbav::paths::SetRoot(""); }
+    std::string Target() const { return m_Root / "sdcard/update.zip"; }
     std::string ReadTarget() const {
-        std::ifstream in(Target(), std::ios::binary);
-        std::stringstream ss;
-        ss << in.rdbuf();
-        return ss.str();
-    }
-    long TargetSize() const {
-        struct stat st;
-        return stat(Target().c_str(), &st) == 0 ? static_cast<long>(st.st_size) : -1;
+        std::string content;
+        e2e::ReadFile(Target(), content);
+        return content;
     }
     void Upload(const std::string& data) {
-        int fd = Connect(m_Port);
-        ASSERT_GE(fd, 0);
-        SendAll(fd, data);
-        close(fd);
+        ASSERT_TRUE(WaitUntil([&] { return e2e::UploadTcp(m_Port, data); }));  // once the receiver listens
     }
 
     LogCapture m_Log{"stbav.StbReceiveUpgradeFile"};
-    std::string m_Root;
-    uint16_t m_Port = 0;
+    e2e::TempDir m_Root;
+    uint16_t m_Port = stbav_test::FreeListenPort();
 };
 
 // Each upload replaces the file; an empty connection leaves it empty.
 TEST_F(UpgradeReceiverTest, EachUploadReplacesThePreviousFile) {
-    { std::ofstream(Target()) << "previous package"; }
+    ASSERT_TRUE(e2e::WriteFile(Target(), "previous package"));
     StbReceiveUpgradeFile receiver(m_Port);
     const std::string uploads[] = {Pattern(100000, 'a'), Pattern(3000, 'q'), ""};
     for (size_t i = 0; i < 3; ++i) {
@@ -128,7 +111,7 @@ TEST_F(UpgradeReceiverTest, ResetMidTransferLeavesPartialFileAndLogsFailure) {
     int fd = Connect(m_Port);
     ASSERT_GE(fd, 0);
     SendAll(fd, Pattern(5000, 'x'));
-    ASSERT_TRUE(WaitUntil([&] { return TargetSize() == 5000; }));
+    ASSERT_TRUE(WaitUntil([&] { return ReadTarget().size() == 5000; }));
     linger lg{1, 0};  // close with a reset instead of an orderly end of stream
     setsockopt(fd, SOL_SOCKET, SO_LINGER, &lg, sizeof lg);
     close(fd);
@@ -146,7 +129,7 @@ TEST_F(UpgradeReceiverTest, ResetMidTransferLeavesPartialFileAndLogsFailure) {
 }
 
 TEST_F(UpgradeReceiverTest, MissingTargetFolderLogsOpenFailureAndStopsServing) {
-    ASSERT_EQ(rmdir((m_Root + "/sdcard").c_str()), 0);
+    ASSERT_EQ(rmdir((m_Root / "sdcard").c_str()), 0);
     auto receiver = std::make_unique<StbReceiveUpgradeFile>(m_Port);
     int fd = Connect(m_Port);
     ASSERT_GE(fd, 0);
@@ -184,7 +167,7 @@ TEST_F(UpgradeReceiverTest, DestructorReturnsPromptlyWhileIdleOrMidTransfer) {
         ASSERT_GE(fd, 0);
         if (midTransfer) {
             SendAll(fd, "partial");
-            ASSERT_TRUE(WaitUntil([&] { return TargetSize() == 7; }));
+            ASSERT_TRUE(WaitUntil([&] { return ReadTarget().size() == 7; }));
         } else {
             close(fd);
             ASSERT_TRUE(m_Log.WaitFor("INFO", kSuccess));
