@@ -6,10 +6,9 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <condition_variable>
+#include <atomic>
 #include <iostream>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <vector>
 
@@ -170,20 +169,13 @@ TEST_F(SubsystemTest, BatchReachesTheDoublesInOrderEndingInOneApplyPass) {
 
 TEST_F(SubsystemTest, BurstOfTriggersGivesOneRunAndOtherTypesAreNotQueued) {
     Start();
-    std::mutex m;
-    std::condition_variable cv;
-    bool entered = false, released = false;
+    std::atomic<bool> entered{false}, released{false};  // the poller held in a run of its own
     sub->Schedule().Add(KT::CSchedule::Action([&] {
-                            std::unique_lock<std::mutex> lock(m);
                             entered = true;
-                            cv.notify_all();
-                            cv.wait_for(lock, std::chrono::seconds(10), [&] { return released; });
+                            WaitUntil([&] { return released.load(); });
                         }),
                         0, false);
-    {
-        std::unique_lock<std::mutex> lock(m);
-        ASSERT_TRUE(cv.wait_for(lock, std::chrono::seconds(10), [&] { return entered; }));
-    }
+    ASSERT_TRUE(WaitUntil([&] { return entered.load(); }));
     const size_t before = sub->Schedule().PendingCount();  // the two one-second reports
     host.SendU16(250, 42);
     for (int i = 0; i < 5; ++i) host.SendApply();
@@ -191,11 +183,7 @@ TEST_F(SubsystemTest, BurstOfTriggersGivesOneRunAndOtherTypesAreNotQueued) {
     host.SendBytes(250, {0, 43}, OP_TYPE_RESERVED_3);   // not a value: never applied
     ASSERT_TRUE(WaitUntil([&] { return logs.Contains("WARN stbav.opreceiver: HandleCommOp: Unhandled OpType=3"); }));
     EXPECT_EQ(sub->Schedule().PendingCount(), before + 1);
-    {
-        std::lock_guard<std::mutex> lock(m);
-        released = true;
-    }
-    cv.notify_all();
+    released = true;
     Fence();
     EXPECT_EQ(d.log.Count("IDemux::SetServiceId(42)"), 1u);
     EXPECT_EQ(d.log.Count("IDemux::SetServiceId(43)"), 0u);

@@ -36,9 +36,8 @@ const DataVarType_e kTypes[] = {VT_INT32, VT_UINT32, VT_INT8,   VT_UINT8,  VT_IN
                                 VT_BOOL,  VT_MAC,    VT_IP,     VT_STRING, VT_INT64, VT_UINT64};
 
 // Values per type: zero, the extremes, and patterns full of marker bytes.
-std::vector<uint64_t> NumbersFor() {
-    return {0, 1, 0x0F10111213120F10ull, 0xFFFFFFFFFFFFFFFFull, 0x8000000000000000ull, 0x7F};
-}
+const std::vector<uint64_t> kNumbers = {0,    1, 0x0F10111213120F10ull, 0xFFFFFFFFFFFFFFFFull, 0x8000000000000000ull,
+                                        0x7F};
 const std::vector<std::string> kTexts = {"", "stbav HD \x0F\x10\x11\x12\x13", std::string(240, '\x12')};
 
 // The daemon's image of a data operation with the entry's index.
@@ -126,7 +125,7 @@ TEST(HostLibrary, EveryEntryAndValueTypeRoundTripsWithTheDaemonBothWays) {
         const uint32_t instance = indexType == VT_UINT32 ? 0x0F101112u : 0x13u;
         for (DataVarType_e type : kTypes) {
             const bool bytes = type == VT_STRING || type == VT_MAC;
-            const std::vector<uint64_t> numbers = bytes ? std::vector<uint64_t>(kTexts.size()) : NumbersFor();
+            const std::vector<uint64_t> numbers = bytes ? std::vector<uint64_t>(kTexts.size()) : kNumbers;
             for (size_t i = 0; i < numbers.size(); ++i) {
                 const std::string text = bytes ? kTexts[i] : std::string();
                 const Bytes image = DaemonImage(e, instance, type, numbers[i], text);
