@@ -2,35 +2,26 @@
 // process linked against a media library that fails every upgrade); the usage
 // text is checked on the daemon itself (DaemonTest.CommandLineAndFailedStarts).
 #include <sys/wait.h>
-#include <unistd.h>
 
 #include <cstdio>
-#include <cstdlib>
-#include <fstream>
 #include <string>
 
 #include <gtest/gtest.h>
 #include <log4cpp/Category.hh>
 
 #include "control/process_entry.h"
+#include "tests/e2e/e2e_support.h"
 #include "tests/support/child_launcher.h"
 
 namespace {
 
-std::string TempFile(const std::string& content) {
-    char path[] = "/tmp/stbav-entry-XXXXXX";
-    int fd = mkstemp(path);
-    close(fd);
-    std::ofstream(path) << content;
-    return path;
-}
-
 // A good file sets the priorities; a missing or malformed one is reported and
 // start-up goes on.
 TEST(InitDebugLog, ConfiguresLog4cppFromTheFileOrReportsWhyNot) {
-    const std::string good = TempFile("# debug log\npriority stbav.entrytest NOTICE\n");
-    const std::string malformed = TempFile("this is not a logging configuration\n");
-    const std::string missing = "/tmp/stbav-no-such-dir/tevrin-log4cpp.init";
+    const e2e::TempDir tmp;
+    const std::string good = tmp / "good.init", malformed = tmp / "malformed.init", missing = tmp / "no/log.init";
+    ASSERT_TRUE(e2e::WriteFile(good, "# debug log\npriority stbav.entrytest NOTICE\n"));
+    ASSERT_TRUE(e2e::WriteFile(malformed, "this is not a logging configuration\n"));
     log4cpp::Category::getInstance("stbav.entrytest").setPriority(log4cpp::Priority::DEBUG);
     for (const std::string& config : {good, missing, malformed}) {
         testing::internal::CaptureStdout();
@@ -40,8 +31,6 @@ TEST(InitDebugLog, ConfiguresLog4cppFromTheFileOrReportsWhyNot) {
                                  : "ERROR: Failed to initialize the debug logger with config file, " + config + "\n");
     }
     EXPECT_EQ(log4cpp::Category::getInstance("stbav.entrytest").getPriority(), log4cpp::Priority::NOTICE);
-    std::remove(good.c_str());
-    std::remove(malformed.c_str());
 }
 
 // Runs the upgrade entry with the given arguments; its standard output and exit status.
