@@ -5,8 +5,8 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <atomic>
+#include <chrono>
 #include <iostream>
 #include <memory>
 #include <string>
@@ -278,28 +278,6 @@ TEST_F(SubsystemTest, ReadyCheckAndStatusClearAreAnsweredOnTheNextSecond) {
     ASSERT_EQ(OpIds(ops), (Ids{9}));
     EXPECT_EQ(ops[0].Text(), "Stbav status clear done!");
     EXPECT_EQ(d.log.Count("IDemux::ClearBuffer"), 1u);
-}
-
-TEST_F(SubsystemTest, AutomaticOutputFollowsADecodedFormatChangeOnce) {
-    d.demux.SetReportedPid(ES_TYPE_VIDEO, 0, 0x100);
-    d.videoDecoder.SetReportedFormat(1280, 720, VIDEO_SCAN_TYPE_PROGRESSIVE, VIDEO_FRAME_RATE_50,
-                                     VIDEO_ASPECT_RATIO_16X9);
-    Start();
-    host.SendU8(262, FORMAT_MODE_AUTO);
-    EnableReporting();
-    ASSERT_TRUE(host.WaitForOp(279));
-    ASSERT_TRUE(WaitCall("IVideoOutput::SetFormat(1280,720,2,6,1,2,1)"));
-    Fence();
-    const size_t setFormats = d.log.Count("IVideoOutput::SetFormat");
-
-    d.videoDecoder.SetReportedFormat(1920, 1080, VIDEO_SCAN_TYPE_INTERLACED, VIDEO_FRAME_RATE_25,
-                                     VIDEO_ASPECT_RATIO_16X9);
-    Tick(2000);
-    ASSERT_TRUE(WaitCall("IVideoOutput::SetFormat(1920,1080,1,3,1,2,1)"));
-    Tick(2000);
-    ASSERT_TRUE(host.WaitForCount(1, 3));  // heartbeats: forced, first and second poll
-    Fence();
-    EXPECT_EQ(d.log.Count("IVideoOutput::SetFormat"), setFormats + 1);
 }
 
 TEST_F(SubsystemTest, DestructionWhileReceivingAndReportingIsQuickAndLeavesNoThread) {
