@@ -26,12 +26,6 @@ namespace {
 
 using Bytes = std::vector<unsigned char>;
 
-COpSsDataMap Dictionary() {
-    COpSsDataMap map;
-    FillDictionary(map);
-    return map;
-}
-
 const DataVarType_e kTypes[] = {VT_INT32, VT_UINT32, VT_INT8,   VT_UINT8,  VT_INT16, VT_UINT16,
                                 VT_BOOL,  VT_MAC,    VT_IP,     VT_STRING, VT_INT64, VT_UINT64};
 
@@ -111,7 +105,9 @@ Bytes CEncode(const stbav_op& op, unsigned flags = 0) {
 }
 
 TEST(HostLibrary, EveryEntryAndValueTypeRoundTripsWithTheDaemonBothWays) {
-    const auto map = Dictionary().Get();
+    COpSsDataMap dictionary;
+    FillDictionary(dictionary);
+    const auto& map = dictionary.Get();
     ASSERT_EQ(map.size(), static_cast<size_t>(STBAV_DICTIONARY_SIZE));
     unsigned roundTrips = 0, differences = 0;
     for (const auto& kv : map) {
@@ -132,15 +128,11 @@ TEST(HostLibrary, EveryEntryAndValueTypeRoundTripsWithTheDaemonBothWays) {
                 const Bytes daemonFrame = FrameEncoder::EncodeToBytes(image);
                 // C encodes, the daemon decodes.
                 Bytes cFrame(STBAV_MAX_FRAME);
-                int n;
-                if (bytes) {
-                    stbav_op op = {0, c->op_id, static_cast<uint8_t>(image[3]), static_cast<uint8_t>(text.size()),
-                                   image.data() + 4, reinterpret_cast<const uint8_t*>(text.data()), nullptr};
-                    n = stbav_encode(cFrame.data(), cFrame.size(), 0, &op);
-                } else {
-                    n = stbav_encode_raw_number(cFrame.data(), cFrame.size(), 0, c->op_id, type, indexType, instance,
-                                                numbers[i]);
-                }
+                const stbav_op op = {0, c->op_id, static_cast<uint8_t>(image[3]), static_cast<uint8_t>(text.size()),
+                                     image.data() + 4, reinterpret_cast<const uint8_t*>(text.data()), nullptr};
+                const int n = bytes ? stbav_encode(cFrame.data(), cFrame.size(), 0, &op)
+                                    : stbav_encode_raw_number(cFrame.data(), cFrame.size(), 0, c->op_id, type,
+                                                              indexType, instance, numbers[i]);
                 ASSERT_GT(n, 0);
                 cFrame.resize(n);
                 differences += cFrame != daemonFrame;
@@ -184,7 +176,9 @@ TEST(HostLibrary, EveryEntryAndValueTypeRoundTripsWithTheDaemonBothWays) {
 TEST(HostLibrary, DictionaryTypedEncodingMatchesWhatTheDaemonReads) {
     // Every numeric entry, at both ends of its type's range: the daemon reads the
     // value back with the typed getter of the entry's own type.
-    for (const auto& kv : Dictionary().Get()) {
+    COpSsDataMap dictionary;
+    FillDictionary(dictionary);
+    for (const auto& kv : dictionary.Get()) {
         const COpSsData& e = *kv.second;
         const unsigned w = stbav_type_width(e.GetDataType());
         Bytes out(STBAV_MAX_FRAME);
