@@ -50,7 +50,6 @@ protected:
         stbav::paths::SetRoot("");
     }
 
-    std::string RootPath(const std::string& rel) const { return m_Root.Path() + rel; }
     std::unique_ptr<StbAvSubsystem> Make(KT::IClock* schedClock) {
         return std::make_unique<StbAvSubsystem>(d.chip, d.demux, d.audioDecoders, d.videoDecoder, d.videoOutput,
                                                  d.audioOutput, d.closedCaption, host.DeviceName(), schedClock);
@@ -114,8 +113,6 @@ protected:
     std::unique_ptr<StbAvSubsystem> sub;
 
     const std::string kFenceCall = "IDemux::SetServiceId(0)";
-
-private:
     e2e::TempDir m_Root;
 };
 
@@ -259,7 +256,7 @@ TEST_F(SubsystemTest, ReportingSendsTheFullReportThenChangesAndTheHeartbeatEvery
 }
 
 TEST_F(SubsystemTest, ReadyCheckAndStatusClearAreAnsweredOnTheNextSecond) {
-    e2e::WriteFile(RootPath("/vendor/etc/version"), "# board\nversion = 2.4.1\n");
+    e2e::WriteFile(m_Root / "vendor/etc/version", "# board\nversion = 2.4.1\n");
     Start(&clock, "2.4.1");
     host.SendU8(7, 1);
     host.SendApply();
@@ -299,8 +296,8 @@ TEST_F(SubsystemTest, DestructionWhileReceivingAndReportingIsQuickAndLeavesNoThr
 }
 
 TEST_F(SubsystemTest, SambaCheckWithoutSmbdIsFalseAndRemovesItsFlagFile) {
-    ASSERT_TRUE(e2e::WriteFile(RootPath("/data/smbdstartflag"), "smbd"));  // a stale flag
+    ASSERT_TRUE(e2e::WriteFile(m_Root / "data/smbdstartflag", "smbd"));  // a stale flag
     EXPECT_FALSE(Make(&clock)->ReportSambaServiceReady());
     EXPECT_TRUE(logs.Contains("DEBUG stbav.subsystem: ReportSambaServiceReady The Samba service startup failed!"));
-    EXPECT_FALSE(e2e::FileExists(RootPath("/data/smbdstartflag")));
+    EXPECT_FALSE(e2e::FileExists(m_Root / "data/smbdstartflag"));
 }
