@@ -199,9 +199,8 @@ TEST(HostLibrary, DictionaryTypedEncodingMatchesWhatTheDaemonReads) {
             ASSERT_GT(n, 0) << e.GetName();
             out.resize(n);
             EXPECT_EQ(out[0], 0x0F);
-            const Bytes image = DaemonDecode(out);
-            const Bytes want = DaemonImage(e, 1, e.GetDataType(), static_cast<uint64_t>(v), "");
-            EXPECT_EQ(image, want) << e.GetName() << " " << v;
+            EXPECT_EQ(DaemonDecode(out), DaemonImage(e, 1, e.GetDataType(), static_cast<uint64_t>(v), ""))
+                << e.GetName() << " " << v;
         }
         if (w < 8) {
             EXPECT_EQ(stbav_encode_number(out.data(), STBAV_MAX_FRAME, 0, e.GetOpId(), 1, hi + 1), STBAV_E_RANGE);
