@@ -35,18 +35,12 @@ TEST_F(ConfigManagerTest, ARunWithAnEmptyQueueStillApplies) {
 }
 
 TEST_F(ConfigManagerTest, OverlayTypeTwoAloneTurnsCaptionsOn) {
-    const struct {
-        unsigned char value;
-        const char* call;
-    } cases[] = {{0, "IClosedCaption::SetOverlayCcState(false)"},
-                 {1, "IClosedCaption::SetOverlayCcState(false)"},
-                 {2, "IClosedCaption::SetOverlayCcState(true)"},
-                 {3, "IClosedCaption::SetOverlayCcState(false)"}};
-    for (const auto& c : cases) {
+    for (unsigned char value : {0, 1, 2, 3}) {
         d.log.Clear();
-        Queue(155, {c.value});
+        Queue(155, {value});
         config.ProcessConfiguration();
-        EXPECT_EQ(d.log.CallsWithPrefix("IClosedCaption::SetOverlayCcState"), (Calls{c.call})) << int(c.value);
+        const std::string call = std::string("IClosedCaption::SetOverlayCcState") + (value == 2 ? "(true)" : "(false)");
+        EXPECT_EQ(d.log.CallsWithPrefix("IClosedCaption::SetOverlayCcState"), (Calls{call})) << int(value);
     }
 }
 

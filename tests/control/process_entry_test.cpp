@@ -1,36 +1,24 @@
 // Tests of the debug-log set-up and the upgrade entry point (run as a child
 // process linked against a media library that fails every upgrade); the usage
 // text is checked on the daemon itself (DaemonTest.CommandLineAndFailedStarts).
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <cstdio>
-#include <cstdlib>
-#include <fstream>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 #include <log4cpp/Category.hh>
 
 #include "control/process_entry.h"
-#include "tests/support/child_launcher.h"
+#include "tests/e2e/e2e_support.h"
 
 namespace {
-
-std::string TempFile(const std::string& content) {
-    char path[] = "/tmp/stbav-entry-XXXXXX";
-    int fd = mkstemp(path);
-    close(fd);
-    std::ofstream(path) << content;
-    return path;
-}
 
 // A good file sets the priorities; a missing or malformed one is reported and
 // start-up goes on.
 TEST(InitDebugLog, ConfiguresLog4cppFromTheFileOrReportsWhyNot) {
-    const std::string good = TempFile("# debug log\npriority stbav.entrytest NOTICE\n");
-    const std::string malformed = TempFile("this is not a logging configuration\n");
-    const std::string missing = "/tmp/stbav-no-such-dir/tevrin-log4cpp.init";
+    const e2e::TempDir tmp;
+    const std::string good = tmp / "good.init", malformed = tmp / "malformed.init", missing = tmp / "no/log.init";
+    ASSERT_TRUE(e2e::WriteFile(good, "# debug log\npriority stbav.entrytest NOTICE\n"));
+    ASSERT_TRUE(e2e::WriteFile(malformed, "this is not a logging configuration\n"));
     log4cpp::Category::getInstance("stbav.entrytest").setPriority(log4cpp::Priority::DEBUG);
     for (const std::string& config : {good, missing, malformed}) {
         testing::internal::CaptureStdout();
@@ -40,32 +28,23 @@ TEST(InitDebugLog, ConfiguresLog4cppFromTheFileOrReportsWhyNot) {
                                  : "ERROR: Failed to initialize the debug logger with config file, " + config + "\n");
     }
     EXPECT_EQ(log4cpp::Category::getInstance("stbav.entrytest").getPriority(), log4cpp::Priority::NOTICE);
-    std::remove(good.c_str());
-    std::remove(malformed.c_str());
-}
-
-// Runs the upgrade entry with the given arguments; its standard output and exit status.
-std::string RunUpgradeEntry(const std::string& args, int& status) {
-    std::string output;
-    FILE* child = popen((stbav_test::ChildLauncherPrefix() + UPGRADE_ENTRY + " " + args).c_str(), "r");
-    if (!child) return output;
-    char buf[256];
-    size_t n;
-    while ((n = fread(buf, 1, sizeof buf, child)) > 0) output.append(buf, n);
-    status = pclose(child);
-    return output;
 }
 
 TEST(UpgradeEntry, HandsOffTheFixedPackageAndExitsZeroWhateverHappens) {
-    for (const char* args : {"", "-h", "-v 4 --bogus extra"}) {
-        SCOPED_TRACE(args);
+    const std::vector<std::string> argLists[] = {{}, {"-h"}, {"-v", "4", "--bogus", "extra"}};
+    for (const std::vector<std::string>& args : argLists) {
+        SCOPED_TRACE(args.size());
+        const e2e::TempDir tmp;
+        e2e::ChildProcess entry;
+        ASSERT_TRUE(entry.Start(UPGRADE_ENTRY, args, {}, tmp / "out", tmp / "err"));
         int status = -1;
-        std::string out = RunUpgradeEntry(args, status);
+        ASSERT_TRUE(entry.Wait(20000, status));
+        std::string out;
+        e2e::ReadFile(tmp / "out", out);
         EXPECT_EQ(out,
                   "### Enter system upgrade ..., please 'logcat |grep pdate' to see more infos ### \n"
                   "system_upgrade(/sdcard/update.zip)\n");
-        ASSERT_TRUE(WIFEXITED(status));
-        EXPECT_EQ(WEXITSTATUS(status), 0);
+        EXPECT_EQ(e2e::DescribeStatus(status), "exit 0");
     }
 }
 

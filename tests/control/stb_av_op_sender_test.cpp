@@ -32,10 +32,7 @@ public:
 
 class StbAvOpSenderTest : public ::testing::Test {
 protected:
-    StbAvOpSenderTest() {
-        COpSsData** tables[] = {stbAvSubsystemSsData, videoSsData, selectedServiceSsData, avSsConfigSsData};
-        for (COpSsData** t : tables) dictionary.FillMap(t);
-    }
+    StbAvOpSenderTest() { FillDictionary(dictionary); }
     stbav_test::LogCapture log{"stbav.opsender"};
     PrintCapture prints;  // the missing port's message
     RecordingAdapter adapter;

@@ -4,16 +4,12 @@
 #include "control/stb_av_subsystem.h"
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
+#include <atomic>
 #include <chrono>
-#include <condition_variable>
-#include <cstdio>
 #include <iostream>
 #include <memory>
-#include <mutex>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "output/uhd_vid_format.h"
@@ -25,7 +21,6 @@
 #include "tests/support/log_capture.h"
 #include "tests/support/thread_names.h"
 #include "toolkit/fixed_paths.h"
-#include "toolkit/kt_fs.h"
 
 using stbav_test::FakeClock;
 using stbav_test::LogCapture;
@@ -55,18 +50,23 @@ protected:
         stbav::paths::SetRoot("");
     }
 
-    void WriteVersionFile(const std::string& content) { e2e::WriteFile(RootPath("/vendor/etc/version"), content); }
-    std::string RootPath(const std::string& rel) const { return m_Root.Path() + rel; }
     std::unique_ptr<StbAvSubsystem> Make(KT::IClock* schedClock) {
         return std::make_unique<StbAvSubsystem>(d.chip, d.demux, d.audioDecoders, d.videoDecoder, d.videoOutput,
                                                  d.audioOutput, d.closedCaption, host.DeviceName(), schedClock);
     }
-    void Start(KT::IClock* schedClock) {
+    // Starts the subsystem; the host hears the version, then readiness.
+    void Start(KT::IClock* schedClock, const std::string& version = "unknown") {
         ASSERT_TRUE(host.IsOpen());
         sub = Make(schedClock);
         sub->StartProcess();
+        ExpectVersionAndReady(version);
+    }
+    void ExpectVersionAndReady(const std::string& version) {
         ASSERT_TRUE(host.WaitForOp(3));  // ready: reception is on
-        host.Take();
+        auto ops = host.Take();
+        ASSERT_EQ(OpIds(ops), (Ids{2, 3}));
+        EXPECT_EQ(ops[0].Text(), version);
+        EXPECT_EQ(ops[1].Text(), "stbav_ready");
     }
     void Start() { Start(&clock); }
     // Moves the schedule's clock and lets the poller see it.
@@ -113,31 +113,10 @@ protected:
     std::unique_ptr<StbAvSubsystem> sub;
 
     const std::string kFenceCall = "IDemux::SetServiceId(0)";
-
-private:
     e2e::TempDir m_Root;
 };
 
 }  // namespace
-
-TEST_F(SubsystemTest, StartUpReportsVersionAndReady) {
-    struct Case {
-        const char* file;
-        const char* version;
-    } cases[] = {{"# board\nversion = 2.4.1\n", "2.4.1"}, {nullptr, "unknown"}};
-    for (const Case& c : cases) {
-        if (c.file) WriteVersionFile(c.file);
-        sub = Make(&clock);
-        sub->StartProcess();
-        ASSERT_TRUE(host.WaitForOp(3));
-        auto ops = host.Take();
-        ASSERT_EQ(OpIds(ops), (Ids{2, 3}));
-        EXPECT_EQ(ops[0].Text(), c.version);
-        EXPECT_EQ(ops[1].Text(), "stbav_ready");
-        sub.reset();
-        std::remove((stbav::paths::Resolve(stbav::paths::kVersionFile)).c_str());
-    }
-}
 
 TEST_F(SubsystemTest, BatchReachesTheDoublesInOrderEndingInOneApplyPass) {
     Start();
@@ -187,20 +166,13 @@ TEST_F(SubsystemTest, BatchReachesTheDoublesInOrderEndingInOneApplyPass) {
 
 TEST_F(SubsystemTest, BurstOfTriggersGivesOneRunAndOtherTypesAreNotQueued) {
     Start();
-    std::mutex m;
-    std::condition_variable cv;
-    bool entered = false, released = false;
+    std::atomic<bool> entered{false}, released{false};  // the poller held in a run of its own
     sub->Schedule().Add(KT::CSchedule::Action([&] {
-                            std::unique_lock<std::mutex> lock(m);
                             entered = true;
-                            cv.notify_all();
-                            cv.wait_for(lock, std::chrono::seconds(10), [&] { return released; });
+                            WaitUntil([&] { return released.load(); });
                         }),
                         0, false);
-    {
-        std::unique_lock<std::mutex> lock(m);
-        ASSERT_TRUE(cv.wait_for(lock, std::chrono::seconds(10), [&] { return entered; }));
-    }
+    ASSERT_TRUE(WaitUntil([&] { return entered.load(); }));
     const size_t before = sub->Schedule().PendingCount();  // the two one-second reports
     host.SendU16(250, 42);
     for (int i = 0; i < 5; ++i) host.SendApply();
@@ -208,11 +180,7 @@ TEST_F(SubsystemTest, BurstOfTriggersGivesOneRunAndOtherTypesAreNotQueued) {
     host.SendBytes(250, {0, 43}, OP_TYPE_RESERVED_3);   // not a value: never applied
     ASSERT_TRUE(WaitUntil([&] { return logs.Contains("WARN stbav.opreceiver: HandleCommOp: Unhandled OpType=3"); }));
     EXPECT_EQ(sub->Schedule().PendingCount(), before + 1);
-    {
-        std::lock_guard<std::mutex> lock(m);
-        released = true;
-    }
-    cv.notify_all();
+    released = true;
     Fence();
     EXPECT_EQ(d.log.Count("IDemux::SetServiceId(42)"), 1u);
     EXPECT_EQ(d.log.Count("IDemux::SetServiceId(43)"), 0u);
@@ -288,50 +256,25 @@ TEST_F(SubsystemTest, ReportingSendsTheFullReportThenChangesAndTheHeartbeatEvery
 }
 
 TEST_F(SubsystemTest, ReadyCheckAndStatusClearAreAnsweredOnTheNextSecond) {
-    Start();
+    e2e::WriteFile(m_Root / "vendor/etc/version", "# board\nversion = 2.4.1\n");
+    Start(&clock, "2.4.1");
     host.SendU8(7, 1);
     host.SendApply();
     host.SendU8(7, 1);
     host.SendApply();
     Fence();
     Tick(1000);
-    ASSERT_TRUE(host.WaitForOp(3));
-    auto ops = host.Take();
-    ASSERT_EQ(OpIds(ops), (Ids{2, 3}));
-    EXPECT_EQ(ops[0].Text(), "unknown");
-    EXPECT_EQ(ops[1].Text(), "stbav_ready");
+    ExpectVersionAndReady("2.4.1");
 
     host.SendU8(8, 1);
     host.SendApply();
     Fence();
     Tick(1000);  // the ready report runs first in this tick: it must stay quiet
     ASSERT_TRUE(host.WaitForOp(9));
-    ops = host.Take();
+    const auto ops = host.Take();
     ASSERT_EQ(OpIds(ops), (Ids{9}));
     EXPECT_EQ(ops[0].Text(), "Stbav status clear done!");
     EXPECT_EQ(d.log.Count("IDemux::ClearBuffer"), 1u);
-}
-
-TEST_F(SubsystemTest, AutomaticOutputFollowsADecodedFormatChangeOnce) {
-    d.demux.SetReportedPid(ES_TYPE_VIDEO, 0, 0x100);
-    d.videoDecoder.SetReportedFormat(1280, 720, VIDEO_SCAN_TYPE_PROGRESSIVE, VIDEO_FRAME_RATE_50,
-                                     VIDEO_ASPECT_RATIO_16X9);
-    Start();
-    host.SendU8(262, FORMAT_MODE_AUTO);
-    EnableReporting();
-    ASSERT_TRUE(host.WaitForOp(279));
-    ASSERT_TRUE(WaitCall("IVideoOutput::SetFormat(1280,720,2,6,1,2,1)"));
-    Fence();
-    const size_t setFormats = d.log.Count("IVideoOutput::SetFormat");
-
-    d.videoDecoder.SetReportedFormat(1920, 1080, VIDEO_SCAN_TYPE_INTERLACED, VIDEO_FRAME_RATE_25,
-                                     VIDEO_ASPECT_RATIO_16X9);
-    Tick(2000);
-    ASSERT_TRUE(WaitCall("IVideoOutput::SetFormat(1920,1080,1,3,1,2,1)"));
-    Tick(2000);
-    ASSERT_TRUE(host.WaitForCount(1, 3));  // heartbeats: forced, first and second poll
-    Fence();
-    EXPECT_EQ(d.log.Count("IVideoOutput::SetFormat"), setFormats + 1);
 }
 
 TEST_F(SubsystemTest, DestructionWhileReceivingAndReportingIsQuickAndLeavesNoThread) {
@@ -353,8 +296,8 @@ TEST_F(SubsystemTest, DestructionWhileReceivingAndReportingIsQuickAndLeavesNoThr
 }
 
 TEST_F(SubsystemTest, SambaCheckWithoutSmbdIsFalseAndRemovesItsFlagFile) {
-    mkdir(RootPath("/data").c_str(), 0755);
+    ASSERT_TRUE(e2e::WriteFile(m_Root / "data/smbdstartflag", "smbd"));  // a stale flag
     EXPECT_FALSE(Make(&clock)->ReportSambaServiceReady());
     EXPECT_TRUE(logs.Contains("DEBUG stbav.subsystem: ReportSambaServiceReady The Samba service startup failed!"));
-    EXPECT_FALSE(KT::CFs::Exists(RootPath("/data/smbdstartflag")));
+    EXPECT_FALSE(e2e::FileExists(m_Root / "data/smbdstartflag"));
 }

@@ -11,15 +11,13 @@
 
 #include <chrono>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <fstream>
 #include <memory>
-#include <sstream>
 #include <string>
 
 #include <gtest/gtest.h>
 
+#include "tests/e2e/e2e_support.h"
 #include "tests/support/free_port.h"
 #include "tests/support/log_capture.h"
 #include "toolkit/fixed_paths.h"
@@ -34,18 +32,13 @@ const char* const kSuccess = PREFIX "recv file successfule!\n";
 const char* const kClose = PREFIX "close connect!\n";
 const char* const kFailed = PREFIX "recv file failed!\n";
 
-sockaddr_in Address(uint16_t port, uint32_t host = INADDR_LOOPBACK) {
-    sockaddr_in a{};
-    a.sin_family = AF_INET;
-    a.sin_port = htons(port);
-    a.sin_addr.s_addr = htonl(host);
-    return a;
-}
-
 // Connects to 127.0.0.1:port, retrying while the receiver is not listening yet.
 int Connect(uint16_t port) {
     int fd = -1;
-    const sockaddr_in a = Address(port);
+    sockaddr_in a{};
+    a.sin_family = AF_INET;
+    a.sin_port = htons(port);
+    a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     WaitUntil([&] {
         fd = socket(AF_INET, SOCK_STREAM, 0);
         if (connect(fd, reinterpret_cast<const sockaddr*>(&a), sizeof a) == 0) return true;
@@ -74,44 +67,38 @@ std::string Pattern(size_t size, char seed) {
 class UpgradeReceiverTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        char tmpl[] = "/tmp/stbav-upgrade-XXXXXX";
-        ASSERT_NE(mkdtemp(tmpl), nullptr);
-        m_Root = tmpl;
-        ASSERT_EQ(mkdir((m_Root + "/sdcard").c_str(), 0755), 0);
-        stbav::paths::SetRoot(m_Root);
-        m_Port = stbav_test::FreeListenPort();
+        ASSERT_EQ(mkdir((m_Root / "sdcard").c_str(), 0755), 0);
+        stbav::paths::SetRoot(m_Root.Path());
         ASSERT_NE(m_Port, 0);
     }
-    void TearDown() override {
-        stbav::paths::SetRoot("");
-        std::system(("rm -rf " + m_Root).c_str());
-    }
-    std::string Target() const { return m_Root + "/sdcard/update.zip"; }
+    void TearDown() override { stbav::paths::SetRoot(""); }
+    std::string Target() const { return m_Root / "sdcard/update.zip"; }
     std::string ReadTarget() const {
-        std::ifstream in(Target(), std::ios::binary);
-        std::stringstream ss;
-        ss << in.rdbuf();
-        return ss.str();
+        std::string content;
+        e2e::ReadFile(Target(), content);
+        return content;
     }
-    long TargetSize() const {
-        struct stat st;
-        return stat(Target().c_str(), &st) == 0 ? static_cast<long>(st.st_size) : -1;
+    // The destructor must not hang in accept or read: it has no other way to stop
+    // the thread than its own poll time-out.
+    void ExpectPromptStop(std::unique_ptr<StbReceiveUpgradeFile>& receiver) {
+        const auto start = std::chrono::steady_clock::now();
+        receiver.reset();
+        const double seconds = stbav_test::SecondsSince(start);
+        std::printf("destructor took %.0f ms\n", seconds * 1000);
+        EXPECT_LT(seconds, 2.0);  // the goal is about 200 ms; the bound only catches a hang
     }
     void Upload(const std::string& data) {
-        int fd = Connect(m_Port);
-        ASSERT_GE(fd, 0);
-        SendAll(fd, data);
-        close(fd);
+        ASSERT_TRUE(WaitUntil([&] { return e2e::UploadTcp(m_Port, data); }));  // once the receiver listens
     }
 
     LogCapture m_Log{"stbav.StbReceiveUpgradeFile"};
-    std::string m_Root;
-    uint16_t m_Port = 0;
+    e2e::TempDir m_Root;
+    uint16_t m_Port = stbav_test::FreeListenPort();
 };
 
 // Each upload replaces the file; an empty connection leaves it empty.
 TEST_F(UpgradeReceiverTest, EachUploadReplacesThePreviousFile) {
-    { std::ofstream(Target()) << "previous package"; }
+    ASSERT_TRUE(e2e::WriteFile(Target(), "previous package"));
     StbReceiveUpgradeFile receiver(m_Port);
     const std::string uploads[] = {Pattern(100000, 'a'), Pattern(3000, 'q'), ""};
     for (size_t i = 0; i < 3; ++i) {
@@ -128,7 +115,7 @@ TEST_F(UpgradeReceiverTest, ResetMidTransferLeavesPartialFileAndLogsFailure) {
     int fd = Connect(m_Port);
     ASSERT_GE(fd, 0);
     SendAll(fd, Pattern(5000, 'x'));
-    ASSERT_TRUE(WaitUntil([&] { return TargetSize() == 5000; }));
+    ASSERT_TRUE(WaitUntil([&] { return ReadTarget().size() == 5000; }));
     linger lg{1, 0};  // close with a reset instead of an orderly end of stream
     setsockopt(fd, SOL_SOCKET, SO_LINGER, &lg, sizeof lg);
     close(fd);
@@ -146,7 +133,7 @@ TEST_F(UpgradeReceiverTest, ResetMidTransferLeavesPartialFileAndLogsFailure) {
 }
 
 TEST_F(UpgradeReceiverTest, MissingTargetFolderLogsOpenFailureAndStopsServing) {
-    ASSERT_EQ(rmdir((m_Root + "/sdcard").c_str()), 0);
+    ASSERT_EQ(rmdir((m_Root / "sdcard").c_str()), 0);
     auto receiver = std::make_unique<StbReceiveUpgradeFile>(m_Port);
     int fd = Connect(m_Port);
     ASSERT_GE(fd, 0);
@@ -160,43 +147,26 @@ TEST_F(UpgradeReceiverTest, MissingTargetFolderLogsOpenFailureAndStopsServing) {
 }
 
 TEST_F(UpgradeReceiverTest, PortInUseIsReportedAndTheReceiverStillStops) {
-    int other = socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in a = Address(m_Port, INADDR_ANY);
-    ASSERT_EQ(bind(other, reinterpret_cast<sockaddr*>(&a), sizeof a), 0);
-    ASSERT_EQ(listen(other, 1), 0);
+    auto first = std::make_unique<StbReceiveUpgradeFile>(m_Port);
+    Upload("");  // the first one listens
     {
-        StbReceiveUpgradeFile receiver(m_Port);
+        StbReceiveUpgradeFile second(m_Port);
         std::string text = std::string(PREFIX "Warning: call bind port ") + std::to_string(m_Port) + ": " +
                            strerror(EADDRINUSE) + "!\n";
         EXPECT_TRUE(m_Log.WaitFor("WARN", text));
     }
-    close(other);
+    ASSERT_TRUE(m_Log.WaitFor("INFO", kSuccess));
+    ExpectPromptStop(first);  // idle in accept
 }
 
-// The destructor must not hang in accept or read: it has no other way to stop
-// the thread than its own poll time-out.
-TEST_F(UpgradeReceiverTest, DestructorReturnsPromptlyWhileIdleOrMidTransfer) {
-    using Clock = std::chrono::steady_clock;
-    for (bool midTransfer : {false, true}) {
-        SCOPED_TRACE(midTransfer ? "mid-transfer" : "idle");
-        auto receiver = std::make_unique<StbReceiveUpgradeFile>(m_Port);
-        int fd = Connect(m_Port);
-        ASSERT_GE(fd, 0);
-        if (midTransfer) {
-            SendAll(fd, "partial");
-            ASSERT_TRUE(WaitUntil([&] { return TargetSize() == 7; }));
-        } else {
-            close(fd);
-            ASSERT_TRUE(m_Log.WaitFor("INFO", kSuccess));
-            m_Log.Clear();
-        }
-        auto start = Clock::now();
-        receiver.reset();
-        auto ms = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start).count();
-        std::printf("destructor took %lld ms\n", static_cast<long long>(ms));
-        EXPECT_LT(ms, 2000);  // the goal is about 200 ms; the bound only catches a hang
-        if (midTransfer) close(fd);
-    }
+TEST_F(UpgradeReceiverTest, DestructorReturnsPromptlyMidTransfer) {
+    auto receiver = std::make_unique<StbReceiveUpgradeFile>(m_Port);
+    int fd = Connect(m_Port);
+    ASSERT_GE(fd, 0);
+    SendAll(fd, "partial");
+    ASSERT_TRUE(WaitUntil([&] { return ReadTarget().size() == 7; }));
+    ExpectPromptStop(receiver);  // in read
+    close(fd);
 }
 
 }  // namespace

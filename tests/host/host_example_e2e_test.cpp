@@ -34,8 +34,7 @@ TEST(HostExample, DemoSessionAgainstTheDaemonOnTheVirtualBoard) {
     ASSERT_TRUE(host.Start(HOST_EXAMPLE_PATH, {tmp / "host"}, e2e::SanitizerEnvironment(), tmp / "host.out",
                            tmp / "host.err"));
     std::vector<std::string> env = e2e::SanitizerEnvironment();
-    env.push_back("STBSIM_STREAM=" + tmp / "input.scn");
-    env.push_back("STBSIM_CONTROL=" + tmp / "board.sock");
+    env.insert(env.end(), {"STBSIM_STREAM=" + tmp / "input.scn", "STBSIM_CONTROL=" + tmp / "board.sock"});
     ASSERT_TRUE(daemon.Start(STBAVD_PATH, {"-d", tmp / "board", "-R", tmp / "root", "-v", "2"}, env,
                              tmp / "daemon.out", tmp / "daemon.err"));
 
