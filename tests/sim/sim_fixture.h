@@ -17,6 +17,12 @@ namespace simtest {
 
 using e2e::WaitUntil;  // polls a predicate until it holds, 10 s by default
 
+// The address of a temporary record, alive until the end of the call it is passed to.
+template <class T>
+T* Temp(T&& record) {
+    return &record;
+}
+
 // Waits until the monotonic clock has moved on by ms.
 inline void WaitClock(int ms) {
     const int64_t until = stbsim::MonotonicUs() + int64_t{ms} * 1000;
@@ -42,11 +48,9 @@ protected:
         EXPECT_EQ(vout_window_open(h.window), 0);
         EXPECT_EQ(aout_track_create(h.aout, &h.track, 0), 0);
         EXPECT_EQ(aout_track_attach_input(h.track, 0, h.av), 0);
-        CcInitParam init{2};
-        CcCreateParam create{1};
         CcAttr cc;
-        EXPECT_EQ(cc_init(&init), 0);
-        EXPECT_EQ(cc_creat(&create), 0);
+        EXPECT_EQ(cc_init(Temp(CcInitParam{2})), 0);
+        EXPECT_EQ(cc_creat(Temp(CcCreateParam{1})), 0);
         EXPECT_EQ(cc_set_window(0, 0, 1280, 720), 0);
         EXPECT_EQ(cc_start(), 0);
         EXPECT_EQ(cc_getAttr(&cc), 0);
