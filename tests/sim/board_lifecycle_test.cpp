@@ -2,6 +2,7 @@
 // tear-down, unknown handles, fault injection, journal, upgrade requests.
 #include <functional>
 #include <regex>
+#include <tuple>
 #include <vector>
 
 #include "tests/sim/sim_fixture.h"
@@ -11,85 +12,69 @@ namespace {
 
 class BoardLifecycleTest : public SimTest {};
 
-TEST_F(BoardLifecycleTest, DaemonBringUpSucceedsInTheDaemonsOrder) {
+// The daemon's bring-up succeeds (BringUp checks every step); then calls with
+// handles that do not exist, or a second of what there is one of, fail.
+TEST_F(BoardLifecycleTest, BringUpSucceedsAndCallsWithHandlesThatDoNotExistFail) {
     const Handles h = BringUp();
-    stbsim::BoardState st = stbsim::State();
+    const stbsim::BoardState st = stbsim::State();
     EXPECT_TRUE(st.systemInitialised);
-    EXPECT_EQ(st.display.attr.format, 11u);
-    EXPECT_EQ(st.display.attr.rate, 64u);
-    EXPECT_EQ(st.display.windowInput, h.av);
-    EXPECT_EQ(st.audio.trackInput, h.av);
+    EXPECT_EQ(std::make_tuple(st.display.attr.format, st.display.attr.rate), std::make_tuple(11u, 64u));
+    EXPECT_EQ(std::make_tuple(st.display.windowInput, st.audio.trackInput), std::make_tuple(h.av, h.av));
     EXPECT_TRUE(st.captions.started);
     // Kinds differ, so no two handles collide.
     EXPECT_NE(h.av, h.vout);
     EXPECT_NE(h.window, h.track);
-
     // The tear-down in the daemon's order is checked on the daemon itself (e2e_test).
-}
 
-TEST_F(BoardLifecycleTest, CallsWithHandlesThatDoNotExistFail) {
-    const Handles h = BringUp();
     uint32_t spare = 0;
+    IpInputParams ip{};
     VoutDisplayAttr attr;
+    const int kHandle = stbsim::kErrInvalidHandle;
     const struct {
         const char* what;
         std::function<int()> call;
         int code;
     } cases[] = {
-        {"made-up player", [] { return av_start_video(0x1234); }, stbsim::kErrInvalidHandle},
-        {"zero handle", [] { return av_stop(0); }, stbsim::kErrInvalidHandle},
-        {"vout handle as player", [&] { return av_start_audio(h.vout); }, stbsim::kErrInvalidHandle},
-        {"player handle as window", [&] { return vout_window_open(h.av); }, stbsim::kErrInvalidHandle},
-        {"track handle as output", [&] { return aout_set_mute(h.track, 1, true); }, stbsim::kErrInvalidHandle},
-        {"display of a window", [&] { return vout_display_get(h.window, &attr); }, stbsim::kErrInvalidHandle},
-        {"second player", [&] {
-             AvCreateAttr a{4, 0};
-             IpInputParams ip{};
-             return av_create(&spare, &a, &ip);
-         }, stbsim::kErrNoResource},
+        {"made-up player", [] { return av_start_video(0x1234); }, kHandle},
+        {"zero handle", [] { return av_stop(0); }, kHandle},
+        {"vout handle as player", [&] { return av_start_audio(h.vout); }, kHandle},
+        {"player handle as window", [&] { return vout_window_open(h.av); }, kHandle},
+        {"track handle as output", [&] { return aout_set_mute(h.track, 1, true); }, kHandle},
+        {"display of a window", [&] { return vout_display_get(h.window, &attr); }, kHandle},
+        {"second player", [&] { return av_create(&spare, Temp(AvCreateAttr{4, 0}), &ip); }, stbsim::kErrNoResource},
         {"null record", [&] { return av_get_status_info(h.av, nullptr); }, stbsim::kErrNullPointer},
-        {"detach another player", [&] { return vout_window_detach_input(h.window, 0, h.av + 1); }, stbsim::kErrInvalidParam},
-        {"unknown display format", [&] {
-             VoutDisplayAttr a{};
-             a.format = 5;
-             a.rate = 64;
-             return vout_display_set(h.vout, &a);
-         }, stbsim::kErrBadRecord},
-        {"volume above 0 dB", [&] { return aout_set_volume(h.aout, AOUT_DEVICE_ANALOG, false, 1); }, stbsim::kErrInvalidParam},
+        {"detach another player", [&] { return vout_window_detach_input(h.window, 0, h.av + 1); },
+         stbsim::kErrInvalidParam},
+        {"unknown display format",
+         [&] { return vout_display_set(h.vout, Temp(VoutDisplayAttr{5, 64, 0, 0, 0, 0, {}})); }, stbsim::kErrBadRecord},
+        {"volume above 0 dB", [&] { return aout_set_volume(h.aout, AOUT_DEVICE_ANALOG, false, 1); },
+         stbsim::kErrInvalidParam},
         {"volume on another device", [&] { return aout_set_volume(h.aout, AOUT_DEVICE_HDMI, true, 5); },
          stbsim::kErrInvalidParam},
-        {"second caption instance", [] {
-             CcCreateParam p{1};
-             return cc_creat(&p);
-         }, stbsim::kErrBadState},
+        {"second caption instance", [] { return cc_creat(Temp(CcCreateParam{1})); }, stbsim::kErrBadState},
     };
     for (const auto& c : cases) EXPECT_EQ(c.call(), c.code) << c.what;
 
     // A destroyed player's handle is dead, and a new player gets a new handle.
     ASSERT_EQ(av_destory(h.av), 0);
-    EXPECT_EQ(av_start_video(h.av), stbsim::kErrInvalidHandle);
-    EXPECT_EQ(av_destory(h.av), stbsim::kErrInvalidHandle);
-    AvCreateAttr a{4, 0};
-    IpInputParams ip{};
-    uint32_t again = 0;
-    ASSERT_EQ(av_create(&again, &a, &ip), 0);
-    EXPECT_NE(again, h.av);
+    EXPECT_EQ(av_start_video(h.av), kHandle);
+    EXPECT_EQ(av_destory(h.av), kHandle);
+    ASSERT_EQ(av_create(&spare, Temp(AvCreateAttr{4, 0}), &ip), 0);
+    EXPECT_NE(spare, h.av);
 }
 
 TEST_F(BoardLifecycleTest, FamiliesNeedTheirInitialisation) {
     uint32_t word = 0, handle = 0;
-    AvCreateAttr a{4, 0};
-    CcInitParam cc{2};
-    VoutInitInfo vi;
     IpInputParams ip{};
-    EXPECT_EQ(av_init(&word, &ip), stbsim::kErrNotInitialised);
-    EXPECT_EQ(vout_init(&vi, &ip), stbsim::kErrNotInitialised);
-    EXPECT_EQ(cc_init(&cc), stbsim::kErrNotInitialised);
-    EXPECT_EQ(system_deinit(), stbsim::kErrNotInitialised);
+    const int kNotInitialised = stbsim::kErrNotInitialised;
+    EXPECT_EQ(av_init(&word, &ip), kNotInitialised);
+    EXPECT_EQ(vout_init(Temp(VoutInitInfo{}), &ip), kNotInitialised);
+    EXPECT_EQ(cc_init(Temp(CcInitParam{2})), kNotInitialised);
+    EXPECT_EQ(system_deinit(), kNotInitialised);
     ASSERT_EQ(system_init(0), 0);
-    EXPECT_EQ(av_create(&handle, &a, &ip), stbsim::kErrNotInitialised);
+    EXPECT_EQ(av_create(&handle, Temp(AvCreateAttr{4, 0}), &ip), kNotInitialised);
     EXPECT_EQ(av_init(&word, &ip), 0);
-    EXPECT_EQ(av_create(&handle, &a, &ip), 0);
+    EXPECT_EQ(av_create(&handle, Temp(AvCreateAttr{4, 0}), &ip), 0);
     // system_deinit releases the player; its handle dies with it.
     EXPECT_EQ(system_deinit(), 0);
     EXPECT_EQ(av_start_video(handle), stbsim::kErrInvalidHandle);
@@ -121,25 +106,18 @@ TEST_F(BoardLifecycleTest, InjectedFaultsFailTheNextCallsWithoutEffect) {
 TEST_F(BoardLifecycleTest, JournalRecordsEveryCallWithArgumentsAndResult) {
     ASSERT_EQ(system_init(0), 0);
     uint32_t word = 0, av = 0;
-    AvCreateAttr a{4, 0};
     IpInputParams ip{};
     ip.ip = 0xEF010203;
     ip.port = 1234;
     ASSERT_EQ(av_init(&word, &ip), 0);
-    ASSERT_EQ(av_create(&av, &a, &ip), 0);
+    ASSERT_EQ(av_create(&av, Temp(AvCreateAttr{4, 0}), &ip), 0);
     EXPECT_EQ(av_start_video(0x42), stbsim::kErrInvalidHandle);
     ASSERT_TRUE(stbsim::InjectFault("av_stop", 0x77));
     EXPECT_EQ(av_stop(av), 0x77);
 
+    ASSERT_EQ(Calls(), (std::vector<std::string>{"system_init", "av_init", "av_create", "av_start_video", "av_stop"}));
     const auto j = stbsim::Journal();
-    ASSERT_EQ(j.size(), 5u);
-    const char* names[] = {"system_init", "av_init", "av_create", "av_start_video", "av_stop"};
-    for (size_t i = 0; i < j.size(); ++i) {
-        EXPECT_EQ(j[i].name, names[i]);
-        if (i) {
-            EXPECT_GE(j[i].timeUs, j[i - 1].timeUs);
-        }
-    }
+    for (size_t i = 1; i < j.size(); ++i) EXPECT_GE(j[i].timeUs, j[i - 1].timeUs);
     EXPECT_NE(j[1].args.find("input={ip=\"239.1.2.3\", port=1234, address=\"\", port_copy=0}"), std::string::npos)
         << j[1].args;
     char handle[16];
@@ -162,8 +140,7 @@ TEST_F(BoardLifecycleTest, UpgradeRequestsAreRecordedWithoutSystemInit) {
     EXPECT_EQ(system_upgrade("/tmp/other.zip"), 0);
     EXPECT_EQ(system_upgrade(nullptr), stbsim::kErrNullPointer);
     const auto st = stbsim::State();
-    ASSERT_EQ(st.upgrades.size(), 2u);
-    EXPECT_EQ(st.upgrades[0], "/sdcard/update.zip");
+    EXPECT_EQ(st.upgrades, (std::vector<std::string>{"/sdcard/update.zip", "/tmp/other.zip"}));
     EXPECT_EQ(stbsim::Journal().front().args, "path=\"/sdcard/update.zip\"");
 }
 
@@ -171,7 +148,6 @@ TEST_F(BoardLifecycleTest, UpgradeRequestsAreRecordedWithoutSystemInit) {
 // between, the caption calls need an instance.
 TEST_F(BoardLifecycleTest, CaptionsFollowStopDestroyCreateAndKeepAttributes) {
     BringUp();
-    CcCreateParam analog{0};
     CcAttr attr;
     EXPECT_EQ(cc_stop(), 0);
     EXPECT_EQ(cc_destroy(), 0);
@@ -181,7 +157,7 @@ TEST_F(BoardLifecycleTest, CaptionsFollowStopDestroyCreateAndKeepAttributes) {
     EXPECT_EQ(cc_send_VBI_enable(true), stbsim::kErrBadState);
     EXPECT_EQ(cc_show_subtitle_enable(true), stbsim::kErrBadState);
     EXPECT_EQ(cc_destroy(), stbsim::kErrBadState);
-    EXPECT_EQ(cc_creat(&analog), 0);
+    EXPECT_EQ(cc_creat(Temp(CcCreateParam{0})), 0);
     EXPECT_EQ(cc_set_window(0, 0, 1280, 720), 0);
     EXPECT_EQ(cc_start(), 0);
     ASSERT_EQ(cc_getAttr(&attr), 0);
@@ -192,11 +168,8 @@ TEST_F(BoardLifecycleTest, CaptionsFollowStopDestroyCreateAndKeepAttributes) {
     EXPECT_EQ(cc_send_VBI_enable(true), 0);
     EXPECT_EQ(cc_show_subtitle_enable(true), 0);
     const auto st = stbsim::State().captions;
-    EXPECT_EQ(st.createSource, 0u);
-    EXPECT_EQ(st.attr.analog_mode, 3u);
-    EXPECT_EQ(st.window[2], 1280u);
-    EXPECT_TRUE(st.vbi);
-    EXPECT_TRUE(st.subtitles);
+    EXPECT_EQ(std::make_tuple(st.createSource, st.attr.analog_mode, st.window[2], st.vbi, st.subtitles),
+              std::make_tuple(0u, 3u, 1280u, true, true));
 }
 
 }  // namespace
