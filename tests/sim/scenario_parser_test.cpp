@@ -1,5 +1,6 @@
 // Scenario files of the virtual board: what a valid file describes, and the
 // message a malformed line gets.
+#include <tuple>
 #include <utility>
 
 #include <gtest/gtest.h>
@@ -32,31 +33,22 @@ at 1 audio pid=0x300 rate=32000
     ASSERT_TRUE(ParseScenario(text, &in, &error)) << error;
     ASSERT_EQ(in.services.size(), 2u);
     const auto& s = in.services[0];
-    EXPECT_EQ(s.id, 0x10);
-    EXPECT_EQ(s.name, "News 24");
-    EXPECT_EQ(s.pcrPid, 0x1ff);
+    EXPECT_EQ(std::make_tuple(s.id, s.name, s.pcrPid), std::make_tuple(0x10, "News 24", 0x1ff));
     const auto& v = s.video.at(0);
-    EXPECT_EQ(v.codec, stbsim::VideoCodec::Hevc);
-    EXPECT_EQ(v.profile, 1u);   // HEVC defaults: Main
-    EXPECT_EQ(v.level, 123u);   // 4.1
-    EXPECT_EQ(v.fps.num, 30000u);
-    EXPECT_EQ(v.fps.den, 1001u);
-    EXPECT_EQ(v.field, stbsim::FieldOrder::Progressive);
-    EXPECT_EQ(v.bitDepth, 10u);
+    // HEVC defaults: Main profile, level 4.1 (123).
+    EXPECT_EQ(std::make_tuple(v.codec, v.profile, v.level, v.fps.num, v.fps.den, v.field, v.bitDepth),
+              std::make_tuple(stbsim::VideoCodec::Hevc, 1u, 123u, 30000u, 1001u, stbsim::FieldOrder::Progressive, 10u));
     // An aspect ratio gives the sample aspect ratio, and a sample aspect ratio the aspect ratio.
     EXPECT_EQ(std::make_pair(s.video.at(1).sar.num, s.video.at(1).sar.den), std::make_pair(64u, 45u));
     EXPECT_EQ(std::make_pair(s.video.at(2).dar.num, s.video.at(2).dar.den), std::make_pair(16u, 9u));
     const auto& a = s.audio.at(0);
-    EXPECT_EQ(a.pid, 257);
-    EXPECT_EQ(a.channels, 5u);
-    EXPECT_TRUE(a.lfe);
-    EXPECT_EQ(a.ptsStart, 900000u);
+    EXPECT_EQ(std::make_tuple(a.pid, a.channels, a.lfe, a.ptsStart), std::make_tuple(257, 5u, true, 900000u));
     // No pcr= and no video: the PCR rides on the first audio stream.
     EXPECT_EQ(in.services[1].pcrPid, 0x300);
     ASSERT_EQ(in.changes.size(), 2u);
-    EXPECT_EQ(in.changes[0].atUs, 1000000);  // sorted by time
-    EXPECT_FALSE(in.changes[0].video);
-    EXPECT_EQ(in.changes[1].atUs, 2500000);
+    // Sorted by time.
+    EXPECT_EQ(std::make_tuple(in.changes[0].atUs, in.changes[0].video, in.changes[1].atUs),
+              std::make_tuple(1000000, false, 2500000));
 }
 
 TEST(ScenarioParserTest, MalformedLinesAreReportedWithTheirLineNumber) {
