@@ -69,48 +69,40 @@ protected:
 // the mapped one and the comment says what the stream really carries.
 struct Case {
     const tstest::TsStream* stream;
-    uint16_t serviceId, videoPid, audioPid;
-    uint32_t videoPlatform, audioPlatform;  // codec codes of av_search_progInfo
+    const char* serviceName;
+    // av_search_progInfo: service id, video PID (also the PCR), audio PID, video and audio codec codes.
+    std::tuple<uint16_t, uint16_t, uint16_t, uint32_t, uint32_t> programme;
     VideoType_e videoType;
     AudioType_e audioType;
-    uint32_t width, height;
-    VideoScanType_e scan;
-    VideoFrameRate_e rate;
-    VideoAspectRatio_e aspect;
-    VideoProfile_e profile;
-    VideoLevel_e level;
-    VideoChromaFormat_e chroma;
-    ChromaBitDepth_e depth;
-    const char* serviceName;
-    uint32_t samplingRate;
-    AudioTypeStatus_e audioStatus;
-    AudioChannelCoding_e coding;
+    std::tuple<uint32_t, uint32_t, VideoScanType_e, VideoFrameRate_e, VideoAspectRatio_e> format;
+    std::tuple<VideoProfile_e, VideoLevel_e, VideoChromaFormat_e, ChromaBitDepth_e> coding;
+    std::tuple<uint32_t, AudioTypeStatus_e, AudioChannelCoding_e> audio;  // sampling rate, codec, coding mode
 };
 
 const Case kCases[] = {
     // MPEG-1 Layer II: the status record has one MPEG code, read as MPEG-2.
-    {&tstest::kMpeg2Sd, 101, 0x101, 0x102, 0, 0, VIDEO_TYPE_MPEG2, AUDIO_TYPE_MPEG1, 720, 576,
-     VIDEO_SCAN_TYPE_INTERLACED, VIDEO_FRAME_RATE_25, VIDEO_ASPECT_RATIO_4X3, VIDEO_PROFILE_MPEG2_MAIN,
-     VIDEO_LEVEL_MPEG2_MAIN, VIDEO_CHROMA_FORMAT_420, CHROMA_BIT_DEPTH_8, "SD MPEG-2", 48000,
-     AUDIO_TYPE_STATUS_MPEG2, AUDIO_CHANNEL_CODING_STEREO},
-    {&tstest::kH264Interlaced, 202, 0x201, 0x202, 5, 4, VIDEO_TYPE_H264, AUDIO_TYPE_AC3, 1920, 1080,
-     VIDEO_SCAN_TYPE_INTERLACED, VIDEO_FRAME_RATE_25, VIDEO_ASPECT_RATIO_16X9, VIDEO_PROFILE_H264_HIGH, VIDEO_LEVEL_4,
-     VIDEO_CHROMA_FORMAT_420, CHROMA_BIT_DEPTH_8, "HD H.264", 48000, AUDIO_TYPE_STATUS_AC3,
-     AUDIO_CHANNEL_CODING_3_2},
+    {&tstest::kMpeg2Sd, "SD MPEG-2", {101, 0x101, 0x102, 0, 0}, VIDEO_TYPE_MPEG2, AUDIO_TYPE_MPEG1,
+     {720, 576, VIDEO_SCAN_TYPE_INTERLACED, VIDEO_FRAME_RATE_25, VIDEO_ASPECT_RATIO_4X3},
+     {VIDEO_PROFILE_MPEG2_MAIN, VIDEO_LEVEL_MPEG2_MAIN, VIDEO_CHROMA_FORMAT_420, CHROMA_BIT_DEPTH_8},
+     {48000, AUDIO_TYPE_STATUS_MPEG2, AUDIO_CHANNEL_CODING_STEREO}},
+    {&tstest::kH264Interlaced, "HD H.264", {202, 0x201, 0x202, 5, 4}, VIDEO_TYPE_H264, AUDIO_TYPE_AC3,
+     {1920, 1080, VIDEO_SCAN_TYPE_INTERLACED, VIDEO_FRAME_RATE_25, VIDEO_ASPECT_RATIO_16X9},
+     {VIDEO_PROFILE_H264_HIGH, VIDEO_LEVEL_4, VIDEO_CHROMA_FORMAT_420, CHROMA_BIT_DEPTH_8},
+     {48000, AUDIO_TYPE_STATUS_AC3, AUDIO_CHANNEL_CODING_3_2}},
     // ADTS AAC: the status record's only AAC code reads as LATM.
-    {&tstest::kH264Progressive, 303, 0x301, 0x302, 5, 2, VIDEO_TYPE_H264, AUDIO_TYPE_AAC_ADTS, 1280, 720,
-     VIDEO_SCAN_TYPE_PROGRESSIVE, VIDEO_FRAME_RATE_59_94, VIDEO_ASPECT_RATIO_16X9, VIDEO_PROFILE_H264_HIGH,
-     VIDEO_LEVEL_3_2, VIDEO_CHROMA_FORMAT_420, CHROMA_BIT_DEPTH_8, "HD 720p", 44100, AUDIO_TYPE_STATUS_AAC_LATM,
-     AUDIO_CHANNEL_CODING_STEREO},
+    {&tstest::kH264Progressive, "HD 720p", {303, 0x301, 0x302, 5, 2}, VIDEO_TYPE_H264, AUDIO_TYPE_AAC_ADTS,
+     {1280, 720, VIDEO_SCAN_TYPE_PROGRESSIVE, VIDEO_FRAME_RATE_59_94, VIDEO_ASPECT_RATIO_16X9},
+     {VIDEO_PROFILE_H264_HIGH, VIDEO_LEVEL_3_2, VIDEO_CHROMA_FORMAT_420, CHROMA_BIT_DEPTH_8},
+     {44100, AUDIO_TYPE_STATUS_AAC_LATM, AUDIO_CHANNEL_CODING_STEREO}},
     // E-AC-3: no status code maps to E-AC-3.
-    {&tstest::kHevcUhd, 404, 0x401, 0x402, 38, 5, VIDEO_TYPE_HEVC, AUDIO_TYPE_EAC3, 3840, 2160,
-     VIDEO_SCAN_TYPE_PROGRESSIVE, VIDEO_FRAME_RATE_50, VIDEO_ASPECT_RATIO_16X9, VIDEO_PROFILE_HEVC_MAIN10,
-     VIDEO_LEVEL_5_1, VIDEO_CHROMA_FORMAT_420, CHROMA_BIT_DEPTH_10, "UHD HEVC", 48000, AUDIO_TYPE_STATUS_9,
-     AUDIO_CHANNEL_CODING_3_2},
-    {&tstest::kTwoProgrammes, 0x501, 0x511, 0x512, 0, 1, VIDEO_TYPE_MPEG2, AUDIO_TYPE_MPEG2, 720, 576,
-     VIDEO_SCAN_TYPE_INTERLACED, VIDEO_FRAME_RATE_25, VIDEO_ASPECT_RATIO_4X3, VIDEO_PROFILE_MPEG2_422,
-     VIDEO_LEVEL_MPEG2_MAIN, VIDEO_CHROMA_FORMAT_422, CHROMA_BIT_DEPTH_8, "Studio 422", 24000,
-     AUDIO_TYPE_STATUS_MPEG2, AUDIO_CHANNEL_CODING_MONO},
+    {&tstest::kHevcUhd, "UHD HEVC", {404, 0x401, 0x402, 38, 5}, VIDEO_TYPE_HEVC, AUDIO_TYPE_EAC3,
+     {3840, 2160, VIDEO_SCAN_TYPE_PROGRESSIVE, VIDEO_FRAME_RATE_50, VIDEO_ASPECT_RATIO_16X9},
+     {VIDEO_PROFILE_HEVC_MAIN10, VIDEO_LEVEL_5_1, VIDEO_CHROMA_FORMAT_420, CHROMA_BIT_DEPTH_10},
+     {48000, AUDIO_TYPE_STATUS_9, AUDIO_CHANNEL_CODING_3_2}},
+    {&tstest::kTwoProgrammes, "Studio 422", {0x501, 0x511, 0x512, 0, 1}, VIDEO_TYPE_MPEG2, AUDIO_TYPE_MPEG2,
+     {720, 576, VIDEO_SCAN_TYPE_INTERLACED, VIDEO_FRAME_RATE_25, VIDEO_ASPECT_RATIO_4X3},
+     {VIDEO_PROFILE_MPEG2_422, VIDEO_LEVEL_MPEG2_MAIN, VIDEO_CHROMA_FORMAT_422, CHROMA_BIT_DEPTH_8},
+     {24000, AUDIO_TYPE_STATUS_MPEG2, AUDIO_CHANNEL_CODING_MONO}},
 };
 
 TEST_F(TsInputTest, TheDaemonReadsEachStreamsAttributes) {
@@ -124,9 +116,10 @@ TEST_F(TsInputTest, TheDaemonReadsEachStreamsAttributes) {
 
         // The host learns the first programme, then selects it as it would.
         const _AV_SETTING_S found = FirstProgramme();
+        const auto& [serviceId, videoPid, audioPid, videoCode, audioCode] = c.programme;
         EXPECT_EQ(std::make_tuple(found.service_id, found.video_pid, found.audio_pid, found.pcr_pid, found.video_type,
                                   found.audio_type),
-                  std::make_tuple(c.serviceId, c.videoPid, c.audioPid, c.videoPid, c.videoPlatform, c.audioPlatform));
+                  std::make_tuple(serviceId, videoPid, audioPid, videoPid, videoCode, audioCode));
         EXPECT_STREQ(found.service_name, c.serviceName);
 
         StbDemux demux;
@@ -141,7 +134,8 @@ TEST_F(TsInputTest, TheDaemonReadsEachStreamsAttributes) {
         FfAvProbe probe;
         probe.BondAvHandle(h.av);
         probe.StartProbe();
-        ASSERT_TRUE(WaitUntil([&] { return probe.GetVideoLevel(c.videoPid) != 0 && probe.GetAudioSampleRate(c.audioPid); }));
+        ASSERT_TRUE(WaitUntil(
+            [&] { return probe.GetVideoLevel(found.video_pid) != 0 && probe.GetAudioSampleRate(found.audio_pid); }));
         StbVideoDecoder video(probe);
         video.BondAvHandle(h.av);
         video.SetCodec(c.videoType);
@@ -154,15 +148,13 @@ TEST_F(TsInputTest, TheDaemonReadsEachStreamsAttributes) {
         VideoFrameRate_e rate = VIDEO_FRAME_RATE_UNKNOWN;
         VideoAspectRatio_e aspect = VIDEO_ASPECT_RATIO_UNKNOWN;
         ASSERT_TRUE(video.GetFormat(width, height, scan, rate, aspect));
-        EXPECT_EQ(std::make_tuple(width, height, scan, rate, aspect),
-                  std::make_tuple(c.width, c.height, c.scan, c.rate, c.aspect));
-        EXPECT_EQ(std::make_tuple(video.GetCodec(), video.GetProfile(), video.GetLevel(), video.GetChromaFormat(),
-                                  video.GetBitDepth()),
-                  std::make_tuple(c.videoType, c.profile, c.level, c.chroma, c.depth));
-        EXPECT_EQ(std::make_tuple(audio.GetSamplingRate(), audio.GetCodec(), audio.GetCodingMode()),
-                  std::make_tuple(c.samplingRate, c.audioStatus, c.coding));
+        EXPECT_EQ(std::make_tuple(width, height, scan, rate, aspect), c.format);
+        EXPECT_EQ(video.GetCodec(), c.videoType);
+        EXPECT_EQ(std::make_tuple(video.GetProfile(), video.GetLevel(), video.GetChromaFormat(), video.GetBitDepth()),
+                  c.coding);
+        EXPECT_EQ(std::make_tuple(audio.GetSamplingRate(), audio.GetCodec(), audio.GetCodingMode()), c.audio);
         EXPECT_GT(audio.GetBitRate(), 0u);
-        EXPECT_EQ(demux.GetServiceId(), c.serviceId);
+        EXPECT_EQ(demux.GetServiceId(), serviceId);
         EXPECT_EQ(video.GetServiceName(demux.GetServiceId()), c.serviceName);
         EXPECT_TRUE(WaitUntil([&] { return video.GetFrameCount() > 1 && audio.GetFrameCount() > 1; }));
     }

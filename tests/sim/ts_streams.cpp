@@ -1,7 +1,6 @@
 // Making the test streams with the ffmpeg command-line tool, cached on disk.
 #include "tests/sim/ts_streams.h"
 
-#include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -13,7 +12,8 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
+#include <iterator>
+#include <memory>
 
 namespace tstest {
 
@@ -76,31 +76,13 @@ bool NonEmptyFile(const std::string& path) {
 
 std::string ReadAll(const std::string& path) {
     std::ifstream f(path);
-    std::ostringstream text;
-    text << f.rdbuf();
-    return text.str();
+    return std::string(std::istreambuf_iterator<char>(f), {});
 }
 
 bool Run(const std::string& command) {
     const int r = std::system(command.c_str());
     return r != -1 && WIFEXITED(r) && WEXITSTATUS(r) == 0;
 }
-
-// Holds an exclusive lock on a file for its lifetime.
-class FileLock {
-public:
-    explicit FileLock(const std::string& path) : m_fd(open(path.c_str(), O_CREAT | O_RDWR | O_CLOEXEC, 0644)) {
-        if (m_fd >= 0) flock(m_fd, LOCK_EX);
-    }
-    ~FileLock() {
-        if (m_fd >= 0) close(m_fd);
-    }
-    FileLock(const FileLock&) = delete;
-    FileLock& operator=(const FileLock&) = delete;
-
-private:
-    int m_fd;
-};
 
 }  // namespace
 
@@ -115,7 +97,9 @@ std::string MakeTsFile(const TsStream& s, const std::string& dir, std::string* w
     std::filesystem::create_directories(dir, ec);
     const std::string stem = dir + "/" + s.name;
     const std::string path = stem + "-" + Hash(s.args) + ".ts";
-    FileLock lock(stem + ".lock");
+    // An exclusive lock on the stream's lock file until the function returns (closing the file releases it).
+    const std::unique_ptr<FILE, int (*)(FILE*)> lock(fopen((stem + ".lock").c_str(), "ae"), &fclose);
+    if (lock) flock(fileno(lock.get()), LOCK_EX);
     if (NonEmptyFile(path)) return path;
     const std::string tmp = path + ".part" + std::to_string(getpid());
     const std::string log = stem + ".log";
