@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "output/uhd_vid_format.h"
@@ -282,10 +283,10 @@ TEST(HostLibrary, DecoderResynchronisesCountsAndKeepsItsBounds) {
             const Decoded got = CDecode(d, c.line, step);
             std::vector<unsigned> ids;
             for (const stbav_op& op : got.ops) ids.push_back(op.op_id);
-            EXPECT_EQ(ids, c.opIds) << c.what << " (pieces of " << step << ")";
-            EXPECT_EQ(d.frames, c.opIds.size()) << c.what;
-            EXPECT_EQ(d.bad_frames, c.bad) << c.what << " (pieces of " << step << ")";
-            EXPECT_EQ(d.dropped_bytes, c.dropped) << c.what << " (pieces of " << step << ")";
+            // Operations, then the frame, bad frame and dropped byte counters.
+            EXPECT_EQ(std::make_tuple(ids, d.frames, d.bad_frames, d.dropped_bytes),
+                      std::make_tuple(c.opIds, c.opIds.size(), c.bad, c.dropped))
+                << c.what << " (pieces of " << step << ")";
         }
     }
 }
