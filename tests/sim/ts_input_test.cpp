@@ -42,17 +42,6 @@ protected:
         return path;
     }
 
-    // Null packets only: sync bytes, but no programme association table.
-    std::string NullPacketFile() const {
-        std::string packet(188, '\xff');
-        packet.replace(0, 4, "\x47\x1f\xff\x10");
-        std::string bytes;
-        for (int i = 0; i < 20; ++i) bytes += packet;
-        const std::string path = m_Dir / "null-packets.ts";
-        EXPECT_TRUE(e2e::WriteFile(path, bytes));
-        return path;
-    }
-
     static _AV_SETTING_S FirstProgramme() {
         _AV_SETTING_S s;
         memset(&s, 0, sizeof s);
@@ -191,20 +180,6 @@ TEST_F(TsInputTest, EveryProgrammeIsListedInTheStreamInformation) {
               std::make_tuple(0x522u, 0u, 32000u, 1u, 0u, 64000u));
 }
 
-TEST_F(TsInputTest, TheStreamVariableIsProbedAtSystemInit) {
-    const std::string good = File(tstest::kMpeg2Sd);
-    const std::string bad = NullPacketFile();
-    ASSERT_FALSE(good.empty());
-    setenv("STBSIM_STREAM", good.c_str(), 1);
-    const BoardHandles h = BringUpByHand();
-    EXPECT_EQ(FirstProgramme().service_id, 101);
-    EXPECT_EQ(av_destory(h.av), 0);
-    stbsim::Reset();
-    setenv("STBSIM_STREAM", bad.c_str(), 1);
-    EXPECT_EQ(system_init(0), stbsim::kErrInvalidParam);
-    unsetenv("STBSIM_STREAM");
-}
-
 TEST_F(TsInputTest, SwitchingTheInputFileChangesWhatIsDecoded) {
     const std::string first = File(tstest::kH264Interlaced);
     const std::string second = File(tstest::kH264Progressive);
@@ -230,13 +205,22 @@ TEST_F(TsInputTest, SwitchingTheInputFileChangesWhatIsDecoded) {
     EXPECT_TRUE(WaitUntil([&] { return Status(h.av).video_frame_count > 2; }));
 }
 
-TEST_F(TsInputTest, AFileThatCannotBeProbedLeavesTheInputAsItWas) {
-    const std::string good = File(tstest::kH264Progressive);
-    ASSERT_FALSE(good.empty());
-    const std::string nulls = NullPacketFile();
+// STBSIM_STREAM is probed at system_init, and the stream command probes its
+// file; a file that cannot be probed fails either and leaves the input as it was.
+TEST_F(TsInputTest, FilesAreProbedAtSystemInitAndByTheStreamCommand) {
+    const std::string good = File(tstest::kMpeg2Sd), later = File(tstest::kH264Progressive);
+    ASSERT_FALSE(good.empty() || later.empty());
+    // Null packets only: sync bytes, but no programme association table.
+    std::string nullPackets;
+    for (int i = 0; i < 20; ++i) nullPackets += "\x47\x1f\xff\x10" + std::string(184, '\xff');
+    const std::string nulls = m_Dir / "null-packets.ts";
+    ASSERT_TRUE(e2e::WriteFile(nulls, nullPackets));
     const std::string missing = std::string(STBAV_TS_STREAM_DIR) + "/no-such-file.ts";
-    BringUpByHand();
-    ASSERT_EQ(stbsim::Command("stream " + good), "ok\n");
+    setenv("STBSIM_STREAM", good.c_str(), 1);
+    const BoardHandles h = BringUpByHand();
+    unsetenv("STBSIM_STREAM");
+    EXPECT_EQ(FirstProgramme().service_id, 101);
+    ASSERT_EQ(stbsim::Command("stream " + later), "ok\n");
     const struct {
         std::string path;
         std::string reply;
@@ -249,6 +233,11 @@ TEST_F(TsInputTest, AFileThatCannotBeProbedLeavesTheInputAsItWas) {
         EXPECT_EQ(stbsim::Command("stream " + c.path), c.reply);
         EXPECT_EQ(FirstProgramme().service_id, 303);
     }
+    EXPECT_EQ(av_destory(h.av), 0);
+    stbsim::Reset();
+    setenv("STBSIM_STREAM", nulls.c_str(), 1);
+    EXPECT_EQ(system_init(0), stbsim::kErrInvalidParam);
+    unsetenv("STBSIM_STREAM");
 }
 
 }  // namespace
