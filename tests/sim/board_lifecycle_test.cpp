@@ -78,8 +78,8 @@ TEST_F(BoardLifecycleTest, FamiliesNeedTheirInitialisation) {
     // system_deinit releases the player; its handle dies with it.
     EXPECT_EQ(system_deinit(), 0);
     EXPECT_EQ(av_start_video(handle), stbsim::kErrInvalidHandle);
-    EXPECT_FALSE(stbsim::State().systemInitialised);
-    EXPECT_FALSE(stbsim::State().player.exists);
+    EXPECT_EQ(std::make_tuple(stbsim::State().systemInitialised, stbsim::State().player.exists),
+              std::make_tuple(false, false));
 }
 
 TEST_F(BoardLifecycleTest, InjectedFaultsFailTheNextCallsWithoutEffect) {

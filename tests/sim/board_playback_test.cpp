@@ -1,7 +1,6 @@
 // The virtual board while playing: counters and PTS against the clock, PIDs
 // in use, the codes of the status and stream information records, scenario
 // changes over time and the format-change callback from the board's thread.
-#include <condition_variable>
 #include <mutex>
 #include <thread>
 #include <tuple>
@@ -86,9 +85,7 @@ video pid=0x500 width=1280 height=720 scan=progressive fps=59.94
     const Handles h = BringUp();
     AvStreamInfo info;
     ASSERT_EQ(av_get_stream_info(h.av, &info), 0);
-    ASSERT_EQ(info.video_count, 5u);
-    ASSERT_EQ(info.audio_count, 3u);
-    ASSERT_EQ(info.service_count, 5u);
+    ASSERT_EQ(std::make_tuple(info.video_count, info.audio_count, info.service_count), std::make_tuple(5u, 3u, 5u));
 
     const struct {
         uint32_t type, sar1, sar2, fieldOrder, profile, level, chroma, depth;
@@ -161,7 +158,6 @@ TEST_F(BoardPlaybackTest, AScenarioChangesTheFormatAtItsTimeAndPtsWrapsAt33Bits)
 // Records event callbacks for the test thread.
 struct EventLog {
     std::mutex mutex;
-    std::condition_variable cv;
     std::vector<AvVideoFormatEvent> events;
     std::vector<std::thread::id> threads;
     uint32_t window = 0;
@@ -175,7 +171,6 @@ int RecordEvent(uint32_t, _AV_EVENT_E event, const void* data) {
     std::lock_guard<std::mutex> lock(g_log->mutex);
     g_log->events.push_back(*static_cast<const AvVideoFormatEvent*>(data));
     g_log->threads.push_back(std::this_thread::get_id());
-    g_log->cv.notify_all();
     return 0;
 }
 
@@ -195,19 +190,19 @@ protected:
         PlayDefaultService(h.av);
         return h;
     }
+    size_t EventCount() {
+        std::lock_guard<std::mutex> lock(log.mutex);
+        return log.events.size();
+    }
     EventLog log;
 };
 
 TEST_F(BoardEventTest, FormatChangesReachTheCallbackOnTheBoardsThread) {
     PlayWithEvents();
-    const auto waitEvents = [&](size_t n) {
-        std::unique_lock<std::mutex> lock(log.mutex);
-        return log.cv.wait_for(lock, std::chrono::seconds(10), [&] { return log.events.size() >= n; });
-    };
-    ASSERT_TRUE(waitEvents(1));  // the first picture
+    ASSERT_TRUE(WaitUntil([&] { return EventCount() >= 1; }));  // the first picture
     std::string error;
     ASSERT_TRUE(stbsim::ChangeVideo("width=720 height=576 aspect=4:3 chroma=4:2:2", &error)) << error;
-    ASSERT_TRUE(waitEvents(2));
+    ASSERT_TRUE(WaitUntil([&] { return EventCount() >= 2; }));
 
     std::lock_guard<std::mutex> lock(log.mutex);
     const auto fields = [](const AvVideoFormatEvent& e) {
@@ -227,13 +222,9 @@ TEST_F(BoardEventTest, DeinitStopsTheEventThreadWhileEventsArrive) {
     for (int i = 0; i < 20; ++i) ASSERT_TRUE(stbsim::ChangeVideo(i % 2 ? "height=1080" : "height=720"));
     EXPECT_EQ(av_destory(h.av), 0);
     EXPECT_EQ(system_deinit(), 0);
-    const size_t seen = [&] {
-        std::lock_guard<std::mutex> lock(log.mutex);
-        return log.events.size();
-    }();
+    const size_t seen = EventCount();
     WaitClock(50);
-    std::lock_guard<std::mutex> lock(log.mutex);
-    EXPECT_EQ(log.events.size(), seen);  // nothing after the player is gone
+    EXPECT_EQ(EventCount(), seen);  // nothing after the player is gone
 }
 
 }  // namespace

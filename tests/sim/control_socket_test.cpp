@@ -4,6 +4,7 @@
 
 #include <regex>
 #include <sstream>
+#include <tuple>
 
 #include "tests/e2e/e2e_support.h"
 #include "tests/sim/sim_fixture.h"
@@ -44,12 +45,10 @@ TEST_F(ControlSocketTest, StateIsOneJsonObjectWithTheDocumentedKeys) {
                           "player.video_type", "player.audio_type", "player.service_id", "player.video_started",
                           "player.audio_started", "audio.volume", "audio.mute", "upgrades.0"};
     for (const char* k : keys) EXPECT_TRUE(json.Has(k)) << k;
-    EXPECT_EQ(json.Get("display.format"), "11");
-    EXPECT_EQ(json.Get("player.video_pid"), "256");
-    EXPECT_EQ(json.Get("player.video_type"), "5");
-    EXPECT_EQ(json.Get("player.video_started"), "true");
-    EXPECT_EQ(json.Get("audio.mute"), "true");
-    EXPECT_EQ(json.Get("upgrades.0"), "/sdcard/update.zip");
+    EXPECT_EQ(std::make_tuple(json.Get("display.format"), json.Get("player.video_pid"), json.Get("player.video_type")),
+              std::make_tuple("11", "256", "5"));
+    EXPECT_EQ(std::make_tuple(json.Get("player.video_started"), json.Get("audio.mute"), json.Get("upgrades.0")),
+              std::make_tuple("true", "true", "/sdcard/update.zip"));
 }
 
 TEST_F(ControlSocketTest, JournalFailResetJournalAndErrorLines) {

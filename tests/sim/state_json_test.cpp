@@ -1,6 +1,8 @@
 // JSON on both sides of the board's state: the test support's reader refuses
 // what is not JSON, and the board writes valid UTF-8 JSON whatever bytes a
 // service name holds (UTF-8 kept, other bytes read as Latin-1).
+#include <tuple>
+
 #include "tests/e2e/e2e_support.h"
 #include "tests/sim/sim_fixture.h"
 
@@ -10,10 +12,8 @@ namespace {
 TEST(FlatJsonTest, ReadsJsonAndRefusesAnythingElse) {
     e2e::FlatJson json;
     ASSERT_TRUE(json.Parse("{\"a\":{\"b\":[1,\"x\\u00e9\"]},\"c\":true,\"d\":null}\n"));
-    EXPECT_EQ("1", json.Get("a.b.0"));
-    EXPECT_EQ("x\xc3\xa9", json.Get("a.b.1"));
-    EXPECT_EQ("true", json.Get("c"));
-    EXPECT_EQ("null", json.Get("d"));
+    EXPECT_EQ(std::make_tuple("1", "x\xc3\xa9", "true", "null"),
+              std::make_tuple(json.Get("a.b.0"), json.Get("a.b.1"), json.Get("c"), json.Get("d")));
 
     const char* const notJson[] = {
         "", "{", "{\"a\":1,}", "{\"a\" 1}", "{a:1}", "{\"a\":tru}", "{\"a\":1} x", "{\"a\":[1,2}",
@@ -38,9 +38,9 @@ TEST_F(SimTest, StateIsValidUtf8JsonForAnyServiceName) {
     const std::string text = stbsim::StateJson();
     e2e::FlatJson state;  // a strict JSON reader: UTF-8 only
     ASSERT_TRUE(state.Parse(text)) << text;
-    EXPECT_EQ("Caf\xc3\xa9 \xd0\xa2\xd0\x92", state.Get("input.services.0.name"));
-    EXPECT_EQ("Caf\xc3\xa9 latin", state.Get("input.services.1.name"));
-    EXPECT_EQ("Gr\xc3\xbc\xc3\x9f \x01", state.Get("player.service_name"));
+    EXPECT_EQ(std::make_tuple("Caf\xc3\xa9 \xd0\xa2\xd0\x92", "Caf\xc3\xa9 latin", "Gr\xc3\xbc\xc3\x9f \x01"),
+              std::make_tuple(state.Get("input.services.0.name"), state.Get("input.services.1.name"),
+                              state.Get("player.service_name")));
 }
 
 }  // namespace
