@@ -35,7 +35,9 @@ TEST_F(BoardPlaybackTest, CountersAndPtsAdvanceWhilePlayingAndHoldWhenStopped) {
     EXPECT_EQ(Status(h.av).video_frame_count, 0u);
 }
 
-TEST_F(BoardPlaybackTest, ConfiguredPidsAreInUseOnlyWhenTheInputCarriesThem) {
+// A PID is in use only when the input carries it, and a stream of another
+// codec is carried but not decoded.
+TEST_F(BoardPlaybackTest, ConfiguredPidsAreInUseWhenCarriedAndDecodedOnlyInTheirCodec) {
     SetInput("service 7 pcr=0x200\nvideo pid=0x201\naudio pid=0x202\naudio pid=0x203 codec=ac3\n");
     const Handles h = BringUp();
     const struct {
@@ -55,12 +57,8 @@ TEST_F(BoardPlaybackTest, ConfiguredPidsAreInUseOnlyWhenTheInputCarriesThem) {
         EXPECT_EQ(st.audio_pid, c.wantAudio) << std::hex << c.audio;
         EXPECT_EQ(st.pcr_pid, c.wantPcr) << std::hex << c.pcr;
     }
-}
-
-TEST_F(BoardPlaybackTest, AStreamOfAnotherCodecIsCarriedButNotDecoded) {
-    const Handles h = BringUp();
-    Play(h.av, 0x100, 38, 0x101, 1, 0x100);  // HEVC configured, H.264 carried
-    EXPECT_EQ(std::make_tuple(Status(h.av).video_pid, Status(h.av).width), std::make_tuple(0x100, 0u));
+    Play(h.av, 0x201, 38, 0x202, 1, 0x200);  // HEVC configured, H.264 carried
+    EXPECT_EQ(std::make_tuple(Status(h.av).video_pid, Status(h.av).width), std::make_tuple(0x201, 0u));
     WaitClock(120);
     EXPECT_EQ(Status(h.av).video_frame_count, 0u);
     EXPECT_FALSE(stbsim::State().player.videoDecoding);
@@ -134,10 +132,8 @@ video pid=0x500 width=1280 height=720 scan=progressive fps=59.94
                   std::make_tuple(1u, 48000u, 16u));
     }
 
-    _AV_SETTING_S found;
-    memset(&found, 0, sizeof found);
-    IpInputParams ip{};
-    ASSERT_EQ(av_search_progInfo(&found, &ip), 0);
+    _AV_SETTING_S found{};
+    ASSERT_EQ(av_search_progInfo(&found, Temp(IpInputParams{})), 0);
     EXPECT_EQ(std::make_tuple(found.video_pid, found.video_type, found.audio_pid, found.audio_type, found.service_id),
               std::make_tuple(0x100, 5u, 0x101, 4u, 1));
     EXPECT_STREQ(found.service_name, "HD one");

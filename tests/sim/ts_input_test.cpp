@@ -43,10 +43,8 @@ protected:
     }
 
     static _AV_SETTING_S FirstProgramme() {
-        _AV_SETTING_S s;
-        memset(&s, 0, sizeof s);
-        IpInputParams ip{};
-        EXPECT_EQ(av_search_progInfo(&s, &ip), 0);
+        _AV_SETTING_S s{};
+        EXPECT_EQ(av_search_progInfo(&s, simtest::Temp(IpInputParams{})), 0);
         return s;
     }
 
@@ -193,8 +191,8 @@ TEST_F(TsInputTest, SwitchingTheInputFileChangesWhatIsDecoded) {
 
     ASSERT_EQ(stbsim::Command("stream " + second), "ok\n");
     st = Status(h.av);
-    EXPECT_EQ(st.video_pid, 0);  // the old PIDs are gone from the input
-    EXPECT_EQ(st.audio_pid, 0);
+    // The old PIDs are gone from the input.
+    EXPECT_EQ(std::make_tuple(st.video_pid, st.audio_pid), std::make_tuple(0, 0));
     Play(h.av, 0x301, 5, 0x302, 2, 0x301);
     st = Status(h.av);
     EXPECT_EQ(std::make_tuple(st.width, st.height, st.frame_rate_int, st.frame_rate_dec, st.audio_sample_rate),
