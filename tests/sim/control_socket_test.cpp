@@ -95,15 +95,29 @@ TEST_F(ControlSocketTest, StreamSwitchesTheInputAndVideoChangesItNow) {
     EXPECT_EQ(Ask(m_path, "stream /nonexistent/file"), "error: /nonexistent/file: cannot open\n");
 }
 
-TEST_F(ControlSocketTest, TheEnvironmentStartsTheSocketAndDeinitRemovesIt) {
+// STBSIM_CONTROL and STBSIM_STREAM are read at system_init: the socket starts
+// (system_deinit removes it) and the scenario file is the input; a malformed
+// scenario file fails system_init.
+TEST_F(ControlSocketTest, TheEnvironmentStartsTheSocketAndSetsTheInputAtSystemInit) {
     stbsim::StopControl();
     EXPECT_FALSE(e2e::FileExists(m_path));
+    const e2e::TempDir dir;
+    const std::string scenario = dir / "env.scn";
+    ASSERT_TRUE(e2e::WriteFile(scenario, "service 9 name=\"From env\"\nvideo pid=0x900\n"));
     setenv("STBSIM_CONTROL", m_path.c_str(), 1);
+    setenv("STBSIM_STREAM", scenario.c_str(), 1);
     ASSERT_EQ(system_init(0), 0);
     unsetenv("STBSIM_CONTROL");
-    EXPECT_EQ(State(m_path).Get("system.initialised"), "true");
+    const e2e::FlatJson state = State(m_path);
+    EXPECT_EQ(std::make_tuple(state.Get("system.initialised"), state.Get("input.services.0.name")),
+              std::make_tuple("true", "From env"));
     ASSERT_EQ(system_deinit(), 0);
     EXPECT_FALSE(e2e::FileExists(m_path));
+
+    ASSERT_TRUE(e2e::WriteFile(scenario, "service 9\nvideo\n"));
+    EXPECT_EQ(system_init(0), stbsim::kErrInvalidParam);
+    unsetenv("STBSIM_STREAM");
+    EXPECT_FALSE(stbsim::State().systemInitialised);
 }
 
 }  // namespace

@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include "sim/scenario_parser.h"
-#include "tests/e2e/e2e_support.h"
 #include "tests/sim/sim_fixture.h"
 
 namespace simtest {
@@ -84,21 +83,6 @@ TEST_F(ScenarioInputTest, ABadScenarioLeavesTheInputAsItWas) {
     EXPECT_NE(stbsim::StateJson().find("\"source\":\"default\""), std::string::npos);
     EXPECT_FALSE(stbsim::ChangeVideo("pid=0x555 height=720", &error));
     EXPECT_EQ(error, "no video stream with PID 0x555");
-}
-
-TEST_F(ScenarioInputTest, StbsimStreamIsReadAtSystemInit) {
-    const e2e::TempDir dir;
-    const std::string path = dir / "env.scn";
-    ASSERT_TRUE(e2e::WriteFile(path, "service 9 name=\"From env\"\nvideo pid=0x900\n"));
-    setenv("STBSIM_STREAM", path.c_str(), 1);
-    EXPECT_EQ(system_init(0), 0);
-    EXPECT_NE(stbsim::StateJson().find("\"name\":\"From env\""), std::string::npos);
-    EXPECT_EQ(system_deinit(), 0);
-
-    ASSERT_TRUE(e2e::WriteFile(path, "service 9\nvideo\n"));
-    EXPECT_EQ(system_init(0), stbsim::kErrInvalidParam);
-    unsetenv("STBSIM_STREAM");
-    EXPECT_FALSE(stbsim::State().systemInitialised);
 }
 
 }  // namespace
