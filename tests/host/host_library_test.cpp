@@ -97,14 +97,6 @@ Bytes DaemonDecode(const Bytes& line) {
     return {};
 }
 
-Bytes CEncode(const stbav_op& op, unsigned flags = 0) {
-    Bytes out(STBAV_MAX_FRAME);
-    const int n = stbav_encode(out.data(), out.size(), flags, &op);
-    EXPECT_GT(n, 0);
-    out.resize(n > 0 ? n : 0);
-    return out;
-}
-
 TEST(HostLibrary, EveryEntryAndValueTypeRoundTripsWithTheDaemonBothWays) {
     COpSsDataMap dictionary;
     FillDictionary(dictionary);
@@ -160,7 +152,11 @@ TEST(HostLibrary, EveryEntryAndValueTypeRoundTripsWithTheDaemonBothWays) {
                     int64_t s = 0;
                     differences += !stbav_value_int(&got.ops[0], type, &s) || s != wantSigned;
                 }
-                differences += got.ops.size() != 1 || CEncode(got.ops[0]) != daemonFrame;
+                // The decoded operation encodes to the daemon's frame again.
+                Bytes again(STBAV_MAX_FRAME);
+                const int m = got.ops.size() == 1 ? stbav_encode(again.data(), again.size(), 0, &got.ops[0]) : 0;
+                again.resize(m > 0 ? m : 0);
+                differences += again != daemonFrame;
                 roundTrips += 2;
             }
         }
