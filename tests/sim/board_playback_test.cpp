@@ -85,21 +85,15 @@ video pid=0x500 width=1280 height=720 scan=progressive fps=59.94
     ASSERT_EQ(av_get_stream_info(h.av, &info), 0);
     ASSERT_EQ(std::make_tuple(info.video_count, info.audio_count, info.service_count), std::make_tuple(5u, 3u, 5u));
 
-    const struct {
-        uint32_t type, sar1, sar2, fieldOrder, profile, level, chroma, depth;
-    } video[] = {
-        {5, 1, 1, 2, 100, 40, 1, 0},
-        {38, 1, 1, 1, 2, 153, 0, 1},
-        {0, 16, 15, 2, 4, 8, 1, 0},
-        {5, 1, 1, 1, 100, 40, 1, 0},
-        {5, 1, 1, 1, 100, 40, 1, 0},
-    };
+    // Per video stream: codec code, sample aspect ratio, field order, profile, level, chroma format, bit depth.
+    using Video = std::tuple<uint32_t, uint32_t, uint32_t, uint32_t, uint32_t, uint32_t, uint32_t, uint32_t>;
+    const Video video[] = {{5, 1, 1, 2, 100, 40, 1, 0}, {38, 1, 1, 1, 2, 153, 0, 1}, {0, 16, 15, 2, 4, 8, 1, 0},
+                           {5, 1, 1, 1, 100, 40, 1, 0}, {5, 1, 1, 1, 100, 40, 1, 0}};
     for (size_t i = 0; i < 5; ++i) {
         const AvVideoStreamEntry& e = info.video[i];
-        const auto& w = video[i];
-        EXPECT_EQ(std::make_tuple(e.video_type, e.aspect_first, e.aspect_second, e.field_order, e.profile, e.level,
-                                  e.chroma_format, e.bit_depth),
-                  std::make_tuple(w.type, w.sar1, w.sar2, w.fieldOrder, w.profile, w.level, w.chroma, w.depth))
+        EXPECT_EQ(Video(e.video_type, e.aspect_first, e.aspect_second, e.field_order, e.profile, e.level,
+                        e.chroma_format, e.bit_depth),
+                  video[i])
             << i;
     }
     EXPECT_EQ(info.video[3].frame_rate_num, 24000u);
@@ -115,12 +109,10 @@ video pid=0x500 width=1280 height=720 scan=progressive fps=59.94
 
     // Frame-rate parts of the status record, per service.
     const struct {
-        uint16_t pid;
-        uint32_t type;
-        uint16_t fpsInt, fpsDec;
-        uint32_t width, bits;
+        uint16_t pid, fpsInt, fpsDec;
+        uint32_t type, width, bits;
     } status[] = {
-        {0x100, 5, 25, 0, 1920, 8}, {0x200, 38, 50, 0, 3840, 10}, {0x400, 5, 23, 98, 1280, 8}, {0x500, 5, 59, 94, 1280, 8},
+        {0x100, 25, 0, 5, 1920, 8}, {0x200, 50, 0, 38, 3840, 10}, {0x400, 23, 98, 5, 1280, 8}, {0x500, 59, 94, 5, 1280, 8},
     };
     for (const auto& s : status) {
         Play(h.av, s.pid, s.type, 0x101, 4, s.pid);
