@@ -1,7 +1,5 @@
 // The virtual board's control socket over a real unix-domain socket: one
 // command per connection, the state JSON, journal, faults and input switching.
-#include <unistd.h>
-
 #include <regex>
 #include <sstream>
 #include <tuple>
@@ -24,10 +22,11 @@ class ControlSocketTest : public SimTest {
 protected:
     void SetUp() override {
         SimTest::SetUp();
-        m_path = ::testing::TempDir() + "stbsim_ctl_" + std::to_string(getpid()) + ".sock";
+        m_path = m_dir / "ctl.sock";
         std::string error;
         ASSERT_TRUE(stbsim::StartControl(m_path, &error)) << error;
     }
+    const e2e::TempDir m_dir;  // the socket and the scenario files
     std::string m_path;
 };
 
@@ -81,8 +80,7 @@ TEST_F(ControlSocketTest, JournalFailResetJournalAndErrorLines) {
 TEST_F(ControlSocketTest, StreamSwitchesTheInputAndVideoChangesItNow) {
     const Handles h = BringUp();
     PlayDefaultService(h.av);
-    const e2e::TempDir dir;
-    const std::string file = dir / "switch.scn";
+    const std::string file = m_dir / "switch.scn";
     ASSERT_TRUE(e2e::WriteFile(file, "service 3 name=Other\nvideo pid=0x100 width=1280 height=720 scan=progressive "
                                      "fps=50\naudio pid=0x101\n"));
     EXPECT_EQ(Ask(m_path, "stream " + file), "ok\n");
@@ -101,8 +99,7 @@ TEST_F(ControlSocketTest, StreamSwitchesTheInputAndVideoChangesItNow) {
 TEST_F(ControlSocketTest, TheEnvironmentStartsTheSocketAndSetsTheInputAtSystemInit) {
     stbsim::StopControl();
     EXPECT_FALSE(e2e::FileExists(m_path));
-    const e2e::TempDir dir;
-    const std::string scenario = dir / "env.scn";
+    const std::string scenario = m_dir / "env.scn";
     ASSERT_TRUE(e2e::WriteFile(scenario, "service 9 name=\"From env\"\nvideo pid=0x900\n"));
     setenv("STBSIM_CONTROL", m_path.c_str(), 1);
     setenv("STBSIM_STREAM", scenario.c_str(), 1);

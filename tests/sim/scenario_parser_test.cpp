@@ -74,9 +74,7 @@ TEST(ScenarioParserTest, MalformedLinesAreReportedWithTheirLineNumber) {
     }
 }
 
-class ScenarioInputTest : public SimTest {};
-
-TEST_F(ScenarioInputTest, ABadScenarioLeavesTheInputAsItWas) {
+TEST_F(SimTest, ABadScenarioLeavesTheInputAsItWas) {
     std::string error;
     EXPECT_FALSE(stbsim::SetInputText("service 1\nvideo pid=1 scan=sideways\n", &error));
     EXPECT_EQ(error, "line 2: bad value 'sideways' for scan");
