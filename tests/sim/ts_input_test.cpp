@@ -130,12 +130,10 @@ TEST_F(TsInputTest, TheDaemonReadsEachStreamsAttributes) {
         audio.BondAvHandle(h.av);
         audio.SetCodec(c.audioType);
 
-        uint32_t width = 0, height = 0;
-        VideoScanType_e scan = VIDEO_SCAN_TYPE_PSF;
-        VideoFrameRate_e rate = VIDEO_FRAME_RATE_UNKNOWN;
-        VideoAspectRatio_e aspect = VIDEO_ASPECT_RATIO_UNKNOWN;
-        ASSERT_TRUE(video.GetFormat(width, height, scan, rate, aspect));
-        EXPECT_EQ(std::make_tuple(width, height, scan, rate, aspect), c.format);
+        // Width, height, scan, rate and aspect, all 0 (unknown) until GetFormat fills them in.
+        decltype(c.format) format{};
+        ASSERT_TRUE(std::apply([&](auto&... field) { return video.GetFormat(field...); }, format));
+        EXPECT_EQ(format, c.format);
         EXPECT_EQ(video.GetCodec(), c.videoType);
         EXPECT_EQ(std::make_tuple(video.GetProfile(), video.GetLevel(), video.GetChromaFormat(), video.GetBitDepth()),
                   c.coding);
@@ -152,14 +150,11 @@ TEST_F(TsInputTest, EveryProgrammeIsListedInTheStreamInformation) {
     ASSERT_FALSE(path.empty());
     ASSERT_TRUE(stbsim::SetInputFile(path));
     const BoardHandles h = BringUpByHand();
-    AvStreamInfo info;
-    memset(&info, 0, sizeof info);
+    AvStreamInfo info{};
     ASSERT_EQ(av_get_stream_info(h.av, &info), 0);
-    ASSERT_EQ(info.service_count, 2u);
+    ASSERT_EQ(std::make_tuple(info.service_count, info.video_count, info.audio_count), std::make_tuple(2u, 2u, 2u));
     EXPECT_EQ(info.service[1].program_number, 0x502);
     EXPECT_STREQ(info.service[1].name, "CIF");
-    ASSERT_EQ(info.video_count, 2u);
-    ASSERT_EQ(info.audio_count, 2u);
 
     // The second programme's picture: 352x288 shown at 4:3 has 12:11 pixels.
     const AvVideoStreamEntry& v = info.video[1];
