@@ -1,7 +1,6 @@
 // The virtual board's control socket over a real unix-domain socket: one
 // command per connection, the state JSON, journal, faults and input switching.
 #include <regex>
-#include <sstream>
 #include <tuple>
 
 #include "tests/e2e/e2e_support.h"
@@ -53,9 +52,7 @@ TEST_F(ControlSocketTest, StateIsOneJsonObjectWithTheDocumentedKeys) {
 TEST_F(ControlSocketTest, JournalFailResetJournalAndErrorLines) {
     const Handles h = BringUp();
     const std::string journal = Ask(m_path, "journal");
-    std::istringstream lines(journal);
-    std::string first;
-    std::getline(lines, first);
+    const std::string first = journal.substr(0, journal.find('\n'));
     EXPECT_TRUE(std::regex_match(first, std::regex(R"(\d+ vout_display_get\(handle=0x[0-9a-f]+.*\) = 0)"))) << first;
     EXPECT_NE(journal.find("vout_display_set(handle="), std::string::npos);
 
