@@ -112,7 +112,8 @@ video pid=0x500 width=1280 height=720 scan=progressive fps=59.94
         uint16_t pid, fpsInt, fpsDec;
         uint32_t type, width, bits;
     } status[] = {
-        {0x100, 25, 0, 5, 1920, 8}, {0x200, 50, 0, 38, 3840, 10}, {0x400, 23, 98, 5, 1280, 8}, {0x500, 59, 94, 5, 1280, 8},
+        {0x100, 25, 0, 5, 1920, 8}, {0x200, 50, 0, 38, 3840, 10},
+        {0x400, 23, 98, 5, 1280, 8}, {0x500, 59, 94, 5, 1280, 8},
     };
     for (const auto& s : status) {
         Play(h.av, s.pid, s.type, 0x101, 4, s.pid);
