@@ -9,22 +9,34 @@
 #include <mutex>
 #include <string>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace stbav_test {
 
 class CallLog {
 public:
-    void Record(std::string call);
-
+    void Record(std::string call) {
+        std::lock_guard<std::mutex> lock(m_Mutex);
+        m_Calls.push_back(std::move(call));
+    }
     // Every call so far, oldest first.
-    std::vector<std::string> Calls() const;
+    std::vector<std::string> Calls() const { return CallsWithPrefix(""); }
     // The calls that start with prefix, e.g. "IVideoOutput::" or "IAudioOutput::SetMute".
-    std::vector<std::string> CallsWithPrefix(const std::string& prefix) const;
+    std::vector<std::string> CallsWithPrefix(const std::string& prefix) const {
+        std::lock_guard<std::mutex> lock(m_Mutex);
+        std::vector<std::string> out;
+        for (const auto& c : m_Calls) {
+            if (c.compare(0, prefix.size(), prefix) == 0) out.push_back(c);
+        }
+        return out;
+    }
     // Number of calls that start with prefix.
-    size_t Count(const std::string& prefix) const;
-    size_t Size() const;
-    void Clear();
+    size_t Count(const std::string& prefix) const { return CallsWithPrefix(prefix).size(); }
+    void Clear() {
+        std::lock_guard<std::mutex> lock(m_Mutex);
+        m_Calls.clear();
+    }
 
 private:
     mutable std::mutex m_Mutex;

@@ -6,6 +6,7 @@
 
 #include <map>
 #include <string>
+#include <utility>
 
 #include "platform/i_decoder_control.h"
 #include "platform/i_video_decoder.h"
@@ -29,7 +30,6 @@ struct FakeVideoDecoderState {
     uint32_t frameCount = 0;
     uint32_t decodeFailureReason = 0;
     uint32_t syncStatus = 0;
-    bool started = false;
 };
 
 class FakeVideoDecoder : public IVideoDecoder, public IDecoderControl, public FakeBase<FakeVideoDecoderState> {
@@ -50,11 +50,9 @@ public:
         });
     }
 
+    // Fails when the codec is the one already set.
     bool SetCodec(VideoType_e codec) override {
-        std::lock_guard<std::mutex> lock(m_Mutex);
-        if (RecordLocked("SetCodec", codec) || codec == m_State.codec) return false;
-        m_State.codec = codec;
-        return true;
+        return Apply([&](State& s) { return std::exchange(s.codec, codec) != codec; }, "SetCodec", codec);
     }
     VideoType_e GetCodec() override { return Report("GetCodec", &State::codec, VIDEO_TYPE_NONE); }
     bool GetFormat(uint32_t& width, uint32_t& height, VideoScanType_e& scanType, VideoFrameRate_e& frameRate,
@@ -73,10 +71,11 @@ public:
     VideoProfile_e GetProfile() override { return Report("GetProfile", &State::profile, VIDEO_PROFILE_UNKNOWN); }
     VideoLevel_e GetLevel() override { return Report("GetLevel", &State::level, VIDEO_LEVEL_UNKNOWN); }
     std::string GetServiceName(uint16_t programNumber) override {
-        std::lock_guard<std::mutex> lock(m_Mutex);
-        bool fail = RecordLocked("GetServiceName", programNumber);
-        auto it = m_State.serviceNames.find(programNumber);
-        return (fail || it == m_State.serviceNames.end()) ? std::string() : it->second;
+        auto name = [&](const State& s) {
+            auto it = s.serviceNames.find(programNumber);
+            return it == s.serviceNames.end() ? std::string() : it->second;
+        };
+        return Query(std::string(), name, "GetServiceName", programNumber);
     }
     ChromaBitDepth_e GetBitDepth() override { return Report("GetBitDepth", &State::bitDepth, CHROMA_BIT_DEPTH_UNKNOWN); }
     uint32_t GetBitrate() override { return Report("GetBitrate", &State::bitrate, 0u); }
@@ -86,9 +85,8 @@ public:
     }
     uint32_t GetVideoSyncStatus() override { return Report("GetVideoSyncStatus", &State::syncStatus, 0u); }
 
-    bool Start() override { return SetFlag("Start", &State::started, true); }
-    bool Stop() override { return SetFlag("Stop", &State::started, false); }
-
+    bool Start() override { return Call("Start"); }
+    bool Stop() override { return Call("Stop"); }
 };
 
 }  // namespace stbav_test
