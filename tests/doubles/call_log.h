@@ -46,15 +46,12 @@ private:
 // Argument rendering used by the fakes.
 inline std::string RenderArg(bool v) { return v ? "true" : "false"; }
 inline std::string RenderArg(const std::string& v) { return "\"" + v + "\""; }
-inline std::string RenderArg(const char* v) { return RenderArg(std::string(v)); }
 template <typename T>
 std::enable_if_t<std::is_integral_v<T> || std::is_enum_v<T>, std::string> RenderArg(T v) {
     if constexpr (std::is_enum_v<T>) {
         return RenderArg(static_cast<std::underlying_type_t<T>>(v));
-    } else if constexpr (std::is_signed_v<T>) {
-        return std::to_string(static_cast<long long>(v));
     } else {
-        return std::to_string(static_cast<unsigned long long>(v));
+        return std::to_string(v);
     }
 }
 

@@ -40,18 +40,16 @@ public:
     bool SetCodec(AudioType_e codec) override {
         return Apply([&](State& s) { return std::exchange(s.codec, codec) != codec; }, "SetCodec", codec);
     }
-    AudioTypeStatus_e GetCodec() override { return Report("GetCodec", &State::reportedCodec, AUDIO_TYPE_STATUS_NONE); }
-    AudioChannelCoding_e GetCodingMode() override {
-        return Report("GetCodingMode", &State::codingMode, AUDIO_CHANNEL_CODING_UNKNOWN);
-    }
-    uint32_t GetBitRate() override { return Report("GetBitRate", &State::bitRate, 0u); }
-    uint32_t GetBitsPerSample() override { return Report("GetBitsPerSample", &State::bitsPerSample, 0u); }
-    uint32_t GetSamplingRate() override { return Report("GetSamplingRate", &State::samplingRate, 0u); }
-    int8_t GetDialNorm() override { return Report("GetDialNorm", &State::dialNorm, int8_t{0}); }
-    uint32_t GetFrameCount() override { return Report("GetFrameCount", &State::frameCount, 0u); }
+    AudioTypeStatus_e GetCodec() override { return Report("GetCodec", &State::reportedCodec); }
+    AudioChannelCoding_e GetCodingMode() override { return Report("GetCodingMode", &State::codingMode); }
+    uint32_t GetBitRate() override { return Report("GetBitRate", &State::bitRate); }
+    uint32_t GetBitsPerSample() override { return Report("GetBitsPerSample", &State::bitsPerSample); }
+    uint32_t GetSamplingRate() override { return Report("GetSamplingRate", &State::samplingRate); }
+    int8_t GetDialNorm() override { return Report("GetDialNorm", &State::dialNorm); }
+    uint32_t GetFrameCount() override { return Report("GetFrameCount", &State::frameCount); }
     int SetAudioMode(int mode) override { return Call("SetAudioMode", mode) ? 0 : -1; }
-    uint64_t GetPts() override { return Report("GetPts", &State::pts, uint64_t{0}); }
-    uint32_t GetSyncStatus() override { return Report("GetSyncStatus", &State::syncStatus, 0u); }
+    uint64_t GetPts() override { return Report("GetPts", &State::pts); }
+    uint32_t GetSyncStatus() override { return Report("GetSyncStatus", &State::syncStatus); }
 
     bool Subscribe(const DecoderEventHandler&) override { return Call("Subscribe"); }
     bool Unsubscribe(const DecoderEventHandler&) override { return Call("Unsubscribe"); }

@@ -9,14 +9,25 @@
 #include <mutex>
 #include <set>
 #include <string>
+#include <tuple>
 #include <utility>
 
+#include "platform/decoder_types.h"
 #include "tests/doubles/call_log.h"
 
 namespace stbav_test {
 
 // The State of a fake that keeps nothing but its calls.
 struct NoState {};
+
+// What GetFormat of the video doubles reports: the first part of their State.
+struct VideoFormatState {
+    uint32_t width = 0;
+    uint32_t height = 0;
+    VideoScanType_e scanType = VIDEO_SCAN_TYPE_UNKNOWN;
+    VideoFrameRate_e frameRate = VIDEO_FRAME_RATE_UNKNOWN;
+    VideoAspectRatio_e aspectRatio = VIDEO_ASPECT_RATIO_UNKNOWN;
+};
 
 template <typename State>
 class FakeBase {
@@ -43,7 +54,6 @@ public:
             m_Failing.erase(op);
         }
     }
-    const std::string& Name() const { return m_Name; }
 
 protected:
     // Records op(args...); unless op is told to fail, runs change on the state
@@ -64,31 +74,29 @@ protected:
     bool Store(const char* op, T State::*field, T value) {
         return Apply([&](State& s) { return (s.*field = value, true); }, op, value);
     }
-    // A getter: records op(args...) and reports read(state), or onFailure when op is told to fail.
-    template <typename T, typename Read, typename... Args>
-    T Query(T onFailure, const Read& read, const char* op, const Args&... args) {
-        T out = onFailure;
+    // A getter: records op(args...) and reports read(state), or zero (none, unknown) when op is told to fail.
+    template <typename Read, typename... Args>
+    auto Query(const Read& read, const char* op, const Args&... args) {
+        decltype(read(m_State)) out{};
         Apply([&](State& s) { return (out = read(s), true); }, op, args...);
         return out;
     }
-    // A getter of one field.
-    template <typename T>
-    T Report(const char* op, T State::*field, T onFailure) {
-        return Query(onFailure, [&](const State& s) { return s.*field; }, op);
+    // A getter of one field, answering onFailure when op is told to fail.
+    template <typename T, typename Part>
+    T Report(const char* op, T Part::*field, T onFailure = T{}) {
+        T out = onFailure;
+        Apply([&](State& s) { return (out = s.*field, true); }, op);
+        return out;
     }
     // GetFormat of the video doubles: records it and reports the stored format.
-    template <typename Scan, typename Rate, typename Aspect>
-    bool ReportFormat(uint32_t& width, uint32_t& height, Scan& scanType, Rate& frameRate, Aspect& aspectRatio) {
-        return Apply(
-            [&](const State& s) {
-                width = s.width;
-                height = s.height;
-                scanType = s.scanType;
-                frameRate = s.frameRate;
-                aspectRatio = s.aspectRatio;
-                return true;
-            },
-            "GetFormat");
+    bool ReportFormat(uint32_t& width, uint32_t& height, VideoScanType_e& scanType, VideoFrameRate_e& frameRate,
+                      VideoAspectRatio_e& aspectRatio) {
+        auto read = [&](const VideoFormatState& f) {
+            std::tie(width, height, scanType, frameRate, aspectRatio) =
+                std::tie(f.width, f.height, f.scanType, f.frameRate, f.aspectRatio);
+            return true;
+        };
+        return Apply(read, "GetFormat");
     }
 
 private:

@@ -49,9 +49,9 @@ public:
     bool SetPid(uint16_t pid, EsType_e type, uint16_t index) override {
         return Apply(StorePid(pid, type, index), "SetPid", pid, type, index);
     }
-    uint16_t GetPid(EsType_e type) override { return Query(uint16_t{0}, ReadPid(type, 0), "GetPid", type); }
+    uint16_t GetPid(EsType_e type) override { return Query(ReadPid(type, 0), "GetPid", type); }
     uint16_t GetPid(EsType_e type, uint16_t index) override {
-        return Query(uint16_t{0}, ReadPid(type, index), "GetPid", type, index);
+        return Query(ReadPid(type, index), "GetPid", type, index);
     }
 
     bool SetServiceName(std::string name) override { return Store("SetServiceName", &State::serviceName, name); }
@@ -59,7 +59,7 @@ public:
         return Report("GetServiceName", &State::serviceName, std::string("Undefined"));
     }
     bool SetServiceId(uint16_t id) override { return Store("SetServiceId", &State::serviceId, id); }
-    uint16_t GetServiceId() override { return Report("GetServiceId", &State::serviceId, uint16_t{0}); }
+    uint16_t GetServiceId() override { return Report("GetServiceId", &State::serviceId); }
     bool SetServiceVideoCodecType(VideoType_e type) override { return Call("SetServiceVideoCodecType", type); }
     bool SetServiceAudioCodecType(AudioType_e type) override { return Call("SetServiceAudioCodecType", type); }
     bool ClearBuffer() override { return Call("ClearBuffer"); }

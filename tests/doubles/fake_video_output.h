@@ -13,12 +13,7 @@
 
 namespace stbav_test {
 
-struct FakeVideoOutputState {
-    uint32_t width = 0;
-    uint32_t height = 0;
-    VideoScanType_e scanType = VIDEO_SCAN_TYPE_UNKNOWN;
-    VideoFrameRate_e frameRate = VIDEO_FRAME_RATE_UNKNOWN;
-    VideoAspectRatio_e aspectRatio = VIDEO_ASPECT_RATIO_UNKNOWN;
+struct FakeVideoOutputState : VideoFormatState {
     int setFormatCount = 0;
 };
 
@@ -35,7 +30,7 @@ public:
                    VideoAspectRatio_e aspectRatio, _VOUT_FORMAT_E compositeStd,
                    VideoOutputInterface_e outputInterface) override {
         auto store = [&](State& s) {
-            s = {width, height, scanType, frameRate, aspectRatio, s.setFormatCount + 1};
+            s = {{width, height, scanType, frameRate, aspectRatio}, s.setFormatCount + 1};
             return true;
         };
         return Apply(store, "SetFormat", width, height, scanType, frameRate, aspectRatio, compositeStd,
