@@ -44,13 +44,14 @@ struct Rig {
         d.videoDecoder.SetReportedFormat(f.width, f.height, static_cast<VideoScanType_e>(f.scan),
                                          static_cast<VideoFrameRate_e>(f.rate), static_cast<VideoAspectRatio_e>(f.aspect));
     }
-    // The calls an unforced pass makes.
-    Calls Pass(bool* result = nullptr) {
+    // The calls an unforced (or forced) pass makes; result receives what it returns.
+    Calls Pass(bool* result = nullptr, bool force = false) {
         d.log.Clear();
-        bool r = om.ApplySettings(false);
+        bool r = om.ApplySettings(force);
         if (result != nullptr) *result = r;
         return d.log.Calls();
     }
+    Calls Forced(bool* result = nullptr) { return Pass(result, true); }
 };
 
 // ---- video format ----------------------------------------------------------
@@ -124,17 +125,14 @@ TEST(OutputManagerVideo, AppliesTheFormatForEachInterfaceAndMode) {
     }
 }
 
-TEST(OutputManagerVideo, SilentDecoderIsTracedAndLeavesTheOutputAlone) {
+TEST(OutputManagerVideo, SilentOrFailingDecoderSetsNoFormat) {
     stbav_test::LogCapture log("stbav.outputmanager");
     Rig rig;
     rig.Decoder({1920, 1080, 2, 0, 1});
     EXPECT_FALSE(rig.om.ApplyVideoFormatSetting(0));
     EXPECT_TRUE(log.Has("DEBUG", "ApplyVideoFormatSetting() Decoder is not initialized return false"));
     EXPECT_EQ(rig.d.videoOutput.Snapshot().setFormatCount, 0);
-}
 
-TEST(OutputManagerVideo, FailingDecoderQuerySetsNoFormat) {
-    Rig rig;
     rig.Decoder({1920, 1080, 1, 3, 1});
     rig.d.videoDecoder.FailOn("GetFormat");
     rig.om.SetVideoDirty(0);
@@ -224,18 +222,13 @@ TEST(OutputManagerAudioAndCaptions, ResultIsTheOrOfThePlatformResults) {
 
 // ---- the pass as a whole ------------------------------------------------------------
 
-TEST(OutputManagerPass, NothingDirtyMakesNoCall) {
-    Rig rig;
-    bool result = true;
-    EXPECT_EQ(rig.Pass(&result), Calls());
-    EXPECT_FALSE(result);
-}
-
 TEST(OutputManagerPass, ForcedPassReappliesEveryGroupInOrder) {
     Rig rig;
-    rig.d.log.Clear();
-    EXPECT_TRUE(rig.om.ApplySettings(true));
-    EXPECT_EQ(rig.d.log.Calls(), kDefaultForcedPass);
+    bool result = true;
+    EXPECT_EQ(rig.Pass(&result), Calls()) << "nothing dirty";
+    EXPECT_FALSE(result);
+    EXPECT_EQ(rig.Forced(&result), kDefaultForcedPass);
+    EXPECT_TRUE(result);
     EXPECT_EQ(rig.Pass(), Calls());
 
     rig.om.SetVideoFormatMode(0, FORMAT_MODE_MANUAL);
@@ -246,11 +239,8 @@ TEST(OutputManagerPass, ForcedPassReappliesEveryGroupInOrder) {
                               "IAudioOutput::SetAnalogVolume(0)", "IClosedCaption::SetOverlayCcState(false)",
                               "IClosedCaption::SetVbiLine21CcState(true)"};
     EXPECT_EQ(rig.Pass(), configured);
-    for (int i = 0; i < 2; ++i) {
-        rig.d.log.Clear();
-        rig.om.ApplySettings(true);
-        EXPECT_EQ(rig.d.log.Calls(), configured);
-    }
+    EXPECT_EQ(rig.Forced(), configured);
+    EXPECT_EQ(rig.Forced(), configured);
 }
 
 TEST(OutputManagerPass, AspectRatioAndRasterAreOutsideThePass) {
@@ -270,8 +260,7 @@ TEST(OutputManagerPass, AspectRatioAndRasterAreOutsideThePass) {
     rig.d.log.Clear();
     EXPECT_TRUE(rig.om.ApplyVideoRasterGroupSetting(0));
     EXPECT_EQ(rig.d.log.Calls(), Calls({"IVideoOutput::SetRasterMode(1)", "IVideoOutput::SetRasterColor(1)"}));
-    rig.d.log.Clear();
-    rig.om.ApplySettings(true);
+    rig.Forced();
     EXPECT_EQ(rig.d.log.CallsWithPrefix("IVideoOutput::SetRaster"), Calls());
 }
 
@@ -378,56 +367,50 @@ struct RejectCase {
 };
 
 const RejectCase kRejectCases[] = {
-    {[](OutputManager& om) { return om.SetComposite525Std(0, Composite525_e(0)); }, "SetComposite525Std: input parameter 0 is not valid"},
-    {[](OutputManager& om) { return om.SetComposite625Std(0, Composite625_e(3)); }, "SetComposite625Std: input parameter 3 is not valid"},
-    {[](OutputManager& om) { return om.SetAnalogAudioState(0, AnalogAudio_e(3)); }, "SetAnalogAudioState: input parameter 3 is not valid"},
-    {[](OutputManager& om) { return om.SetAnalogAudioLevelGain(0, -61); }, "Set analog audio volume with invalid value: -61 dBv."},
-    {[](OutputManager& om) { return om.SetAnalogAudioLevelGain(0, 11); }, "Set analog audio volume with invalid value: 11 dBv."},
-    {[](OutputManager& om) { return om.SetCompositeLine21Cc(Enable_e(0)); }, "SetCompositeLine21Cc: input parameter 0 is not valid"},
-    {[](OutputManager& om) { return om.SetOverlayCcType(OverlayCcType_e(3)); }, "SetOverlayCcType: input parameter 3 is not valid"},
-    {[](OutputManager& om) { return om.SetOverlayNtscCcDataType(OverlayNtscCcType_e(5)); }, "SetOverlayNtscCcDataType: input parameter 5 is not valid"},
-    {[](OutputManager& om) { return om.SetOverlayDtvCcDataType(OverlayDtvCcType_e(7)); }, "SetOverlayDtvCcDataType: input parameter 7 is not valid"},
-    {[](OutputManager& om) { return om.SetOverlayCcState(Enable_e(-1)); }, "SetOverlayCcState: input parameter -1 is not valid"},
+    {[](OM& om) { return om.SetComposite525Std(0, Composite525_e(0)); }, "SetComposite525Std: input parameter 0 is not valid"},
+    {[](OM& om) { return om.SetComposite625Std(0, Composite625_e(3)); }, "SetComposite625Std: input parameter 3 is not valid"},
+    {[](OM& om) { return om.SetAnalogAudioState(0, AnalogAudio_e(3)); }, "SetAnalogAudioState: input parameter 3 is not valid"},
+    {[](OM& om) { return om.SetAnalogAudioLevelGain(0, -61); }, "Set analog audio volume with invalid value: -61 dBv."},
+    {[](OM& om) { return om.SetAnalogAudioLevelGain(0, 11); }, "Set analog audio volume with invalid value: 11 dBv."},
+    {[](OM& om) { return om.SetCompositeLine21Cc(Enable_e(0)); }, "SetCompositeLine21Cc: input parameter 0 is not valid"},
+    {[](OM& om) { return om.SetOverlayCcType(OverlayCcType_e(3)); }, "SetOverlayCcType: input parameter 3 is not valid"},
+    {[](OM& om) { return om.SetOverlayNtscCcDataType(OverlayNtscCcType_e(5)); }, "SetOverlayNtscCcDataType: input parameter 5 is not valid"},
+    {[](OM& om) { return om.SetOverlayDtvCcDataType(OverlayDtvCcType_e(7)); }, "SetOverlayDtvCcDataType: input parameter 7 is not valid"},
+    {[](OM& om) { return om.SetOverlayCcState(Enable_e(-1)); }, "SetOverlayCcState: input parameter -1 is not valid"},
 };
 
-TEST(OutputManagerValidation, RejectedValueChangesNothing) {
-    for (const auto& c : kRejectCases) {
-        SCOPED_TRACE(c.error);
-        stbav_test::LogCapture log("stbav.outputmanager");
-        Rig rig;
-        EXPECT_FALSE(c.call(rig.om));
-        EXPECT_TRUE(log.Has("ERROR", c.error));
-        EXPECT_EQ(rig.Pass(), Calls()) << "no flag raised";
-        rig.d.log.Clear();
-        rig.om.ApplySettings(true);
-        EXPECT_EQ(rig.d.log.Calls(), kDefaultForcedPass) << "nothing stored";
-    }
+// A rejected call logs its error and changes nothing: no call, no flag, no value stored.
+void ExpectRejected(const std::function<bool(OM&)>& call, const std::string& error) {
+    SCOPED_TRACE(error);
+    stbav_test::LogCapture log("stbav.outputmanager");
+    Rig rig;
+    rig.Decoder({1920, 1080, 1, 3, 1});
+    rig.om.SetVideoFormatMode(0, FORMAT_MODE_MANUAL);
+    rig.om.SetVideoFormat(0, k1080p50);
+    rig.om.SetVideoFormatCvbs(0, k576i25);
+    rig.om.SetVideoFormatModeCvbs(0, FORMAT_MODE_MANUAL);
+    rig.Pass();
+    rig.d.log.Clear();
+    EXPECT_FALSE(call(rig.om));
+    EXPECT_TRUE(log.Has("ERROR", error));
+    EXPECT_EQ(rig.d.log.Calls(), Calls());
+    EXPECT_EQ(rig.Pass(), Calls()) << "no flag raised";
+    EXPECT_EQ(rig.om.GetVideoOutputInterface(), VIDEO_OUTPUT_INTERFACE_HD);
+    EXPECT_EQ(rig.om.GetFormatMode(0), FORMAT_MODE_MANUAL);
+    EXPECT_EQ(rig.om.GetFormatModeCvbs(0), FORMAT_MODE_MANUAL);
+    EXPECT_EQ(rig.om.GetVideoFormat(0), k1080p50);
+    EXPECT_EQ(rig.om.GetVideoFormatCvbs(0), k576i25);
+    Calls forced = kDefaultForcedPass;
+    forced[0] = "IVideoOutput::SetFormat(1920,1080,2,6,1,2,1)";
+    EXPECT_EQ(rig.Forced(), forced) << "nothing stored";
 }
 
-TEST(OutputManagerValidation, OnlyIndexZeroExists) {
+TEST(OutputManagerValidation, RejectedValueOrIndexChangesNothing) {
+    for (const auto& c : kRejectCases) ExpectRejected(c.call, c.error);
     for (const auto& c : kEntries) {
         if (c.kind == nullptr) continue;
-        const std::string error =
-            std::string(c.function) + ": " + c.kind + " index 1 is out of range (only index 0 exists)";
-        SCOPED_TRACE(error);
-        stbav_test::LogCapture log("stbav.outputmanager");
-        Rig rig;
-        rig.Decoder({1920, 1080, 1, 3, 1});
-        rig.om.SetVideoFormatMode(0, FORMAT_MODE_MANUAL);
-        rig.om.SetVideoFormat(0, k1080p50);
-        rig.om.SetVideoFormatCvbs(0, k576i25);
-        rig.om.SetVideoFormatModeCvbs(0, FORMAT_MODE_MANUAL);
-        rig.Pass();
-        rig.d.log.Clear();
-        EXPECT_FALSE(c.call(rig.om, 1));
-        EXPECT_TRUE(log.Has("ERROR", error));
-        EXPECT_EQ(rig.d.log.Calls(), Calls());
-        EXPECT_EQ(rig.Pass(), Calls());
-        EXPECT_EQ(rig.om.GetVideoOutputInterface(), VIDEO_OUTPUT_INTERFACE_HD);
-        EXPECT_EQ(rig.om.GetFormatMode(0), FORMAT_MODE_MANUAL);
-        EXPECT_EQ(rig.om.GetFormatModeCvbs(0), FORMAT_MODE_MANUAL);
-        EXPECT_EQ(rig.om.GetVideoFormat(0), k1080p50);
-        EXPECT_EQ(rig.om.GetVideoFormatCvbs(0), k576i25);
+        ExpectRejected([&](OM& om) { return c.call(om, 1); },
+                       std::string(c.function) + ": " + c.kind + " index 1 is out of range (only index 0 exists)");
     }
 }
 
