@@ -67,23 +67,16 @@ struct FakeClosedCaptionState {
 class FakeClosedCaption : public IClosedCaption, public FakeBase<FakeClosedCaptionState> {
 public:
     using State = FakeClosedCaptionState;
-
-private:  // before its use: its return type is deduced
-    static auto Remember(State::Overload overload) {
-        return [=](State& s) { return (s.lastOverload = overload, true); };
-    }
-
-public:
     explicit FakeClosedCaption(CallLog& log, std::string name = "IClosedCaption") : FakeBase(log, std::move(name)) {}
 
     int Initialize() override { return Call("Initialize") ? 0 : -1; }
     int Deinitialize() override { return Call("Deinitialize") ? 0 : -1; }
     bool SetVbiLine21CcState(bool on) override { return Call("SetVbiLine21CcState", on); }
     bool SetOverlayCc(OverlayCcType_e type, OverlayNtscCcType_e dataType) override {
-        return Apply(Remember(State::NTSC), "SetOverlayCc", type, dataType);
+        return Apply([](State& s) { return (s.lastOverload = State::NTSC, true); }, "SetOverlayCc", type, dataType);
     }
     bool SetOverlayCc(OverlayCcType_e type, OverlayDtvCcType_e dataType) override {
-        return Apply(Remember(State::DTV), "SetOverlayCc", type, dataType);
+        return Apply([](State& s) { return (s.lastOverload = State::DTV, true); }, "SetOverlayCc", type, dataType);
     }
     bool SetOverlayCcState(bool on) override { return Call("SetOverlayCcState", on); }
 };

@@ -25,19 +25,6 @@ struct FakeDemuxState {
 class FakeDemux : public IDemux, public IDecoderControl, public FakeBase<FakeDemuxState> {
 public:
     using State = FakeDemuxState;
-
-private:  // before their use: their return types are deduced
-    static auto StorePid(uint16_t pid, EsType_e type, uint16_t index) {
-        return [=](State& s) { return (s.pids[{type, index}] = pid, true); };
-    }
-    static auto ReadPid(EsType_e type, uint16_t index) {
-        return [=](const State& s) {
-            auto it = s.pids.find({type, index});
-            return it == s.pids.end() ? uint16_t{0} : it->second;
-        };
-    }
-
-public:
     explicit FakeDemux(CallLog& log, std::string name = "IDemux") : FakeBase(log, std::move(name)) {}
 
     // Test helper: the PID GetPid reports for (type, index), without recording a call.
@@ -45,13 +32,17 @@ public:
         Configure([&](FakeDemuxState& s) { s.pids[{type, index}] = pid; });
     }
 
-    bool SetPid(uint16_t pid, EsType_e type) override { return Apply(StorePid(pid, type, 0), "SetPid", pid, type); }
-    bool SetPid(uint16_t pid, EsType_e type, uint16_t index) override {
-        return Apply(StorePid(pid, type, index), "SetPid", pid, type, index);
+    bool SetPid(uint16_t pid, EsType_e type) override {
+        return Apply([=](State& s) { return (s.pids[{type, 0}] = pid, true); }, "SetPid", pid, type);
     }
-    uint16_t GetPid(EsType_e type) override { return Query(ReadPid(type, 0), "GetPid", type); }
+    bool SetPid(uint16_t pid, EsType_e type, uint16_t index) override {
+        return Apply([=](State& s) { return (s.pids[{type, index}] = pid, true); }, "SetPid", pid, type, index);
+    }
+    uint16_t GetPid(EsType_e type) override {
+        return Query([=](const State& s) { return PidIn(s, type, 0); }, "GetPid", type);
+    }
     uint16_t GetPid(EsType_e type, uint16_t index) override {
-        return Query(ReadPid(type, index), "GetPid", type, index);
+        return Query([=](const State& s) { return PidIn(s, type, index); }, "GetPid", type, index);
     }
 
     bool SetServiceName(std::string name) override { return Store("SetServiceName", &State::serviceName, name); }
@@ -83,6 +74,12 @@ public:
 
     bool Start() override { return Call("Start"); }
     bool Stop() override { return Call("Stop"); }
+
+private:
+    static uint16_t PidIn(const State& s, EsType_e type, uint16_t index) {
+        auto it = s.pids.find({type, index});
+        return it == s.pids.end() ? 0 : it->second;
+    }
 };
 
 }  // namespace stbav_test
