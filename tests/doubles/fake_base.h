@@ -45,14 +45,10 @@ public:
         return m_State;
     }
     // Makes operation `op` (e.g. "SetFormat", both overloads) report failure:
-    // false for bool results, -1 for int results; getters that cannot fail keep answering.
-    void FailOn(const std::string& op, bool fail = true) {
+    // false for bool results, -1 for int results, zero (none, unknown) for getters.
+    void FailOn(const std::string& op) {
         std::lock_guard<std::mutex> lock(m_Mutex);
-        if (fail) {
-            m_Failing.insert(op);
-        } else {
-            m_Failing.erase(op);
-        }
+        m_Failing.insert(op);
     }
 
 protected:
