@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <memory>
 #include <string>
 #include <thread>
 #include <vector>
@@ -16,7 +15,6 @@
 namespace {
 
 using Calls = std::vector<std::string>;
-using stbav_test::FakeDecoderSet;
 
 constexpr uint32_t k1080p50 = 0x630D0000u;    // 1920x1080p 16x9 50.00fps
 constexpr uint32_t k2160p60 = 0x83110000u;    // 3840x2160p 16x9 60.00fps
@@ -37,7 +35,7 @@ struct DecodedFormat {
 
 // A fresh manager over a fresh set of doubles.
 struct Rig {
-    FakeDecoderSet d;
+    stbav_test::FakeDecoderSet d;
     OutputManager om{d.videoDecoder, d.videoOutput, d.audioOutput, d.chip, d.closedCaption, d.demux};
 
     void Decoder(const DecodedFormat& f) {
@@ -107,15 +105,14 @@ TEST(OutputManagerVideo, AppliesTheFormatForEachInterfaceAndMode) {
     for (const auto& c : kVideoCases) {
         SCOPED_TRACE(c.why);
         Rig rig;
-        OutputManager& om = rig.om;
         rig.Decoder(c.decoded);
-        ASSERT_TRUE(om.SetVideoOutputInterface(0, static_cast<VideoOutputInterface_e>(c.iface)));
-        if (c.hdMode != 0) om.SetVideoFormatMode(0, static_cast<FormatMode_e>(c.hdMode));
-        if (c.hdCode != 0) om.SetVideoFormat(0, c.hdCode);
-        if (c.cvbsMode != 0) om.SetVideoFormatModeCvbs(0, static_cast<FormatMode_e>(c.cvbsMode));
-        if (c.cvbsCode != 0) om.SetVideoFormatCvbs(0, c.cvbsCode);
-        if (c.std525 != 0) om.SetComposite525Std(0, static_cast<Composite525_e>(c.std525));
-        if (c.std625 != 0) om.SetComposite625Std(0, static_cast<Composite625_e>(c.std625));
+        ASSERT_TRUE(rig.om.SetVideoOutputInterface(0, static_cast<VideoOutputInterface_e>(c.iface)));
+        if (c.hdMode != 0) rig.om.SetVideoFormatMode(0, static_cast<FormatMode_e>(c.hdMode));
+        if (c.hdCode != 0) rig.om.SetVideoFormat(0, c.hdCode);
+        if (c.cvbsMode != 0) rig.om.SetVideoFormatModeCvbs(0, static_cast<FormatMode_e>(c.cvbsMode));
+        if (c.cvbsCode != 0) rig.om.SetVideoFormatCvbs(0, c.cvbsCode);
+        if (c.std525 != 0) rig.om.SetComposite525Std(0, static_cast<Composite525_e>(c.std525));
+        if (c.std625 != 0) rig.om.SetComposite625Std(0, static_cast<Composite625_e>(c.std625));
         Calls calls;
         if (c.asksDecoder) calls.push_back("IVideoDecoder::GetFormat()");
         if (c.format != nullptr) calls.push_back(std::string("IVideoOutput::SetFormat(") + c.format + ")");
@@ -177,14 +174,13 @@ TEST(OutputManagerAudioAndCaptions, AppliesWhatWasSet) {
     for (const auto& c : kAudioAndCaptionCases) {
         SCOPED_TRACE(c.why);
         Rig rig;
-        OutputManager& om = rig.om;
-        if (c.audioState != kUnset) om.SetAnalogAudioState(0, static_cast<AnalogAudio_e>(c.audioState));
-        if (c.gain != kUnset) om.SetAnalogAudioLevelGain(0, c.gain);
-        if (c.ccType != 0) om.SetOverlayCcType(static_cast<OverlayCcType_e>(c.ccType));
-        if (c.ntsc != 0) om.SetOverlayNtscCcDataType(static_cast<OverlayNtscCcType_e>(c.ntsc));
-        if (c.dtv != 0) om.SetOverlayDtvCcDataType(static_cast<OverlayDtvCcType_e>(c.dtv));
-        if (c.overlay != 0) om.SetOverlayCcState(static_cast<Enable_e>(c.overlay));
-        if (c.line21 != 0) om.SetCompositeLine21Cc(static_cast<Enable_e>(c.line21));
+        if (c.audioState != kUnset) rig.om.SetAnalogAudioState(0, static_cast<AnalogAudio_e>(c.audioState));
+        if (c.gain != kUnset) rig.om.SetAnalogAudioLevelGain(0, c.gain);
+        if (c.ccType != 0) rig.om.SetOverlayCcType(static_cast<OverlayCcType_e>(c.ccType));
+        if (c.ntsc != 0) rig.om.SetOverlayNtscCcDataType(static_cast<OverlayNtscCcType_e>(c.ntsc));
+        if (c.dtv != 0) rig.om.SetOverlayDtvCcDataType(static_cast<OverlayDtvCcType_e>(c.dtv));
+        if (c.overlay != 0) rig.om.SetOverlayCcState(static_cast<Enable_e>(c.overlay));
+        if (c.line21 != 0) rig.om.SetCompositeLine21Cc(static_cast<Enable_e>(c.line21));
         bool result = false;
         EXPECT_EQ(rig.Pass(&result), c.calls);
         EXPECT_TRUE(result);

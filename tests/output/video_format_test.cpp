@@ -28,7 +28,7 @@ const CodeCase kCodes[] = {
     {VFB::Resolution_e(6), 0, 0, 0, 0x00180000u, 0, 0, "(n/a)i (n/a) (n/a)fps"},
 };
 
-TEST(UhdVidFormat, PacksAndUnpacksKnownCodes) {
+TEST(UhdVidFormat, PacksMasksAndUnpacksCodes) {
     for (const auto& c : kCodes) {
         SCOPED_TRACE(c.text);
         UhdVidFormat built(c.resolution, static_cast<VFB::ScanType_e>(c.scan), static_cast<VFB::AspectRatio_e>(c.aspect),
@@ -48,9 +48,7 @@ TEST(UhdVidFormat, PacksAndUnpacksKnownCodes) {
         EXPECT_EQ(read.GetFrameRate(), c.rate);
         EXPECT_EQ(read.GetFormatString(), c.text);
     }
-}
-
-TEST(UhdVidFormat, MasksFieldsToTheirWidth) {
+    // Every field is masked to its width: the first row again.
     UhdVidFormat masked(static_cast<VFB::Resolution_e>((1u << 22) | 3u), static_cast<VFB::ScanType_e>(5),
                         static_cast<VFB::AspectRatio_e>(0x13), static_cast<VFB::FrameRate_e>(0x16));
     EXPECT_EQ(masked.GetId(), 0x630D0000u);
