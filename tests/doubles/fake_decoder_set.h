@@ -79,10 +79,6 @@ public:
 };
 
 struct FakeDecoderSet {
-    FakeDecoderSet()
-        : audioDecoder(KT::MakeShared<FakeAudioDecoder>(log)),
-          audioDecoders{KT::CSharedPtr<IAudioDecoder>(audioDecoder)} {}
-
     FakeAudioDecoder& AddAudioDecoder() {
         auto d = KT::MakeShared<FakeAudioDecoder>(log, "IAudioDecoder#" + std::to_string(audioDecoders.size()));
         audioDecoders.push_back(KT::CSharedPtr<IAudioDecoder>(d));
@@ -93,8 +89,8 @@ struct FakeDecoderSet {
     FakeDecoderChip chip{log};
     FakeDemux demux{log};
     FakeVideoDecoder videoDecoder{log};
-    KT::CSharedPtr<FakeAudioDecoder> audioDecoder;
-    std::vector<KT::CSharedPtr<IAudioDecoder>> audioDecoders;
+    KT::CSharedPtr<FakeAudioDecoder> audioDecoder = KT::MakeShared<FakeAudioDecoder>(log);
+    std::vector<KT::CSharedPtr<IAudioDecoder>> audioDecoders{KT::CSharedPtr<IAudioDecoder>(audioDecoder)};
     FakeVideoOutput videoOutput{log};
     FakeAudioOutput audioOutput{log};
     FakeClosedCaption closedCaption{log};

@@ -19,8 +19,6 @@ using Calls = std::vector<std::string>;
 constexpr uint32_t k1080p50 = 0x630D0000u;    // 1920x1080p 16x9 50.00fps
 constexpr uint32_t k2160p60 = 0x83110000u;    // 3840x2160p 16x9 60.00fps
 constexpr uint32_t k576i25 = 0x33040000u;     // 720x576i 16x9 25.00fps
-constexpr uint32_t k1080psf25 = 0x330E0000u;  // 1920x1080psF 16x9 25.00fps
-constexpr uint32_t kNoResolution = 0x00180000u;
 
 // What a forced pass on untouched settings does: automatic mode with a silent
 // decoder sets no format; audio muted at 0 dB; captions off.
@@ -80,8 +78,8 @@ const VideoCase kVideoCases[] = {
     {"HD manual 1080p50 does not ask the decoder", 1, 2, k1080p50, 0, 0, 0, 0,
      false, "1920,1080,2,6,1,2,1", {720, 576, 1, 3, 1}},
     {"HD manual 2160p60", 1, 2, k2160p60, 0, 0, 0, 0, false, "3840,2160,2,8,1,2,1"},
-    {"HD manual psF is scaled as progressive", 1, 2, k1080psf25, 0, 0, 0, 0, false, "1920,1080,2,3,1,2,1"},
-    {"HD manual code without a resolution falls back to 480i", 1, 2, kNoResolution, 0, 0, 0, 0,
+    {"HD manual 1080psF25 is scaled as progressive", 1, 2, 0x330E0000u, 0, 0, 0, 0, false, "1920,1080,2,3,1,2,1"},
+    {"HD manual code without a resolution falls back to 480i", 1, 2, 0x00180000u, 0, 0, 0, 0,
      false, "720,480,1,4,1,4,1"},
     {"HD interface ignores the composite settings", 1, 2, k2160p60, 2, k576i25, 0, 0, false, "3840,2160,2,8,1,2,1"},
     {"composite manual 1080p50 becomes 480i, NTSC-J by default", 2, 0, 0, 2, k1080p50, 0, 0,
