@@ -9,22 +9,34 @@
 #include <mutex>
 #include <string>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace stbav_test {
 
 class CallLog {
 public:
-    void Record(std::string call);
-
+    void Record(std::string call) {
+        std::lock_guard<std::mutex> lock(m_Mutex);
+        m_Calls.push_back(std::move(call));
+    }
     // Every call so far, oldest first.
-    std::vector<std::string> Calls() const;
+    std::vector<std::string> Calls() const { return CallsWithPrefix(""); }
     // The calls that start with prefix, e.g. "IVideoOutput::" or "IAudioOutput::SetMute".
-    std::vector<std::string> CallsWithPrefix(const std::string& prefix) const;
+    std::vector<std::string> CallsWithPrefix(const std::string& prefix) const {
+        std::lock_guard<std::mutex> lock(m_Mutex);
+        std::vector<std::string> out;
+        for (const auto& c : m_Calls) {
+            if (c.compare(0, prefix.size(), prefix) == 0) out.push_back(c);
+        }
+        return out;
+    }
     // Number of calls that start with prefix.
-    size_t Count(const std::string& prefix) const;
-    size_t Size() const;
-    void Clear();
+    size_t Count(const std::string& prefix) const { return CallsWithPrefix(prefix).size(); }
+    void Clear() {
+        std::lock_guard<std::mutex> lock(m_Mutex);
+        m_Calls.clear();
+    }
 
 private:
     mutable std::mutex m_Mutex;
@@ -34,15 +46,12 @@ private:
 // Argument rendering used by the fakes.
 inline std::string RenderArg(bool v) { return v ? "true" : "false"; }
 inline std::string RenderArg(const std::string& v) { return "\"" + v + "\""; }
-inline std::string RenderArg(const char* v) { return RenderArg(std::string(v)); }
 template <typename T>
 std::enable_if_t<std::is_integral_v<T> || std::is_enum_v<T>, std::string> RenderArg(T v) {
     if constexpr (std::is_enum_v<T>) {
         return RenderArg(static_cast<std::underlying_type_t<T>>(v));
-    } else if constexpr (std::is_signed_v<T>) {
-        return std::to_string(static_cast<long long>(v));
     } else {
-        return std::to_string(static_cast<unsigned long long>(v));
+        return std::to_string(v);
     }
 }
 

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 
 #include "platform/i_audio_decoder.h"
 #include "platform/i_decoder_control.h"
@@ -22,11 +23,8 @@ struct FakeAudioDecoderState {
     uint32_t samplingRate = 0;
     int8_t dialNorm = 0;
     uint32_t frameCount = 0;
-    int audioMode = 0;
     uint64_t pts = 0;
     uint32_t syncStatus = 0;
-    int subscriberCount = 0;
-    bool started = false;
 };
 
 class FakeAudioDecoder : public IAudioDecoder,
@@ -38,34 +36,25 @@ public:
 
     explicit FakeAudioDecoder(CallLog& log, std::string name = "IAudioDecoder") : FakeBase(log, std::move(name)) {}
 
+    // Fails when the codec is the one already set.
     bool SetCodec(AudioType_e codec) override {
-        std::lock_guard<std::mutex> lock(m_Mutex);
-        if (RecordLocked("SetCodec", codec) || codec == m_State.codec) return false;
-        m_State.codec = codec;
-        return true;
+        return Apply([&](State& s) { return std::exchange(s.codec, codec) != codec; }, "SetCodec", codec);
     }
-    AudioTypeStatus_e GetCodec() override { return Report("GetCodec", &State::reportedCodec, AUDIO_TYPE_STATUS_NONE); }
-    AudioChannelCoding_e GetCodingMode() override {
-        return Report("GetCodingMode", &State::codingMode, AUDIO_CHANNEL_CODING_UNKNOWN);
-    }
-    uint32_t GetBitRate() override { return Report("GetBitRate", &State::bitRate, 0u); }
-    uint32_t GetBitsPerSample() override { return Report("GetBitsPerSample", &State::bitsPerSample, 0u); }
-    uint32_t GetSamplingRate() override { return Report("GetSamplingRate", &State::samplingRate, 0u); }
-    int8_t GetDialNorm() override { return Report("GetDialNorm", &State::dialNorm, int8_t{0}); }
-    uint32_t GetFrameCount() override { return Report("GetFrameCount", &State::frameCount, 0u); }
-    int SetAudioMode(int mode) override {
-        std::lock_guard<std::mutex> lock(m_Mutex);
-        if (RecordLocked("SetAudioMode", mode)) return -1;
-        m_State.audioMode = mode;
-        return 0;
-    }
-    uint64_t GetPts() override { return Report("GetPts", &State::pts, uint64_t{0}); }
-    uint32_t GetSyncStatus() override { return Report("GetSyncStatus", &State::syncStatus, 0u); }
+    AudioTypeStatus_e GetCodec() override { return Report("GetCodec", &State::reportedCodec); }
+    AudioChannelCoding_e GetCodingMode() override { return Report("GetCodingMode", &State::codingMode); }
+    uint32_t GetBitRate() override { return Report("GetBitRate", &State::bitRate); }
+    uint32_t GetBitsPerSample() override { return Report("GetBitsPerSample", &State::bitsPerSample); }
+    uint32_t GetSamplingRate() override { return Report("GetSamplingRate", &State::samplingRate); }
+    int8_t GetDialNorm() override { return Report("GetDialNorm", &State::dialNorm); }
+    uint32_t GetFrameCount() override { return Report("GetFrameCount", &State::frameCount); }
+    int SetAudioMode(int mode) override { return Call("SetAudioMode", mode) ? 0 : -1; }
+    uint64_t GetPts() override { return Report("GetPts", &State::pts); }
+    uint32_t GetSyncStatus() override { return Report("GetSyncStatus", &State::syncStatus); }
 
-    bool Subscribe(const DecoderEventHandler&) override { return Subscribers("Subscribe", +1); }
-    bool Unsubscribe(const DecoderEventHandler&) override { return Subscribers("Unsubscribe", -1); }
-    bool Start() override { return SetFlag("Start", &State::started, true); }
-    bool Stop() override { return SetFlag("Stop", &State::started, false); }
+    bool Subscribe(const DecoderEventHandler&) override { return Call("Subscribe"); }
+    bool Unsubscribe(const DecoderEventHandler&) override { return Call("Unsubscribe"); }
+    bool Start() override { return Call("Start"); }
+    bool Stop() override { return Call("Stop"); }
 };
 
 }  // namespace stbav_test

@@ -9,11 +9,25 @@
 #include <mutex>
 #include <set>
 #include <string>
+#include <tuple>
 #include <utility>
 
+#include "platform/decoder_types.h"
 #include "tests/doubles/call_log.h"
 
 namespace stbav_test {
+
+// The State of a fake that keeps nothing but its calls.
+struct NoState {};
+
+// What GetFormat of the video doubles reports: the first part of their State.
+struct VideoFormatState {
+    uint32_t width = 0;
+    uint32_t height = 0;
+    VideoScanType_e scanType = VIDEO_SCAN_TYPE_UNKNOWN;
+    VideoFrameRate_e frameRate = VIDEO_FRAME_RATE_UNKNOWN;
+    VideoAspectRatio_e aspectRatio = VIDEO_ASPECT_RATIO_UNKNOWN;
+};
 
 template <typename State>
 class FakeBase {
@@ -31,71 +45,59 @@ public:
         return m_State;
     }
     // Makes operation `op` (e.g. "SetFormat", both overloads) report failure:
-    // false for bool results, -1 for int results; getters that cannot fail keep answering.
-    void FailOn(const std::string& op, bool fail = true) {
+    // false for bool results, -1 for int results, zero (none, unknown) for getters.
+    void FailOn(const std::string& op) {
         std::lock_guard<std::mutex> lock(m_Mutex);
-        if (fail) {
-            m_Failing.insert(op);
-        } else {
-            m_Failing.erase(op);
-        }
+        m_Failing.insert(op);
     }
-    const std::string& Name() const { return m_Name; }
 
 protected:
-    // Records the call and tells whether it is to fail. Caller holds m_Mutex.
-    template <typename... Args>
-    bool RecordLocked(const char* op, const Args&... args) {
-        m_Log.Record(RenderCall(m_Name, op, args...));
-        return m_Failing.count(op) != 0;
-    }
-
-    // A getter: records op and reports the field, or onFailure when op is told to fail.
-    template <typename T>
-    T Report(const char* op, T State::*field, T onFailure) {
+    // Records op(args...); unless op is told to fail, runs change on the state
+    // under the lock and reports what it returns (false: the call failed).
+    template <typename Change, typename... Args>
+    bool Apply(const Change& change, const char* op, const Args&... args) {
         std::lock_guard<std::mutex> lock(m_Mutex);
-        return RecordLocked(op) ? onFailure : m_State.*field;
+        m_Log.Record(RenderCall(m_Name, op, args...));
+        return m_Failing.count(op) == 0 && change(m_State);
+    }
+    // An operation that only records: succeeds unless op is told to fail.
+    template <typename... Args>
+    bool Call(const char* op, const Args&... args) {
+        return Apply([](State&) { return true; }, op, args...);
     }
     // A setter: records op(value) and stores the value unless op is told to fail.
     template <typename T>
     bool Store(const char* op, T State::*field, T value) {
-        std::lock_guard<std::mutex> lock(m_Mutex);
-        if (RecordLocked(op, value)) return false;
-        m_State.*field = value;
-        return true;
+        return Apply([&](State& s) { return (s.*field = value, true); }, op, value);
     }
-    // An operation without arguments that sets a flag (Start, Stop ...).
-    bool SetFlag(const char* op, bool State::*field, bool value) {
-        std::lock_guard<std::mutex> lock(m_Mutex);
-        if (RecordLocked(op)) return false;
-        m_State.*field = value;
-        return true;
+    // A getter: records op(args...) and reports read(state), or zero (none, unknown) when op is told to fail.
+    template <typename Read, typename... Args>
+    auto Query(const Read& read, const char* op, const Args&... args) {
+        decltype(read(m_State)) out{};
+        Apply([&](State& s) { return (out = read(s), true); }, op, args...);
+        return out;
     }
-
-    // Subscribe (+1) or Unsubscribe (-1): records op and counts the subscribers.
-    bool Subscribers(const char* op, int delta) {
-        std::lock_guard<std::mutex> lock(m_Mutex);
-        if (RecordLocked(op)) return false;
-        m_State.subscriberCount += delta;
-        return true;
+    // A getter of one field, answering onFailure when op is told to fail.
+    template <typename T, typename Part>
+    T Report(const char* op, T Part::*field, T onFailure = T{}) {
+        T out = onFailure;
+        Apply([&](State& s) { return (out = s.*field, true); }, op);
+        return out;
     }
     // GetFormat of the video doubles: records it and reports the stored format.
-    template <typename Scan, typename Rate, typename Aspect>
-    bool ReportFormat(uint32_t& width, uint32_t& height, Scan& scanType, Rate& frameRate, Aspect& aspectRatio) {
-        std::lock_guard<std::mutex> lock(m_Mutex);
-        if (RecordLocked("GetFormat")) return false;
-        width = m_State.width;
-        height = m_State.height;
-        scanType = m_State.scanType;
-        frameRate = m_State.frameRate;
-        aspectRatio = m_State.aspectRatio;
-        return true;
+    bool ReportFormat(uint32_t& width, uint32_t& height, VideoScanType_e& scanType, VideoFrameRate_e& frameRate,
+                      VideoAspectRatio_e& aspectRatio) {
+        auto read = [&](const VideoFormatState& f) {
+            std::tie(width, height, scanType, frameRate, aspectRatio) =
+                std::tie(f.width, f.height, f.scanType, f.frameRate, f.aspectRatio);
+            return true;
+        };
+        return Apply(read, "GetFormat");
     }
 
+private:
     mutable std::mutex m_Mutex;
     State m_State{};  // guarded by m_Mutex
-
-private:
     CallLog& m_Log;
     const std::string m_Name;
     std::set<std::string> m_Failing;  // guarded by m_Mutex

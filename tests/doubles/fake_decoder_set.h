@@ -2,7 +2,10 @@
 // to the same CallLog, ready to be handed to the control, status and output
 // logic in place of the platform adapters. Owned by the test; the log outlives
 // the fakes. audioDecoders holds the first audio decoder; AddAudioDecoder adds
-// more (named "IAudioDecoder#1", "#2" ... in the log).
+// more (named "IAudioDecoder#1", "#2" ... in the log). The small doubles live
+// here too: FakeDecoderChip (counts Initialize), FakeAudioOutput and
+// FakeClosedCaption (which remembers the SetOverlayCc overload called last, as
+// both render alike in the log). Any thread.
 //
 //   FakeDecoderSet d;
 //   OutputManager om(d.videoDecoder, d.videoOutput, d.audioOutput, d.chip, d.closedCaption, d.demux);
@@ -12,13 +15,15 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "platform/i_audio_output.h"
+#include "platform/i_closed_caption.h"
+#include "platform/i_decoder_chip.h"
 #include "tests/doubles/call_log.h"
 #include "tests/doubles/fake_audio_decoder.h"
-#include "tests/doubles/fake_audio_output.h"
-#include "tests/doubles/fake_closed_caption.h"
-#include "tests/doubles/fake_decoder_chip.h"
+#include "tests/doubles/fake_base.h"
 #include "tests/doubles/fake_demux.h"
 #include "tests/doubles/fake_video_decoder.h"
 #include "tests/doubles/fake_video_output.h"
@@ -26,11 +31,54 @@
 
 namespace stbav_test {
 
-struct FakeDecoderSet {
-    FakeDecoderSet()
-        : audioDecoder(KT::MakeShared<FakeAudioDecoder>(log)),
-          audioDecoders{KT::CSharedPtr<IAudioDecoder>(audioDecoder)} {}
+struct FakeDecoderChipState {
+    int initializeCount = 0;  // the Initialize calls not told to fail
+};
 
+class FakeDecoderChip : public IDecoderChip, public FakeBase<FakeDecoderChipState> {
+public:
+    explicit FakeDecoderChip(CallLog& log, std::string name = "IDecoderChip") : FakeBase(log, std::move(name)) {}
+
+    bool Initialize() override { return Apply([](auto& s) { return ++s.initializeCount > 0; }, "Initialize"); }
+    bool Reset() override { return Call("Reset"); }
+    bool CommitConfig() override { return Call("CommitConfig"); }
+    bool Upgrade() override { return Call("Upgrade"); }
+};
+
+class FakeAudioOutput : public IAudioOutput, public FakeBase<NoState> {
+public:
+    explicit FakeAudioOutput(CallLog& log, std::string name = "IAudioOutput") : FakeBase(log, std::move(name)) {}
+
+    int SetVolume(_AOUT_DEVICE_TYPE_E device, bool linear, int value) override {
+        return Call("SetVolume", device, linear, value) ? 0 : -1;
+    }
+    bool SetAnalogVolume(int dB) override { return Call("SetAnalogVolume", dB); }
+    bool SetMute(bool mute) override { return Call("SetMute", mute); }
+};
+
+struct FakeClosedCaptionState {
+    enum Overload { NONE, NTSC, DTV };
+    Overload lastOverload = NONE;
+};
+
+class FakeClosedCaption : public IClosedCaption, public FakeBase<FakeClosedCaptionState> {
+public:
+    using State = FakeClosedCaptionState;
+    explicit FakeClosedCaption(CallLog& log, std::string name = "IClosedCaption") : FakeBase(log, std::move(name)) {}
+
+    int Initialize() override { return Call("Initialize") ? 0 : -1; }
+    int Deinitialize() override { return Call("Deinitialize") ? 0 : -1; }
+    bool SetVbiLine21CcState(bool on) override { return Call("SetVbiLine21CcState", on); }
+    bool SetOverlayCc(OverlayCcType_e type, OverlayNtscCcType_e dataType) override {
+        return Apply([](State& s) { return (s.lastOverload = State::NTSC, true); }, "SetOverlayCc", type, dataType);
+    }
+    bool SetOverlayCc(OverlayCcType_e type, OverlayDtvCcType_e dataType) override {
+        return Apply([](State& s) { return (s.lastOverload = State::DTV, true); }, "SetOverlayCc", type, dataType);
+    }
+    bool SetOverlayCcState(bool on) override { return Call("SetOverlayCcState", on); }
+};
+
+struct FakeDecoderSet {
     FakeAudioDecoder& AddAudioDecoder() {
         auto d = KT::MakeShared<FakeAudioDecoder>(log, "IAudioDecoder#" + std::to_string(audioDecoders.size()));
         audioDecoders.push_back(KT::CSharedPtr<IAudioDecoder>(d));
@@ -41,8 +89,8 @@ struct FakeDecoderSet {
     FakeDecoderChip chip{log};
     FakeDemux demux{log};
     FakeVideoDecoder videoDecoder{log};
-    KT::CSharedPtr<FakeAudioDecoder> audioDecoder;
-    std::vector<KT::CSharedPtr<IAudioDecoder>> audioDecoders;
+    KT::CSharedPtr<FakeAudioDecoder> audioDecoder = KT::MakeShared<FakeAudioDecoder>(log);
+    std::vector<KT::CSharedPtr<IAudioDecoder>> audioDecoders{KT::CSharedPtr<IAudioDecoder>(audioDecoder)};
     FakeVideoOutput videoOutput{log};
     FakeAudioOutput audioOutput{log};
     FakeClosedCaption closedCaption{log};

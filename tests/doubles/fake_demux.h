@@ -1,7 +1,7 @@
-// FakeDemux: recording double of IDemux and IDecoderControl. Stores what it is
-// given (PIDs per stream type and index, service name and id, codec types) and
-// reports it back; RaiseEvent calls the subscribed handlers on the caller's
-// thread. Any thread.
+// FakeDemux: recording double of IDemux and IDecoderControl. Stores the PIDs
+// per stream type and index, the service name and id it is given and reports
+// them back; RaiseEvent calls the subscribed handlers on the caller's thread.
+// Any thread.
 #pragma once
 
 #include <map>
@@ -19,17 +19,12 @@ struct FakeDemuxState {
     std::map<std::pair<EsType_e, uint16_t>, uint16_t> pids;  // (type, index) -> PID; GetPid answers 0 if absent
     std::string serviceName;
     uint16_t serviceId = 0;
-    VideoType_e videoCodec = VIDEO_TYPE_NONE;
-    AudioType_e audioCodec = AUDIO_TYPE_NONE;
-    int clearCount = 0;
-    bool started = false;
-    std::vector<DecoderEvents_e> raisedEvents;
+    std::vector<IDemux::EventHandler> handlers;
 };
 
 class FakeDemux : public IDemux, public IDecoderControl, public FakeBase<FakeDemuxState> {
 public:
     using State = FakeDemuxState;
-
     explicit FakeDemux(CallLog& log, std::string name = "IDemux") : FakeBase(log, std::move(name)) {}
 
     // Test helper: the PID GetPid reports for (type, index), without recording a call.
@@ -37,83 +32,54 @@ public:
         Configure([&](FakeDemuxState& s) { s.pids[{type, index}] = pid; });
     }
 
-    bool SetPid(uint16_t pid, EsType_e type) override { return StorePid("SetPid", pid, type, 0, false); }
+    bool SetPid(uint16_t pid, EsType_e type) override {
+        return Apply([=](State& s) { return (s.pids[{type, 0}] = pid, true); }, "SetPid", pid, type);
+    }
     bool SetPid(uint16_t pid, EsType_e type, uint16_t index) override {
-        return StorePid("SetPid", pid, type, index, true);
+        return Apply([=](State& s) { return (s.pids[{type, index}] = pid, true); }, "SetPid", pid, type, index);
     }
-    uint16_t GetPid(EsType_e type) override { return ReadPid(type, 0, false); }
-    uint16_t GetPid(EsType_e type, uint16_t index) override { return ReadPid(type, index, true); }
+    uint16_t GetPid(EsType_e type) override {
+        return Query([=](const State& s) { return PidIn(s, type, 0); }, "GetPid", type);
+    }
+    uint16_t GetPid(EsType_e type, uint16_t index) override {
+        return Query([=](const State& s) { return PidIn(s, type, index); }, "GetPid", type, index);
+    }
 
-    bool SetServiceName(std::string name) override {
-        std::lock_guard<std::mutex> lock(m_Mutex);
-        if (RecordLocked("SetServiceName", name)) return false;
-        m_State.serviceName = std::move(name);
-        return true;
-    }
+    bool SetServiceName(std::string name) override { return Store("SetServiceName", &State::serviceName, name); }
     std::string GetServiceName() override {
-        std::lock_guard<std::mutex> lock(m_Mutex);
-        return RecordLocked("GetServiceName") ? std::string("Undefined") : m_State.serviceName;
+        return Report("GetServiceName", &State::serviceName, std::string("Undefined"));
     }
     bool SetServiceId(uint16_t id) override { return Store("SetServiceId", &State::serviceId, id); }
-    uint16_t GetServiceId() override {
-        std::lock_guard<std::mutex> lock(m_Mutex);
-        return RecordLocked("GetServiceId") ? 0 : m_State.serviceId;
-    }
-    bool SetServiceVideoCodecType(VideoType_e type) override {
-        return Store("SetServiceVideoCodecType", &State::videoCodec, type);
-    }
-    bool SetServiceAudioCodecType(AudioType_e type) override {
-        return Store("SetServiceAudioCodecType", &State::audioCodec, type);
-    }
-    bool ClearBuffer() override {
-        std::lock_guard<std::mutex> lock(m_Mutex);
-        ++m_State.clearCount;
-        return !RecordLocked("ClearBuffer");
-    }
+    uint16_t GetServiceId() override { return Report("GetServiceId", &State::serviceId); }
+    bool SetServiceVideoCodecType(VideoType_e type) override { return Call("SetServiceVideoCodecType", type); }
+    bool SetServiceAudioCodecType(AudioType_e type) override { return Call("SetServiceAudioCodecType", type); }
+    bool ClearBuffer() override { return Call("ClearBuffer"); }
     bool Subscribe(const EventHandler& handler) override {
-        std::lock_guard<std::mutex> lock(m_Mutex);
-        if (RecordLocked("Subscribe")) return false;
-        m_Handlers.push_back(handler);
-        return true;
+        return Apply([&](State& s) { return (s.handlers.push_back(handler), true); }, "Subscribe");
     }
     bool RaiseEvent(DecoderEvents_e event) override {
         std::vector<EventHandler> handlers;
-        {
-            std::lock_guard<std::mutex> lock(m_Mutex);
-            if (RecordLocked("RaiseEvent", event)) return false;
-            m_State.raisedEvents.push_back(event);
-            handlers = m_Handlers;
-        }
+        if (!Apply([&](State& s) { return (handlers = s.handlers, true); }, "RaiseEvent", event)) return false;
         for (const auto& h : handlers) h(event);
         return true;
     }
+    // Handlers cannot be compared; the fake drops the oldest one.
     bool Unsubscribe(const EventHandler&) override {
-        std::lock_guard<std::mutex> lock(m_Mutex);
-        if (RecordLocked("Unsubscribe")) return false;
-        // Handlers cannot be compared; the fake drops the oldest one.
-        if (!m_Handlers.empty()) m_Handlers.erase(m_Handlers.begin());
-        return true;
+        auto dropOldest = [](State& s) {
+            if (!s.handlers.empty()) s.handlers.erase(s.handlers.begin());
+            return true;
+        };
+        return Apply(dropOldest, "Unsubscribe");
     }
 
-    bool Start() override { return SetFlag("Start", &State::started, true); }
-    bool Stop() override { return SetFlag("Stop", &State::started, false); }
+    bool Start() override { return Call("Start"); }
+    bool Stop() override { return Call("Stop"); }
 
 private:
-    bool StorePid(const char* op, uint16_t pid, EsType_e type, uint16_t index, bool withIndex) {
-        std::lock_guard<std::mutex> lock(m_Mutex);
-        bool fail = withIndex ? RecordLocked(op, pid, type, index) : RecordLocked(op, pid, type);
-        if (fail) return false;
-        m_State.pids[{type, index}] = pid;
-        return true;
+    static uint16_t PidIn(const State& s, EsType_e type, uint16_t index) {
+        auto it = s.pids.find({type, index});
+        return it == s.pids.end() ? 0 : it->second;
     }
-    uint16_t ReadPid(EsType_e type, uint16_t index, bool withIndex) {
-        std::lock_guard<std::mutex> lock(m_Mutex);
-        bool fail = withIndex ? RecordLocked("GetPid", type, index) : RecordLocked("GetPid", type);
-        auto it = m_State.pids.find({type, index});
-        return (fail || it == m_State.pids.end()) ? 0 : it->second;
-    }
-
-    std::vector<EventHandler> m_Handlers;  // guarded by m_Mutex
 };
 
 }  // namespace stbav_test

@@ -6,6 +6,7 @@
 
 #include <map>
 #include <string>
+#include <utility>
 
 #include "platform/i_decoder_control.h"
 #include "platform/i_video_decoder.h"
@@ -13,13 +14,8 @@
 
 namespace stbav_test {
 
-struct FakeVideoDecoderState {
+struct FakeVideoDecoderState : VideoFormatState {
     VideoType_e codec = VIDEO_TYPE_NONE;
-    uint32_t width = 0;
-    uint32_t height = 0;
-    VideoScanType_e scanType = VIDEO_SCAN_TYPE_UNKNOWN;
-    VideoFrameRate_e frameRate = VIDEO_FRAME_RATE_UNKNOWN;
-    VideoAspectRatio_e aspectRatio = VIDEO_ASPECT_RATIO_UNKNOWN;
     VideoChromaFormat_e chromaFormat = VIDEO_CHROMA_FORMAT_UNKNOWN;
     VideoProfile_e profile = VIDEO_PROFILE_UNKNOWN;
     VideoLevel_e level = VIDEO_LEVEL_UNKNOWN;
@@ -29,7 +25,6 @@ struct FakeVideoDecoderState {
     uint32_t frameCount = 0;
     uint32_t decodeFailureReason = 0;
     uint32_t syncStatus = 0;
-    bool started = false;
 };
 
 class FakeVideoDecoder : public IVideoDecoder, public IDecoderControl, public FakeBase<FakeVideoDecoderState> {
@@ -41,54 +36,38 @@ public:
     // Test helper: the format GetFormat reports.
     void SetReportedFormat(uint32_t width, uint32_t height, VideoScanType_e scan, VideoFrameRate_e rate,
                            VideoAspectRatio_e aspect) {
-        Configure([=](FakeVideoDecoderState& s) {
-            s.width = width;
-            s.height = height;
-            s.scanType = scan;
-            s.frameRate = rate;
-            s.aspectRatio = aspect;
-        });
+        Configure([=](VideoFormatState& s) { s = {width, height, scan, rate, aspect}; });
     }
 
+    // Fails when the codec is the one already set.
     bool SetCodec(VideoType_e codec) override {
-        std::lock_guard<std::mutex> lock(m_Mutex);
-        if (RecordLocked("SetCodec", codec) || codec == m_State.codec) return false;
-        m_State.codec = codec;
-        return true;
+        return Apply([&](State& s) { return std::exchange(s.codec, codec) != codec; }, "SetCodec", codec);
     }
-    VideoType_e GetCodec() override { return Report("GetCodec", &State::codec, VIDEO_TYPE_NONE); }
+    VideoType_e GetCodec() override { return Report("GetCodec", &State::codec); }
     bool GetFormat(uint32_t& width, uint32_t& height, VideoScanType_e& scanType, VideoFrameRate_e& frameRate,
                    VideoAspectRatio_e& aspectRatio) override {
         return ReportFormat(width, height, scanType, frameRate, aspectRatio);
     }
-    VideoChromaFormat_e GetChromaFormat() override {
-        return Report("GetChromaFormat", &State::chromaFormat, VIDEO_CHROMA_FORMAT_UNKNOWN);
-    }
-    VideoScanType_e GetVideoScanType() override {
-        return Report("GetVideoScanType", &State::scanType, VIDEO_SCAN_TYPE_UNKNOWN);
-    }
-    VideoAspectRatio_e GetVideoAspectRatio() override {
-        return Report("GetVideoAspectRatio", &State::aspectRatio, VIDEO_ASPECT_RATIO_UNKNOWN);
-    }
-    VideoProfile_e GetProfile() override { return Report("GetProfile", &State::profile, VIDEO_PROFILE_UNKNOWN); }
-    VideoLevel_e GetLevel() override { return Report("GetLevel", &State::level, VIDEO_LEVEL_UNKNOWN); }
+    VideoChromaFormat_e GetChromaFormat() override { return Report("GetChromaFormat", &State::chromaFormat); }
+    VideoScanType_e GetVideoScanType() override { return Report("GetVideoScanType", &State::scanType); }
+    VideoAspectRatio_e GetVideoAspectRatio() override { return Report("GetVideoAspectRatio", &State::aspectRatio); }
+    VideoProfile_e GetProfile() override { return Report("GetProfile", &State::profile); }
+    VideoLevel_e GetLevel() override { return Report("GetLevel", &State::level); }
     std::string GetServiceName(uint16_t programNumber) override {
-        std::lock_guard<std::mutex> lock(m_Mutex);
-        bool fail = RecordLocked("GetServiceName", programNumber);
-        auto it = m_State.serviceNames.find(programNumber);
-        return (fail || it == m_State.serviceNames.end()) ? std::string() : it->second;
+        auto name = [&](const State& s) {
+            auto it = s.serviceNames.find(programNumber);
+            return it == s.serviceNames.end() ? std::string() : it->second;
+        };
+        return Query(name, "GetServiceName", programNumber);
     }
-    ChromaBitDepth_e GetBitDepth() override { return Report("GetBitDepth", &State::bitDepth, CHROMA_BIT_DEPTH_UNKNOWN); }
-    uint32_t GetBitrate() override { return Report("GetBitrate", &State::bitrate, 0u); }
-    uint32_t GetFrameCount() override { return Report("GetFrameCount", &State::frameCount, 0u); }
-    uint32_t GetDecodeFailureReason() override {
-        return Report("GetDecodeFailureReason", &State::decodeFailureReason, 0u);
-    }
-    uint32_t GetVideoSyncStatus() override { return Report("GetVideoSyncStatus", &State::syncStatus, 0u); }
+    ChromaBitDepth_e GetBitDepth() override { return Report("GetBitDepth", &State::bitDepth); }
+    uint32_t GetBitrate() override { return Report("GetBitrate", &State::bitrate); }
+    uint32_t GetFrameCount() override { return Report("GetFrameCount", &State::frameCount); }
+    uint32_t GetDecodeFailureReason() override { return Report("GetDecodeFailureReason", &State::decodeFailureReason); }
+    uint32_t GetVideoSyncStatus() override { return Report("GetVideoSyncStatus", &State::syncStatus); }
 
-    bool Start() override { return SetFlag("Start", &State::started, true); }
-    bool Stop() override { return SetFlag("Stop", &State::started, false); }
-
+    bool Start() override { return Call("Start"); }
+    bool Stop() override { return Call("Stop"); }
 };
 
 }  // namespace stbav_test

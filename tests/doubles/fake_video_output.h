@@ -4,6 +4,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 
 #include "platform/i_decoder_control.h"
 #include "platform/i_decoder_event_source.h"
@@ -12,25 +13,8 @@
 
 namespace stbav_test {
 
-struct FakeVideoOutputState {
-    uint32_t width = 0;
-    uint32_t height = 0;
-    VideoScanType_e scanType = VIDEO_SCAN_TYPE_UNKNOWN;
-    VideoFrameRate_e frameRate = VIDEO_FRAME_RATE_UNKNOWN;
-    VideoAspectRatio_e aspectRatio = VIDEO_ASPECT_RATIO_UNKNOWN;
-    _VOUT_FORMAT_E compositeStd = VOUT_FORMAT_UNSET;
-    VideoOutputInterface_e outputInterface = VIDEO_OUTPUT_INTERFACE_HD;
+struct FakeVideoOutputState : VideoFormatState {
     int setFormatCount = 0;
-    RasterColor_e rasterColor = RASTER_COLOR_BLACK;
-    RasterMode_e rasterMode = RASTER_MODE_OFF;
-    ColourSpace colourSpace = COLOUR_SPACE_HD;
-    VideoAspectRatio_e outputAspectRatio = VIDEO_ASPECT_RATIO_UNKNOWN;
-    SdDisplayMode_e sdDisplayMode = SD_DISPLAY_MODE_NONE;
-    HdDisplayMode_e hdDisplayMode = HD_DISPLAY_MODE_NONE;
-    bool cvbsOn = false;
-    int latencyMs = 0;
-    int subscriberCount = 0;
-    bool started = false;
 };
 
 class FakeVideoOutput : public IVideoOutput,
@@ -45,45 +29,30 @@ public:
     bool SetFormat(uint32_t width, uint32_t height, VideoScanType_e scanType, VideoFrameRate_e frameRate,
                    VideoAspectRatio_e aspectRatio, _VOUT_FORMAT_E compositeStd,
                    VideoOutputInterface_e outputInterface) override {
-        std::lock_guard<std::mutex> lock(m_Mutex);
-        if (RecordLocked("SetFormat", width, height, scanType, frameRate, aspectRatio, compositeStd, outputInterface))
-            return false;
-        m_State = Stored(m_State, width, height, scanType, frameRate, aspectRatio);
-        m_State.compositeStd = compositeStd;
-        m_State.outputInterface = outputInterface;
-        ++m_State.setFormatCount;
-        return true;
+        auto store = [&](State& s) {
+            s = {{width, height, scanType, frameRate, aspectRatio}, s.setFormatCount + 1};
+            return true;
+        };
+        return Apply(store, "SetFormat", width, height, scanType, frameRate, aspectRatio, compositeStd,
+                     outputInterface);
     }
-    bool SetRasterColor(RasterColor_e color) override { return Store("SetRasterColor", &State::rasterColor, color); }
-    bool SetRasterMode(RasterMode_e mode) override { return Store("SetRasterMode", &State::rasterMode, mode); }
+    bool SetRasterColor(RasterColor_e color) override { return Call("SetRasterColor", color); }
+    bool SetRasterMode(RasterMode_e mode) override { return Call("SetRasterMode", mode); }
     bool GetFormat(uint32_t& width, uint32_t& height, VideoScanType_e& scanType, VideoFrameRate_e& frameRate,
                    VideoAspectRatio_e& aspectRatio) override {
         return ReportFormat(width, height, scanType, frameRate, aspectRatio);
     }
-    bool SetColourSpace(ColourSpace cs) override { return Store("SetColourSpace", &State::colourSpace, cs); }
-    bool SetAspectRatio(VideoAspectRatio_e ar) override {
-        return Store("SetAspectRatio", &State::outputAspectRatio, ar);
-    }
-    bool SetDisplayMode(SdDisplayMode_e mode) override { return Store("SetDisplayMode", &State::sdDisplayMode, mode); }
-    bool SetDisplayMode(HdDisplayMode_e mode) override { return Store("SetDisplayMode", &State::hdDisplayMode, mode); }
-    bool SetCvbsState(bool on) override { return Store("SetCvbsState", &State::cvbsOn, on); }
-    bool SetLatency(int ms) override { return Store("SetLatency", &State::latencyMs, ms); }
+    bool SetColourSpace(ColourSpace cs) override { return Call("SetColourSpace", cs); }
+    bool SetAspectRatio(VideoAspectRatio_e ar) override { return Call("SetAspectRatio", ar); }
+    bool SetDisplayMode(SdDisplayMode_e mode) override { return Call("SetDisplayMode", mode); }
+    bool SetDisplayMode(HdDisplayMode_e mode) override { return Call("SetDisplayMode", mode); }
+    bool SetCvbsState(bool on) override { return Call("SetCvbsState", on); }
+    bool SetLatency(int ms) override { return Call("SetLatency", ms); }
 
-    bool Subscribe(const DecoderEventHandler&) override { return Subscribers("Subscribe", +1); }
-    bool Unsubscribe(const DecoderEventHandler&) override { return Subscribers("Unsubscribe", -1); }
-    bool Start() override { return SetFlag("Start", &State::started, true); }
-    bool Stop() override { return SetFlag("Stop", &State::started, false); }
-
-private:
-    static State Stored(State s, uint32_t width, uint32_t height, VideoScanType_e scan, VideoFrameRate_e rate,
-                        VideoAspectRatio_e aspect) {
-        s.width = width;
-        s.height = height;
-        s.scanType = scan;
-        s.frameRate = rate;
-        s.aspectRatio = aspect;
-        return s;
-    }
+    bool Subscribe(const DecoderEventHandler&) override { return Call("Subscribe"); }
+    bool Unsubscribe(const DecoderEventHandler&) override { return Call("Unsubscribe"); }
+    bool Start() override { return Call("Start"); }
+    bool Stop() override { return Call("Stop"); }
 };
 
 }  // namespace stbav_test

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <memory>
 #include <string>
 #include <thread>
 #include <vector>
@@ -16,15 +15,11 @@
 namespace {
 
 using Calls = std::vector<std::string>;
-using stbav_test::FakeDecoderSet;
 
 constexpr uint32_t k1080p50 = 0x630D0000u;    // 1920x1080p 16x9 50.00fps
 constexpr uint32_t k2160p60 = 0x83110000u;    // 3840x2160p 16x9 60.00fps
 constexpr uint32_t k576i25 = 0x33040000u;     // 720x576i 16x9 25.00fps
-constexpr uint32_t k1080psf25 = 0x330E0000u;  // 1920x1080psF 16x9 25.00fps
-constexpr uint32_t kNoResolution = 0x00180000u;
 
-const Calls kDecoderQuery = {"IVideoDecoder::GetFormat()"};
 // What a forced pass on untouched settings does: automatic mode with a silent
 // decoder sets no format; audio muted at 0 dB; captions off.
 const Calls kDefaultForcedPass = {"IVideoDecoder::GetFormat()", "IAudioOutput::SetMute(true)",
@@ -38,27 +33,22 @@ struct DecodedFormat {
 
 // A fresh manager over a fresh set of doubles.
 struct Rig {
-    FakeDecoderSet d;
+    stbav_test::FakeDecoderSet d;
     OutputManager om{d.videoDecoder, d.videoOutput, d.audioOutput, d.chip, d.closedCaption, d.demux};
 
     void Decoder(const DecodedFormat& f) {
         d.videoDecoder.SetReportedFormat(f.width, f.height, static_cast<VideoScanType_e>(f.scan),
                                          static_cast<VideoFrameRate_e>(f.rate), static_cast<VideoAspectRatio_e>(f.aspect));
     }
-    // The calls an unforced pass makes.
-    Calls Pass(bool* result = nullptr) {
+    // The calls an unforced (or forced) pass makes; result receives what it returns.
+    Calls Pass(bool* result = nullptr, bool force = false) {
         d.log.Clear();
-        bool r = om.ApplySettings(false);
+        bool r = om.ApplySettings(force);
         if (result != nullptr) *result = r;
         return d.log.Calls();
     }
+    Calls Forced(bool* result = nullptr) { return Pass(result, true); }
 };
-
-std::string SetFormat(uint32_t w, uint32_t h, int scan, int rate, int aspect, int std, int iface) {
-    return "IVideoOutput::SetFormat(" + std::to_string(w) + "," + std::to_string(h) + "," + std::to_string(scan) +
-           "," + std::to_string(rate) + "," + std::to_string(aspect) + "," + std::to_string(std) + "," +
-           std::to_string(iface) + ")";
-}
 
 // ---- video format ----------------------------------------------------------
 
@@ -70,100 +60,91 @@ struct VideoCase {
     int cvbsMode;
     uint32_t cvbsCode;
     int std525, std625;  // 0: left unset
-    DecodedFormat decoded;
-    Calls calls;
+    bool asksDecoder;
+    const char* format;      // the arguments of IVideoOutput::SetFormat; nullptr: no format set
+    DecodedFormat decoded{};
 };
 
 const VideoCase kVideoCases[] = {
-    {"HD auto 1080i25", 1, 1, 0, 0, 0, 0, 0, {1920, 1080, 1, 3, 1},
-     {"IVideoDecoder::GetFormat()", SetFormat(1920, 1080, 1, 3, 1, 2, 1)}},
-    {"HD auto 1440-wide 1080i29.97 4:3 is scaled", 1, 1, 0, 0, 0, 0, 0, {1440, 1080, 1, 4, 2},
-     {"IVideoDecoder::GetFormat()", SetFormat(1920, 1080, 1, 4, 1, 2, 1)}},
-    {"HD auto 576i25 with PAL", 1, 1, 0, 0, 0, 0, 1, {720, 576, 1, 3, 2},
-     {"IVideoDecoder::GetFormat()", SetFormat(720, 576, 1, 3, 1, 1, 1)}},
-    {"HD auto 576i25 with PAL-N", 1, 1, 0, 0, 0, 0, 2, {720, 576, 1, 3, 2},
-     {"IVideoDecoder::GetFormat()", SetFormat(720, 576, 1, 3, 1, 3, 1)}},
-    {"HD auto 480i29.97 with NTSC", 1, 1, 0, 0, 0, 1, 0, {720, 480, 1, 4, 1},
-     {"IVideoDecoder::GetFormat()", SetFormat(720, 480, 1, 5, 1, 2, 1)}},
-    {"HD auto 480i29.97 with NTSC-J", 1, 1, 0, 0, 0, 2, 0, {720, 480, 1, 4, 1},
-     {"IVideoDecoder::GetFormat()", SetFormat(720, 480, 1, 5, 1, 4, 1)}},
-    {"HD auto, unknown scan and aspect are not tested", 1, 0, 0, 0, 0, 0, 0, {1920, 1080, 0, 6, 0},
-     {"IVideoDecoder::GetFormat()", SetFormat(1920, 1080, 2, 6, 1, 2, 1)}},
-    {"HD manual 1080p50 does not ask the decoder", 1, 2, k1080p50, 0, 0, 0, 0, {720, 576, 1, 3, 1},
-     {SetFormat(1920, 1080, 2, 6, 1, 2, 1)}},
-    {"HD manual 2160p60", 1, 2, k2160p60, 0, 0, 0, 0, {0, 0, 0, 0, 0}, {SetFormat(3840, 2160, 2, 8, 1, 2, 1)}},
-    {"HD manual psF is scaled as progressive", 1, 2, k1080psf25, 0, 0, 0, 0, {0, 0, 0, 0, 0},
-     {SetFormat(1920, 1080, 2, 3, 1, 2, 1)}},
-    {"HD manual code without a resolution falls back to 480i", 1, 2, kNoResolution, 0, 0, 0, 0, {0, 0, 0, 0, 0},
-     {SetFormat(720, 480, 1, 4, 1, 4, 1)}},
-    {"HD interface ignores the composite settings", 1, 2, k2160p60, 2, k576i25, 0, 0, {0, 0, 0, 0, 0},
-     {SetFormat(3840, 2160, 2, 8, 1, 2, 1)}},
-    {"composite manual 1080p50 becomes 480i, NTSC-J by default", 2, 0, 0, 2, k1080p50, 0, 0, {0, 0, 0, 0, 0},
-     {SetFormat(720, 480, 1, 4, 1, 4, 2)}},
-    {"composite 480i with NTSC", 2, 0, 0, 2, k1080p50, 1, 0, {0, 0, 0, 0, 0}, {SetFormat(720, 480, 1, 4, 1, 2, 2)}},
-    {"composite manual 576i25 with PAL", 2, 0, 0, 2, k576i25, 0, 1, {0, 0, 0, 0, 0},
-     {SetFormat(720, 576, 1, 3, 1, 1, 2)}},
-    {"composite manual 576i25, PAL-N by default", 2, 0, 0, 2, k576i25, 0, 0, {0, 0, 0, 0, 0},
-     {SetFormat(720, 576, 1, 3, 1, 3, 2)}},
-    {"composite auto follows the decoder, HD manual ignored", 2, 2, k2160p60, 1, 0, 0, 0, {720, 576, 1, 3, 1},
-     {"IVideoDecoder::GetFormat()", SetFormat(720, 576, 1, 3, 1, 3, 2)}},
-    {"composite auto 576p50 4:3 is not scaled", 2, 0, 0, 1, 0, 0, 0, {720, 576, 2, 6, 2},
-     {"IVideoDecoder::GetFormat()", SetFormat(720, 576, 2, 6, 2, 2, 2)}},
-    {"composite auto decoding 1080p50 gives 480i", 2, 0, 0, 1, 0, 0, 0, {1920, 1080, 2, 6, 1},
-     {"IVideoDecoder::GetFormat()", SetFormat(720, 480, 1, 4, 1, 4, 2)}},
-    {"interface 3 counts as composite", 3, 0, 0, 2, k1080p50, 0, 0, {0, 0, 0, 0, 0},
-     {SetFormat(720, 480, 1, 4, 1, 4, 3)}},
-    {"decoder rate 0: no format set", 1, 1, 0, 0, 0, 0, 0, {1920, 1080, 2, 0, 1}, kDecoderQuery},
-    {"decoder width 0: no format set", 1, 1, 0, 0, 0, 0, 0, {0, 1080, 2, 6, 1}, kDecoderQuery},
-    {"decoder height 0: no format set", 1, 1, 0, 0, 0, 0, 0, {1920, 0, 2, 6, 1}, kDecoderQuery},
-    {"composite, decoder rate 0: no format set", 2, 0, 0, 1, 0, 0, 0, {720, 576, 1, 0, 1}, kDecoderQuery},
+    {"HD auto 1080i25", 1, 1, 0, 0, 0, 0, 0, true, "1920,1080,1,3,1,2,1", {1920, 1080, 1, 3, 1}},
+    {"HD auto 1440-wide 1080i29.97 4:3 is scaled", 1, 1, 0, 0, 0, 0, 0,
+     true, "1920,1080,1,4,1,2,1", {1440, 1080, 1, 4, 2}},
+    {"HD auto 576i25 with PAL", 1, 1, 0, 0, 0, 0, 1, true, "720,576,1,3,1,1,1", {720, 576, 1, 3, 2}},
+    {"HD auto 576i25 with PAL-N", 1, 1, 0, 0, 0, 0, 2, true, "720,576,1,3,1,3,1", {720, 576, 1, 3, 2}},
+    {"HD auto 480i29.97 with NTSC", 1, 1, 0, 0, 0, 1, 0, true, "720,480,1,5,1,2,1", {720, 480, 1, 4, 1}},
+    {"HD auto 480i29.97 with NTSC-J", 1, 1, 0, 0, 0, 2, 0, true, "720,480,1,5,1,4,1", {720, 480, 1, 4, 1}},
+    {"HD auto, unknown scan and aspect are not tested", 1, 0, 0, 0, 0, 0, 0,
+     true, "1920,1080,2,6,1,2,1", {1920, 1080, 0, 6, 0}},
+    {"HD manual 1080p50 does not ask the decoder", 1, 2, k1080p50, 0, 0, 0, 0,
+     false, "1920,1080,2,6,1,2,1", {720, 576, 1, 3, 1}},
+    {"HD manual 2160p60", 1, 2, k2160p60, 0, 0, 0, 0, false, "3840,2160,2,8,1,2,1"},
+    {"HD manual 1080psF25 is scaled as progressive", 1, 2, 0x330E0000u, 0, 0, 0, 0, false, "1920,1080,2,3,1,2,1"},
+    {"HD manual code without a resolution falls back to 480i", 1, 2, 0x00180000u, 0, 0, 0, 0,
+     false, "720,480,1,4,1,4,1"},
+    {"HD interface ignores the composite settings", 1, 2, k2160p60, 2, k576i25, 0, 0, false, "3840,2160,2,8,1,2,1"},
+    {"composite manual 1080p50 becomes 480i, NTSC-J by default", 2, 0, 0, 2, k1080p50, 0, 0,
+     false, "720,480,1,4,1,4,2"},
+    {"composite 480i with NTSC", 2, 0, 0, 2, k1080p50, 1, 0, false, "720,480,1,4,1,2,2"},
+    {"composite manual 576i25 with PAL", 2, 0, 0, 2, k576i25, 0, 1, false, "720,576,1,3,1,1,2"},
+    {"composite manual 576i25, PAL-N by default", 2, 0, 0, 2, k576i25, 0, 0, false, "720,576,1,3,1,3,2"},
+    {"composite auto follows the decoder, HD manual ignored", 2, 2, k2160p60, 1, 0, 0, 0,
+     true, "720,576,1,3,1,3,2", {720, 576, 1, 3, 1}},
+    {"composite auto 576p50 4:3 is not scaled", 2, 0, 0, 1, 0, 0, 0, true, "720,576,2,6,2,2,2", {720, 576, 2, 6, 2}},
+    {"composite auto decoding 1080p50 gives 480i", 2, 0, 0, 1, 0, 0, 0,
+     true, "720,480,1,4,1,4,2", {1920, 1080, 2, 6, 1}},
+    {"interface 3 counts as composite", 3, 0, 0, 2, k1080p50, 0, 0, false, "720,480,1,4,1,4,3"},
+    {"decoder rate 0: no format set", 1, 1, 0, 0, 0, 0, 0, true, nullptr, {1920, 1080, 2, 0, 1}},
+    {"decoder width 0: no format set", 1, 1, 0, 0, 0, 0, 0, true, nullptr, {0, 1080, 2, 6, 1}},
+    {"decoder height 0: no format set", 1, 1, 0, 0, 0, 0, 0, true, nullptr, {1920, 0, 2, 6, 1}},
+    {"composite, decoder rate 0: no format set", 2, 0, 0, 1, 0, 0, 0, true, nullptr, {720, 576, 1, 0, 1}},
 };
 
 TEST(OutputManagerVideo, AppliesTheFormatForEachInterfaceAndMode) {
     for (const auto& c : kVideoCases) {
         SCOPED_TRACE(c.why);
         Rig rig;
-        OutputManager& om = rig.om;
         rig.Decoder(c.decoded);
-        ASSERT_TRUE(om.SetVideoOutputInterface(0, static_cast<VideoOutputInterface_e>(c.iface)));
-        if (c.hdMode != 0) om.SetVideoFormatMode(0, static_cast<FormatMode_e>(c.hdMode));
-        if (c.hdCode != 0) om.SetVideoFormat(0, c.hdCode);
-        if (c.cvbsMode != 0) om.SetVideoFormatModeCvbs(0, static_cast<FormatMode_e>(c.cvbsMode));
-        if (c.cvbsCode != 0) om.SetVideoFormatCvbs(0, c.cvbsCode);
-        if (c.std525 != 0) om.SetComposite525Std(0, static_cast<Composite525_e>(c.std525));
-        if (c.std625 != 0) om.SetComposite625Std(0, static_cast<Composite625_e>(c.std625));
+        ASSERT_TRUE(rig.om.SetVideoOutputInterface(0, static_cast<VideoOutputInterface_e>(c.iface)));
+        if (c.hdMode != 0) rig.om.SetVideoFormatMode(0, static_cast<FormatMode_e>(c.hdMode));
+        if (c.hdCode != 0) rig.om.SetVideoFormat(0, c.hdCode);
+        if (c.cvbsMode != 0) rig.om.SetVideoFormatModeCvbs(0, static_cast<FormatMode_e>(c.cvbsMode));
+        if (c.cvbsCode != 0) rig.om.SetVideoFormatCvbs(0, c.cvbsCode);
+        if (c.std525 != 0) rig.om.SetComposite525Std(0, static_cast<Composite525_e>(c.std525));
+        if (c.std625 != 0) rig.om.SetComposite625Std(0, static_cast<Composite625_e>(c.std625));
+        Calls calls;
+        if (c.asksDecoder) calls.push_back("IVideoDecoder::GetFormat()");
+        if (c.format != nullptr) calls.push_back(std::string("IVideoOutput::SetFormat(") + c.format + ")");
         bool result = true;
-        EXPECT_EQ(rig.Pass(&result), c.calls);
+        EXPECT_EQ(rig.Pass(&result), calls);
         EXPECT_FALSE(result) << "the video group never reports success";
     }
 }
 
-TEST(OutputManagerVideo, SilentDecoderIsTracedAndLeavesTheOutputAlone) {
+TEST(OutputManagerVideo, SilentOrFailingDecoderSetsNoFormat) {
     stbav_test::LogCapture log("stbav.outputmanager");
     Rig rig;
     rig.Decoder({1920, 1080, 2, 0, 1});
     EXPECT_FALSE(rig.om.ApplyVideoFormatSetting(0));
     EXPECT_TRUE(log.Has("DEBUG", "ApplyVideoFormatSetting() Decoder is not initialized return false"));
     EXPECT_EQ(rig.d.videoOutput.Snapshot().setFormatCount, 0);
-}
 
-TEST(OutputManagerVideo, FailingDecoderQuerySetsNoFormat) {
-    Rig rig;
     rig.Decoder({1920, 1080, 1, 3, 1});
     rig.d.videoDecoder.FailOn("GetFormat");
     rig.om.SetVideoDirty(0);
-    EXPECT_EQ(rig.Pass(), kDecoderQuery);
+    EXPECT_EQ(rig.Pass(), Calls({"IVideoDecoder::GetFormat()"}));
 }
 
 // ---- audio and captions --------------------------------------------------------
 
 constexpr int kUnset = 100;  // setter not called
+using Overload = stbav_test::FakeClosedCaptionState::Overload;
 
 struct GroupCase {
     const char* why;
     int audioState, gain;                    // kUnset: not set
     int ccType, ntsc, dtv, overlay, line21;  // 0: not set
     Calls calls;
+    Overload overload = Overload::NONE;  // the SetOverlayCc overload called
 };
 
 const GroupCase kAudioAndCaptionCases[] = {
@@ -176,11 +157,11 @@ const GroupCase kAudioAndCaptionCases[] = {
     {"NTSC overlay CC4 and line 21", kUnset, kUnset, OVERLAY_CC_TYPE_NTSC, OVERLAY_NTSC_CC4, OVERLAY_DTV_SERVICE5,
      ENABLE_STATE_ENABLE, ENABLE_STATE_ENABLE,
      {"IClosedCaption::SetOverlayCc(1,4)", "IClosedCaption::SetOverlayCcState(true)",
-      "IClosedCaption::SetVbiLine21CcState(true)"}},
+      "IClosedCaption::SetVbiLine21CcState(true)"}, Overload::NTSC},
     {"DTV overlay service 6", kUnset, kUnset, OVERLAY_CC_TYPE_DTV, OVERLAY_NTSC_CC2, OVERLAY_DTV_SERVICE6,
      ENABLE_STATE_ENABLE, 0,
      {"IClosedCaption::SetOverlayCc(2,6)", "IClosedCaption::SetOverlayCcState(true)",
-      "IClosedCaption::SetVbiLine21CcState(false)"}},
+      "IClosedCaption::SetVbiLine21CcState(false)"}, Overload::DTV},
     {"overlay on without a type selects no data", kUnset, kUnset, 0, 0, 0, ENABLE_STATE_ENABLE, 0,
      {"IClosedCaption::SetOverlayCcState(true)", "IClosedCaption::SetVbiLine21CcState(false)"}},
     {"overlay off selects no data", kUnset, kUnset, OVERLAY_CC_TYPE_NTSC, 0, 0, ENABLE_STATE_DISABLE,
@@ -191,30 +172,18 @@ TEST(OutputManagerAudioAndCaptions, AppliesWhatWasSet) {
     for (const auto& c : kAudioAndCaptionCases) {
         SCOPED_TRACE(c.why);
         Rig rig;
-        OutputManager& om = rig.om;
-        if (c.audioState != kUnset) om.SetAnalogAudioState(0, static_cast<AnalogAudio_e>(c.audioState));
-        if (c.gain != kUnset) om.SetAnalogAudioLevelGain(0, c.gain);
-        if (c.ccType != 0) om.SetOverlayCcType(static_cast<OverlayCcType_e>(c.ccType));
-        if (c.ntsc != 0) om.SetOverlayNtscCcDataType(static_cast<OverlayNtscCcType_e>(c.ntsc));
-        if (c.dtv != 0) om.SetOverlayDtvCcDataType(static_cast<OverlayDtvCcType_e>(c.dtv));
-        if (c.overlay != 0) om.SetOverlayCcState(static_cast<Enable_e>(c.overlay));
-        if (c.line21 != 0) om.SetCompositeLine21Cc(static_cast<Enable_e>(c.line21));
+        if (c.audioState != kUnset) rig.om.SetAnalogAudioState(0, static_cast<AnalogAudio_e>(c.audioState));
+        if (c.gain != kUnset) rig.om.SetAnalogAudioLevelGain(0, c.gain);
+        if (c.ccType != 0) rig.om.SetOverlayCcType(static_cast<OverlayCcType_e>(c.ccType));
+        if (c.ntsc != 0) rig.om.SetOverlayNtscCcDataType(static_cast<OverlayNtscCcType_e>(c.ntsc));
+        if (c.dtv != 0) rig.om.SetOverlayDtvCcDataType(static_cast<OverlayDtvCcType_e>(c.dtv));
+        if (c.overlay != 0) rig.om.SetOverlayCcState(static_cast<Enable_e>(c.overlay));
+        if (c.line21 != 0) rig.om.SetCompositeLine21Cc(static_cast<Enable_e>(c.line21));
         bool result = false;
         EXPECT_EQ(rig.Pass(&result), c.calls);
         EXPECT_TRUE(result);
+        EXPECT_EQ(rig.d.closedCaption.Snapshot().lastOverload, c.overload);
     }
-}
-
-TEST(OutputManagerAudioAndCaptions, OverlayDataGoesToTheMatchingOverload) {
-    Rig rig;
-    rig.om.SetOverlayCcState(ENABLE_STATE_ENABLE);
-    rig.om.SetOverlayCcType(OVERLAY_CC_TYPE_NTSC);
-    rig.om.SetOverlayNtscCcDataType(OVERLAY_NTSC_CC3);
-    rig.Pass();
-    EXPECT_EQ(rig.d.closedCaption.Snapshot().lastOverload, stbav_test::FakeClosedCaptionState::NTSC);
-    rig.om.SetOverlayCcType(OVERLAY_CC_TYPE_DTV);
-    rig.Pass();
-    EXPECT_EQ(rig.d.closedCaption.Snapshot().lastOverload, stbav_test::FakeClosedCaptionState::DTV);
 }
 
 TEST(OutputManagerAudioAndCaptions, ResultIsTheOrOfThePlatformResults) {
@@ -245,33 +214,25 @@ TEST(OutputManagerAudioAndCaptions, ResultIsTheOrOfThePlatformResults) {
 
 // ---- the pass as a whole ------------------------------------------------------------
 
-TEST(OutputManagerPass, NothingDirtyMakesNoCall) {
-    Rig rig;
-    bool result = true;
-    EXPECT_EQ(rig.Pass(&result), Calls());
-    EXPECT_FALSE(result);
-}
-
 TEST(OutputManagerPass, ForcedPassReappliesEveryGroupInOrder) {
     Rig rig;
-    rig.d.log.Clear();
-    EXPECT_TRUE(rig.om.ApplySettings(true));
-    EXPECT_EQ(rig.d.log.Calls(), kDefaultForcedPass);
+    bool result = true;
+    EXPECT_EQ(rig.Pass(&result), Calls()) << "nothing dirty";
+    EXPECT_FALSE(result);
+    EXPECT_EQ(rig.Forced(&result), kDefaultForcedPass);
+    EXPECT_TRUE(result);
     EXPECT_EQ(rig.Pass(), Calls());
 
     rig.om.SetVideoFormatMode(0, FORMAT_MODE_MANUAL);
     rig.om.SetVideoFormat(0, k1080p50);
     rig.om.SetAnalogAudioState(0, ANALOG_AUDIO_ON);
     rig.om.SetCompositeLine21Cc(ENABLE_STATE_ENABLE);
-    const Calls configured = {SetFormat(1920, 1080, 2, 6, 1, 2, 1), "IAudioOutput::SetMute(false)",
+    const Calls configured = {"IVideoOutput::SetFormat(1920,1080,2,6,1,2,1)", "IAudioOutput::SetMute(false)",
                               "IAudioOutput::SetAnalogVolume(0)", "IClosedCaption::SetOverlayCcState(false)",
                               "IClosedCaption::SetVbiLine21CcState(true)"};
     EXPECT_EQ(rig.Pass(), configured);
-    for (int i = 0; i < 2; ++i) {
-        rig.d.log.Clear();
-        rig.om.ApplySettings(true);
-        EXPECT_EQ(rig.d.log.Calls(), configured);
-    }
+    EXPECT_EQ(rig.Forced(), configured);
+    EXPECT_EQ(rig.Forced(), configured);
 }
 
 TEST(OutputManagerPass, AspectRatioAndRasterAreOutsideThePass) {
@@ -291,8 +252,7 @@ TEST(OutputManagerPass, AspectRatioAndRasterAreOutsideThePass) {
     rig.d.log.Clear();
     EXPECT_TRUE(rig.om.ApplyVideoRasterGroupSetting(0));
     EXPECT_EQ(rig.d.log.Calls(), Calls({"IVideoOutput::SetRasterMode(1)", "IVideoOutput::SetRasterColor(1)"}));
-    rig.d.log.Clear();
-    rig.om.ApplySettings(true);
+    rig.Forced();
     EXPECT_EQ(rig.d.log.CallsWithPrefix("IVideoOutput::SetRaster"), Calls());
 }
 
@@ -327,56 +287,66 @@ TEST(OutputManagerPass, ColourSpaceAndUhdFollowTheHdFormat) {
     }
 }
 
-// ---- dirty rules -------------------------------------------------------------------
+// ---- dirty rules ---------------------------------------------------------------------
 
-struct DirtyCase {
-    const char* setter;
-    std::function<bool(OutputManager&)> call;
-    bool video, audio, captions;
+using OM = OutputManager;
+
+struct Entry {
+    const char* function;
+    const char* kind;    // "video" or "audio": takes an index, of which only 0 exists; nullptr: takes none
+    const char* groups;  // a setter: the groups it marks dirty (Video, Audio, Captions); nullptr: no setter
+    std::function<bool(OM&, unsigned)> call;  // true when it succeeds
 };
 
-const DirtyCase kDirtyCases[] = {
-    {"SetVideoOutputInterface", [](OutputManager& om) { return om.SetVideoOutputInterface(0, VIDEO_OUTPUT_INTERFACE_HD); }, true, false, false},
-    {"SetVideoFormatMode", [](OutputManager& om) { return om.SetVideoFormatMode(0, FORMAT_MODE_AUTO); }, true, false, false},
-    {"SetVideoFormatModeCvbs", [](OutputManager& om) { return om.SetVideoFormatModeCvbs(0, FORMAT_MODE_AUTO); }, true, false, false},
-    {"SetVideoFormat", [](OutputManager& om) { return om.SetVideoFormat(0, k1080p50); }, true, false, false},
-    {"SetVideoFormatCvbs", [](OutputManager& om) { return om.SetVideoFormatCvbs(0, k576i25); }, true, false, false},
-    {"SetRasterMode", [](OutputManager& om) { return om.SetRasterMode(0, RASTER_MODE_ON); }, true, false, false},
-    {"SetRasterColor", [](OutputManager& om) { return om.SetRasterColor(0, RASTER_COLOR_BLUE); }, true, false, false},
-    {"SetComposite525Std", [](OutputManager& om) { return om.SetComposite525Std(0, COMPOSITE_525_NTSC_J); }, true, false, false},
-    {"SetComposite625Std", [](OutputManager& om) { return om.SetComposite625Std(0, COMPOSITE_625_PAL); }, true, false, false},
-    {"SetAnalogAudioState", [](OutputManager& om) { return om.SetAnalogAudioState(0, ANALOG_AUDIO_ON); }, false, true, false},
-    {"SetAnalogAudioLevelGain", [](OutputManager& om) { return om.SetAnalogAudioLevelGain(0, 10); }, false, true, false},
-    {"SetCompositeLine21Cc", [](OutputManager& om) { return om.SetCompositeLine21Cc(ENABLE_STATE_DISABLE); }, false, false, true},
-    {"SetOverlayCcType", [](OutputManager& om) { return om.SetOverlayCcType(OVERLAY_CC_TYPE_DTV); }, false, false, true},
-    {"SetOverlayNtscCcDataType", [](OutputManager& om) { return om.SetOverlayNtscCcDataType(OVERLAY_NTSC_CC4); }, false, false, true},
-    {"SetOverlayDtvCcDataType", [](OutputManager& om) { return om.SetOverlayDtvCcDataType(OVERLAY_DTV_SERVICE6); }, false, false, true},
-    {"SetOverlayCcState", [](OutputManager& om) { return om.SetOverlayCcState(ENABLE_STATE_DISABLE); }, false, false, true},
-    {"SetHDAspectRatioMode", [](OutputManager& om) { return om.SetHDAspectRatioMode(0, HD_DISPLAY_MODE_FULL); }, false, false, false},
-    {"SetSDAspectRatioMode", [](OutputManager& om) { return om.SetSDAspectRatioMode(0, SD_DISPLAY_MODE_FULL); }, false, false, false},
-    {"SetVideoOutDecodeStatus", [](OutputManager& om) { om.SetVideoOutDecodeStatus(STATUS_INACTIVE); return true; }, false, false, false},
-    {"SetVideoDirty", [](OutputManager& om) { om.SetVideoDirty(0); return true; }, true, false, false},
-    {"SetAudioDirty", [](OutputManager& om) { om.SetAudioDirty(0); return true; }, false, true, false},
-    {"SetClosedCaptionDirty", [](OutputManager& om) { om.SetClosedCaptionDirty(); return true; }, false, false, true},
-    {"SetAspectRatioDirty", [](OutputManager& om) { om.SetAspectRatioDirty(0); return true; }, false, false, false},
+const Entry kEntries[] = {
+    {"SetVideoOutputInterface", "video", "V", [](OM& om, unsigned i) { return om.SetVideoOutputInterface(i, VIDEO_OUTPUT_INTERFACE_CVBS); }},
+    {"SetVideoFormatMode", "video", "V", [](OM& om, unsigned i) { return om.SetVideoFormatMode(i, FORMAT_MODE_AUTO); }},
+    {"SetVideoFormatModeCvbs", "video", "V", [](OM& om, unsigned i) { return om.SetVideoFormatModeCvbs(i, FORMAT_MODE_AUTO); }},
+    {"SetVideoFormat", "video", "V", [](OM& om, unsigned i) { return om.SetVideoFormat(i, k576i25); }},
+    {"SetVideoFormatCvbs", "video", "V", [](OM& om, unsigned i) { return om.SetVideoFormatCvbs(i, k1080p50); }},
+    {"SetRasterMode", "video", "V", [](OM& om, unsigned i) { return om.SetRasterMode(i, RASTER_MODE_ON); }},
+    {"SetRasterColor", "video", "V", [](OM& om, unsigned i) { return om.SetRasterColor(i, RASTER_COLOR_BLUE); }},
+    {"SetComposite525Std", "video", "V", [](OM& om, unsigned i) { return om.SetComposite525Std(i, COMPOSITE_525_NTSC); }},
+    {"SetComposite625Std", "video", "V", [](OM& om, unsigned i) { return om.SetComposite625Std(i, COMPOSITE_625_PAL); }},
+    {"SetAnalogAudioState", "audio", "A", [](OM& om, unsigned i) { return om.SetAnalogAudioState(i, ANALOG_AUDIO_ON); }},
+    {"SetAnalogAudioLevelGain", "audio", "A", [](OM& om, unsigned i) { return om.SetAnalogAudioLevelGain(i, 10); }},
+    {"SetCompositeLine21Cc", nullptr, "C", [](OM& om, unsigned) { return om.SetCompositeLine21Cc(ENABLE_STATE_DISABLE); }},
+    {"SetOverlayCcType", nullptr, "C", [](OM& om, unsigned) { return om.SetOverlayCcType(OVERLAY_CC_TYPE_DTV); }},
+    {"SetOverlayNtscCcDataType", nullptr, "C", [](OM& om, unsigned) { return om.SetOverlayNtscCcDataType(OVERLAY_NTSC_CC4); }},
+    {"SetOverlayDtvCcDataType", nullptr, "C", [](OM& om, unsigned) { return om.SetOverlayDtvCcDataType(OVERLAY_DTV_SERVICE6); }},
+    {"SetOverlayCcState", nullptr, "C", [](OM& om, unsigned) { return om.SetOverlayCcState(ENABLE_STATE_DISABLE); }},
+    {"SetHDAspectRatioMode", "video", "", [](OM& om, unsigned i) { return om.SetHDAspectRatioMode(i, HD_DISPLAY_MODE_FULL); }},
+    {"SetSDAspectRatioMode", "video", "", [](OM& om, unsigned i) { return om.SetSDAspectRatioMode(i, SD_DISPLAY_MODE_FULL); }},
+    {"SetVideoOutDecodeStatus", nullptr, "", [](OM& om, unsigned) { om.SetVideoOutDecodeStatus(STATUS_INACTIVE); return true; }},
+    {"SetVideoDirty", "video", "V", [](OM& om, unsigned i) { om.SetVideoDirty(i); return i == 0; }},
+    {"SetAudioDirty", "audio", "A", [](OM& om, unsigned i) { om.SetAudioDirty(i); return i == 0; }},
+    {"SetClosedCaptionDirty", nullptr, "C", [](OM& om, unsigned) { om.SetClosedCaptionDirty(); return true; }},
+    {"SetAspectRatioDirty", "video", "", [](OM& om, unsigned i) { om.SetAspectRatioDirty(i); return i == 0; }},
+    {"ApplyVideoFormatSetting", "video", nullptr, [](OM& om, unsigned i) { return om.ApplyVideoFormatSetting(i); }},
+    {"ApplyAnalogAudioSetting", "audio", nullptr, [](OM& om, unsigned i) { return om.ApplyAnalogAudioSetting(i); }},
+    {"ApplyVideoRasterGroupSetting", "video", nullptr, [](OM& om, unsigned i) { return om.ApplyVideoRasterGroupSetting(i); }},
+    {"ApplyVideoColorSpaceSetting", "video", nullptr, [](OM& om, unsigned i) { return om.ApplyVideoColorSpaceSetting(i); }},
+    {"GetFormatMode", "video", nullptr, [](OM& om, unsigned i) { return om.GetFormatMode(i) != 0; }},
+    {"GetFormatModeCvbs", "video", nullptr, [](OM& om, unsigned i) { return om.GetFormatModeCvbs(i) != 0; }},
+    {"GetVideoFormat", "video", nullptr, [](OM& om, unsigned i) { return om.GetVideoFormat(i) != 0; }},
+    {"GetVideoFormatCvbs", "video", nullptr, [](OM& om, unsigned i) { return om.GetVideoFormatCvbs(i) != 0; }},
 };
 
 TEST(OutputManagerDirty, EachSetterMarksItsGroupOnce) {
-    for (const auto& c : kDirtyCases) {
-        SCOPED_TRACE(c.setter);
+    for (const auto& c : kEntries) {
+        if (c.groups == nullptr) continue;
+        SCOPED_TRACE(c.function);
         Rig rig;
         rig.Decoder({1920, 1080, 1, 3, 1});
-        EXPECT_TRUE(c.call(rig.om));
-        Calls calls = rig.Pass();
-        auto touched = [&](const char* prefix) {
-            for (const auto& call : calls) {
-                if (call.rfind(prefix, 0) == 0) return true;
-            }
-            return false;
-        };
-        EXPECT_EQ(touched("IVideo"), c.video);
-        EXPECT_EQ(touched("IAudioOutput::"), c.audio);
-        EXPECT_EQ(touched("IClosedCaption::"), c.captions);
+        EXPECT_TRUE(c.call(rig.om, 0));
+        const Calls calls = rig.Pass();
+        std::string touched;  // the second letter of each prefix called
+        for (const char* prefix : {"IVideo", "IAudioOutput::", "IClosedCaption::"}) {
+            bool any = false;
+            for (const auto& call : calls) any = any || call.rfind(prefix, 0) == 0;
+            if (any) touched += prefix[1];
+        }
+        EXPECT_EQ(touched, c.groups);
         EXPECT_EQ(rig.Pass(), Calls()) << "flags are cleared by the pass";
     }
 }
@@ -389,89 +359,50 @@ struct RejectCase {
 };
 
 const RejectCase kRejectCases[] = {
-    {[](OutputManager& om) { return om.SetComposite525Std(0, Composite525_e(0)); }, "SetComposite525Std: input parameter 0 is not valid"},
-    {[](OutputManager& om) { return om.SetComposite625Std(0, Composite625_e(3)); }, "SetComposite625Std: input parameter 3 is not valid"},
-    {[](OutputManager& om) { return om.SetAnalogAudioState(0, AnalogAudio_e(3)); }, "SetAnalogAudioState: input parameter 3 is not valid"},
-    {[](OutputManager& om) { return om.SetAnalogAudioLevelGain(0, -61); }, "Set analog audio volume with invalid value: -61 dBv."},
-    {[](OutputManager& om) { return om.SetAnalogAudioLevelGain(0, 11); }, "Set analog audio volume with invalid value: 11 dBv."},
-    {[](OutputManager& om) { return om.SetCompositeLine21Cc(Enable_e(0)); }, "SetCompositeLine21Cc: input parameter 0 is not valid"},
-    {[](OutputManager& om) { return om.SetOverlayCcType(OverlayCcType_e(3)); }, "SetOverlayCcType: input parameter 3 is not valid"},
-    {[](OutputManager& om) { return om.SetOverlayNtscCcDataType(OverlayNtscCcType_e(5)); }, "SetOverlayNtscCcDataType: input parameter 5 is not valid"},
-    {[](OutputManager& om) { return om.SetOverlayDtvCcDataType(OverlayDtvCcType_e(7)); }, "SetOverlayDtvCcDataType: input parameter 7 is not valid"},
-    {[](OutputManager& om) { return om.SetOverlayCcState(Enable_e(-1)); }, "SetOverlayCcState: input parameter -1 is not valid"},
+    {[](OM& om) { return om.SetComposite525Std(0, Composite525_e(0)); }, "SetComposite525Std: input parameter 0 is not valid"},
+    {[](OM& om) { return om.SetComposite625Std(0, Composite625_e(3)); }, "SetComposite625Std: input parameter 3 is not valid"},
+    {[](OM& om) { return om.SetAnalogAudioState(0, AnalogAudio_e(3)); }, "SetAnalogAudioState: input parameter 3 is not valid"},
+    {[](OM& om) { return om.SetAnalogAudioLevelGain(0, -61); }, "Set analog audio volume with invalid value: -61 dBv."},
+    {[](OM& om) { return om.SetAnalogAudioLevelGain(0, 11); }, "Set analog audio volume with invalid value: 11 dBv."},
+    {[](OM& om) { return om.SetCompositeLine21Cc(Enable_e(0)); }, "SetCompositeLine21Cc: input parameter 0 is not valid"},
+    {[](OM& om) { return om.SetOverlayCcType(OverlayCcType_e(3)); }, "SetOverlayCcType: input parameter 3 is not valid"},
+    {[](OM& om) { return om.SetOverlayNtscCcDataType(OverlayNtscCcType_e(5)); }, "SetOverlayNtscCcDataType: input parameter 5 is not valid"},
+    {[](OM& om) { return om.SetOverlayDtvCcDataType(OverlayDtvCcType_e(7)); }, "SetOverlayDtvCcDataType: input parameter 7 is not valid"},
+    {[](OM& om) { return om.SetOverlayCcState(Enable_e(-1)); }, "SetOverlayCcState: input parameter -1 is not valid"},
 };
 
-TEST(OutputManagerValidation, RejectedValueChangesNothing) {
-    for (const auto& c : kRejectCases) {
-        SCOPED_TRACE(c.error);
-        stbav_test::LogCapture log("stbav.outputmanager");
-        Rig rig;
-        EXPECT_FALSE(c.call(rig.om));
-        EXPECT_TRUE(log.Has("ERROR", c.error));
-        EXPECT_EQ(rig.Pass(), Calls()) << "no flag raised";
-        rig.d.log.Clear();
-        rig.om.ApplySettings(true);
-        EXPECT_EQ(rig.d.log.Calls(), kDefaultForcedPass) << "nothing stored";
-    }
+// A rejected call logs its error and changes nothing: no call, no flag, no value stored.
+void ExpectRejected(const std::function<bool(OM&)>& call, const std::string& error) {
+    SCOPED_TRACE(error);
+    stbav_test::LogCapture log("stbav.outputmanager");
+    Rig rig;
+    rig.Decoder({1920, 1080, 1, 3, 1});
+    rig.om.SetVideoFormatMode(0, FORMAT_MODE_MANUAL);
+    rig.om.SetVideoFormat(0, k1080p50);
+    rig.om.SetVideoFormatCvbs(0, k576i25);
+    rig.om.SetVideoFormatModeCvbs(0, FORMAT_MODE_MANUAL);
+    rig.Pass();
+    rig.d.log.Clear();
+    EXPECT_FALSE(call(rig.om));
+    EXPECT_TRUE(log.Has("ERROR", error));
+    EXPECT_EQ(rig.d.log.Calls(), Calls());
+    EXPECT_EQ(rig.Pass(), Calls()) << "no flag raised";
+    EXPECT_EQ(rig.om.GetVideoOutputInterface(), VIDEO_OUTPUT_INTERFACE_HD);
+    EXPECT_EQ(rig.om.GetFormatMode(0), FORMAT_MODE_MANUAL);
+    EXPECT_EQ(rig.om.GetFormatModeCvbs(0), FORMAT_MODE_MANUAL);
+    EXPECT_EQ(rig.om.GetVideoFormat(0), k1080p50);
+    EXPECT_EQ(rig.om.GetVideoFormatCvbs(0), k576i25);
+    Calls forced = kDefaultForcedPass;
+    forced[0] = "IVideoOutput::SetFormat(1920,1080,2,6,1,2,1)";
+    EXPECT_EQ(rig.Forced(), forced) << "nothing stored";
 }
 
-struct IndexCase {
-    const char* function;
-    const char* kind;  // "video" or "audio"
-    std::function<bool(OutputManager&)> call;
-};
-
-using OM = OutputManager;
-const IndexCase kIndexCases[] = {
-    {"SetVideoOutputInterface", "video", [](OM& om) { return om.SetVideoOutputInterface(1, VIDEO_OUTPUT_INTERFACE_CVBS); }},
-    {"SetVideoFormatMode", "video", [](OM& om) { return om.SetVideoFormatMode(1, FORMAT_MODE_MANUAL); }},
-    {"SetVideoFormatModeCvbs", "video", [](OM& om) { return om.SetVideoFormatModeCvbs(1, FORMAT_MODE_MANUAL); }},
-    {"SetVideoFormat", "video", [](OM& om) { return om.SetVideoFormat(1, k1080p50); }},
-    {"SetVideoFormatCvbs", "video", [](OM& om) { return om.SetVideoFormatCvbs(1, k1080p50); }},
-    {"SetRasterMode", "video", [](OM& om) { return om.SetRasterMode(1, RASTER_MODE_ON); }},
-    {"SetRasterColor", "video", [](OM& om) { return om.SetRasterColor(1, RASTER_COLOR_BLUE); }},
-    {"SetComposite525Std", "video", [](OM& om) { return om.SetComposite525Std(1, COMPOSITE_525_NTSC); }},
-    {"SetComposite625Std", "video", [](OM& om) { return om.SetComposite625Std(1, COMPOSITE_625_PAL); }},
-    {"SetAnalogAudioState", "audio", [](OM& om) { return om.SetAnalogAudioState(1, ANALOG_AUDIO_ON); }},
-    {"SetAnalogAudioLevelGain", "audio", [](OM& om) { return om.SetAnalogAudioLevelGain(1, 0); }},
-    {"SetHDAspectRatioMode", "video", [](OM& om) { return om.SetHDAspectRatioMode(1, HD_DISPLAY_MODE_FULL); }},
-    {"SetSDAspectRatioMode", "video", [](OM& om) { return om.SetSDAspectRatioMode(1, SD_DISPLAY_MODE_FULL); }},
-    {"ApplyVideoFormatSetting", "video", [](OM& om) { return om.ApplyVideoFormatSetting(1); }},
-    {"ApplyAnalogAudioSetting", "audio", [](OM& om) { return om.ApplyAnalogAudioSetting(1); }},
-    {"ApplyVideoRasterGroupSetting", "video", [](OM& om) { return om.ApplyVideoRasterGroupSetting(1); }},
-    {"ApplyVideoColorSpaceSetting", "video", [](OM& om) { return om.ApplyVideoColorSpaceSetting(1); }},
-    {"SetVideoDirty", "video", [](OM& om) { om.SetVideoDirty(1); return false; }},
-    {"SetAudioDirty", "audio", [](OM& om) { om.SetAudioDirty(1); return false; }},
-    {"SetAspectRatioDirty", "video", [](OM& om) { om.SetAspectRatioDirty(1); return false; }},
-    {"GetFormatMode", "video", [](OM& om) { return om.GetFormatMode(1) != 0; }},
-    {"GetFormatModeCvbs", "video", [](OM& om) { return om.GetFormatModeCvbs(1) != 0; }},
-    {"GetVideoFormat", "video", [](OM& om) { return om.GetVideoFormat(1) != 0; }},
-    {"GetVideoFormatCvbs", "video", [](OM& om) { return om.GetVideoFormatCvbs(1) != 0; }},
-};
-
-TEST(OutputManagerValidation, OnlyIndexZeroExists) {
-    for (const auto& c : kIndexCases) {
-        const std::string error =
-            std::string(c.function) + ": " + c.kind + " index 1 is out of range (only index 0 exists)";
-        SCOPED_TRACE(error);
-        stbav_test::LogCapture log("stbav.outputmanager");
-        Rig rig;
-        rig.Decoder({1920, 1080, 1, 3, 1});
-        rig.om.SetVideoFormatMode(0, FORMAT_MODE_MANUAL);
-        rig.om.SetVideoFormat(0, k1080p50);
-        rig.om.SetVideoFormatCvbs(0, k576i25);
-        rig.om.SetVideoFormatModeCvbs(0, FORMAT_MODE_MANUAL);
-        rig.Pass();
-        rig.d.log.Clear();
-        EXPECT_FALSE(c.call(rig.om));
-        EXPECT_TRUE(log.Has("ERROR", error));
-        EXPECT_EQ(rig.d.log.Calls(), Calls());
-        EXPECT_EQ(rig.Pass(), Calls());
-        EXPECT_EQ(rig.om.GetVideoOutputInterface(), VIDEO_OUTPUT_INTERFACE_HD);
-        EXPECT_EQ(rig.om.GetFormatMode(0), FORMAT_MODE_MANUAL);
-        EXPECT_EQ(rig.om.GetFormatModeCvbs(0), FORMAT_MODE_MANUAL);
-        EXPECT_EQ(rig.om.GetVideoFormat(0), k1080p50);
-        EXPECT_EQ(rig.om.GetVideoFormatCvbs(0), k576i25);
+TEST(OutputManagerValidation, RejectedValueOrIndexChangesNothing) {
+    for (const auto& c : kRejectCases) ExpectRejected(c.call, c.error);
+    for (const auto& c : kEntries) {
+        if (c.kind == nullptr) continue;
+        ExpectRejected([&](OM& om) { return c.call(om, 1); },
+                       std::string(c.function) + ": " + c.kind + " index 1 is out of range (only index 0 exists)");
     }
 }
 
@@ -496,7 +427,7 @@ TEST(OutputManagerThreads, StatusPollAndConfigurationMayOverlap) {
     }
     status.join();
     rig.om.SetVideoFormatMode(0, FORMAT_MODE_MANUAL);
-    EXPECT_EQ(rig.Pass(), Calls({SetFormat(1920, 1080, 2, 6, 1, 2, 1)}));
+    EXPECT_EQ(rig.Pass(), Calls({"IVideoOutput::SetFormat(1920,1080,2,6,1,2,1)"}));
 }
 
 }  // namespace
