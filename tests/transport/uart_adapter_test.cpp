@@ -124,9 +124,9 @@ TEST_F(UartAdapterPty, ReceivesFramesHoweverTheBytesArrive) {
     EXPECT_GT(Frame(special).size(), special.size() + 2) << "the escapes are on the line";
 }
 
-// One stuffed frame per operation; of a long value only the first chunk; a
-// received operation goes out again as it came.
-TEST_F(UartAdapterPty, SendOperationWritesOneStuffedFrame) {
+// One stuffed frame per operation (of a long value only the first chunk) or per
+// WriteData call; a received operation goes out again as it came.
+TEST_F(UartAdapterPty, SendOperationAndWriteDataWriteOneStuffedFrameEach) {
     SsOp status(OP_TYPE_DATA, 0x0105), special(OP_TYPE_DATA, 0x1110), text(OP_TYPE_DATA, 226);
     status.SetIndexList({1});
     status.SetDataU8(3);
@@ -145,6 +145,9 @@ TEST_F(UartAdapterPty, SendOperationWritesOneStuffedFrame) {
         ASSERT_TRUE(adapter->SendOperation(*c.op));
         EXPECT_EQ(pty.Read(c.line.size()), c.line);
     }
+    Bytes payload{0x10, 'A', 0x0F};  // WriteData frames the bytes it is given alike
+    ASSERT_TRUE(adapter->WriteData(KT::CSlice<unsigned char>(payload.data(), payload.size())));
+    EXPECT_EQ(pty.Read(7), (Bytes{0x0F, 0x12, 0x30, 'A', 0x12, 0x2F, 0x10}));
     const Bytes image = ImageOf(0x010F, {1}, {0x07, 0x80});
     ASSERT_TRUE(pty.Write(Frame(image)));
     KT::CSharedPtr<SsOp> op;
@@ -152,26 +155,6 @@ TEST_F(UartAdapterPty, SendOperationWritesOneStuffedFrame) {
     op->SetDataU16(0x0438);  // not serialised again: the cache goes out
     ASSERT_TRUE(adapter->SendOperation(*op));
     EXPECT_EQ(pty.Read(Frame(image).size()), Frame(image));
-}
-
-TEST_F(UartAdapterPty, LongValueGoesOutChunkByChunk) {
-    std::string text(300, ' ');
-    for (size_t i = 0; i < text.size(); ++i) text[i] = static_cast<char>(i % 40 == 0 ? 0x10 : 'A' + i % 26);
-    SsOp op(OP_TYPE_DATA, 226);
-    op.SetIndexList({1});
-    op.SetDataU8(text);
-
-    Bytes expectedLine;
-    unsigned int offset = 0;
-    while (offset < op.GetDataLength()) {
-        unsigned char* ptr = nullptr;
-        unsigned int len = 0;
-        op.GetSerializedOp(ptr, len, offset);
-        ASSERT_TRUE(adapter->WriteData(KT::CSlice<unsigned char>(ptr, len)));
-        Bytes line = Frame(Bytes(ptr, ptr + len));
-        expectedLine.insert(expectedLine.end(), line.begin(), line.end());
-    }
-    EXPECT_EQ(pty.Read(expectedLine.size()), expectedLine);  // the chunks themselves: SsOpRoundTrip
 }
 
 TEST_F(UartAdapterPty, ThreadsCarryTheirNames) {
