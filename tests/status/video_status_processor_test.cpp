@@ -62,21 +62,6 @@ protected:
 
 }  // namespace
 
-TEST_F(VideoStatusTest, ForcedPollSendsEveryItemInOrder) {
-    video.Process(true);
-    auto sent = adapter.Take();
-    Ids expected = {226};
-    expected.insert(expected.end(), kAllItems.begin(), kAllItems.end());
-    EXPECT_EQ(OpIds(sent), expected);
-    EXPECT_EQ(sent[0].Text(), "News");
-    auto v = ValuesById(sent);
-    EXPECT_EQ(v[270], 1u);  // frames moved since the start
-    EXPECT_EQ(v[272], 1080u);
-    EXPECT_EQ(v[267], k1080p50);
-    EXPECT_EQ(v[282], 1u);  // HD
-    EXPECT_EQ(d.log.Count("IVideoDecoder::SetCodec(2)"), 1u);
-}
-
 TEST_F(VideoStatusTest, UnrecognisedInputSendsOnlyOutputFormatAndDecodeStatus) {
     d.videoDecoder.SetReportedFormat(1920, 1080, VIDEO_SCAN_TYPE_PROGRESSIVE, VIDEO_FRAME_RATE_UNKNOWN,
                                      VIDEO_ASPECT_RATIO_16X9);
@@ -156,9 +141,19 @@ TEST_F(VideoStatusTest, ManualModeLogsAResolutionChangeAndLeavesTheOutput) {
     EXPECT_EQ(SetFormatCalls(), 1);
 }
 
-TEST_F(VideoStatusTest, ClearMakesTheNextUnforcedPollResendEveryNonDefaultValue) {
+TEST_F(VideoStatusTest, ForcedPollSendsEveryItemInOrderAndClearResendsEveryNonDefaultValue) {
     video.Process(true);
     auto forced = adapter.Take();
+    Ids all = {226};
+    all.insert(all.end(), kAllItems.begin(), kAllItems.end());
+    EXPECT_EQ(OpIds(forced), all);
+    EXPECT_EQ(forced[0].Text(), "News");
+    auto v = ValuesById(forced);
+    EXPECT_EQ(v[270], 1u);  // frames moved since the start
+    EXPECT_EQ(v[272], 1080u);
+    EXPECT_EQ(v[267], k1080p50);
+    EXPECT_EQ(v[282], 1u);  // HD
+    EXPECT_EQ(d.log.Count("IVideoDecoder::SetCodec(2)"), 1u);
     video.Process(false);
     EXPECT_EQ(OpIds(adapter.Take()), (Ids{270}));  // only the decode status: frames stopped
     video.Clear();
