@@ -34,26 +34,23 @@ unsigned Count(COpSsData** table) {
 
 }  // namespace
 
+// Unique opIds across the tables; every entry has a one-byte index but the
+// software version, whose index takes four.
 TEST(OpDictionary, TablesHoldTheirEntries) {
     unsigned total = 0;
     std::set<unsigned> ids;
     for (const Table& t : kTables) {
         EXPECT_EQ(Count(t.entries), t.expectedCount) << t.name;
-        for (COpSsData** e = t.entries; *e; ++e) ids.insert((*e)->GetOpId());
-        total += Count(t.entries);
-    }
-    EXPECT_EQ(total, 122u);
-    EXPECT_EQ(ids.size(), total) << "opIds must be unique across tables";
-}
-
-TEST(OpDictionary, OnlyTheSoftwareVersionHasAFourByteIndex) {
-    for (const Table& t : kTables) {
         for (COpSsData** e = t.entries; *e; ++e) {
+            ids.insert((*e)->GetOpId());
             std::vector<DataVarType_e> types = (*e)->GetIndex().GetIndexTypeList();
             ASSERT_EQ(types.size(), 1u) << (*e)->GetName();
             EXPECT_EQ(types[0], (*e)->GetOpId() == 2 ? VT_UINT32 : VT_UINT8) << (*e)->GetName();
         }
+        total += Count(t.entries);
     }
+    EXPECT_EQ(total, 122u);
+    EXPECT_EQ(ids.size(), total) << "opIds must be unique across tables";
 }
 
 TEST(OpDictionary, LooksEntriesUpByOpId) {
