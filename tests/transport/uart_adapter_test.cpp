@@ -173,16 +173,10 @@ TEST_F(UartAdapterPty, ClosedHostSideDoesNotMakeTheReaderSpin) {
     pty.CloseMaster();
     const double cpuBefore = ProcessCpuSeconds();
     std::this_thread::sleep_for(std::chrono::seconds(2));
-    const double cpuUsed = ProcessCpuSeconds() - cpuBefore;
-    RecordProperty("cpu_seconds_over_2s", std::to_string(cpuUsed));
-    EXPECT_LT(cpuUsed, 0.2);
-
+    EXPECT_LT(ProcessCpuSeconds() - cpuBefore, 0.2);  // a failure shows the seconds used
     const auto start = std::chrono::steady_clock::now();
     adapter->TerminateReceiveOps();
-    const double terminateSeconds = stbav_test::SecondsSince(start);
-    RecordProperty("terminate_seconds", std::to_string(terminateSeconds));
-    std::printf("dead pty: cpu %.4f s over 2 s, terminate %.4f s\n", cpuUsed, terminateSeconds);
-    EXPECT_LT(terminateSeconds, 2.0);
+    EXPECT_LT(stbav_test::SecondsSince(start), 2.0);
 }
 
 TEST(UartAdapter, MissingDeviceStartsNoThread) {
