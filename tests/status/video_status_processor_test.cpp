@@ -93,13 +93,9 @@ TEST_F(VideoStatusTest, AbnormalPidKeepsOnlyServiceIdentityAndOutputFormat) {
         EXPECT_EQ(sent[0].opId, 226u) << "the name goes even when empty";
         EXPECT_EQ(sent[0].Text(), c.name);
         for (const SentOp& op : sent) {
-            if (op.opId == 225) {
-                EXPECT_EQ(op.Value(), 7u);
-            } else if (op.opId == 267) {
-                EXPECT_EQ(op.Value(), k1080p50);
-            } else if (op.opId != 226) {
-                EXPECT_EQ(op.Value(), 0u) << "opId " << op.opId << " pid " << c.pid;
-            }
+            if (op.opId == 226) continue;
+            const uint64_t kept = op.opId == 225 ? 7u : op.opId == 267 ? k1080p50 : 0u;  // service number, format
+            EXPECT_EQ(op.Value(), kept) << "opId " << op.opId << " pid " << c.pid;
         }
     }
 }
