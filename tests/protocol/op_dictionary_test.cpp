@@ -59,12 +59,11 @@ TEST(OpDictionary, LooksEntriesUpByOpId) {
     FillDictionary(map);  // filling again changes nothing
     EXPECT_EQ(map.Get().size(), 122u);
 
-    struct Case {
+    const struct {
         unsigned opId;
         const char* name;
         DataVarType_e type;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {271, "videoWidth", VT_UINT16},
         {2, "stbsystemSoftwareVersion", VT_UINT32},
         {0, "stbsystemReset", VT_INT8},
@@ -77,7 +76,7 @@ TEST(OpDictionary, LooksEntriesUpByOpId) {
         {104, "avssconfigGenlockAvail", VT_BOOL},
         {283, "videoChromaBitDepth", VT_UINT8},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         COpSsData* e = map.GetByOpId(c.opId);
         ASSERT_NE(e, nullptr) << c.opId;
         EXPECT_EQ(e->GetName(), c.name);

@@ -57,12 +57,11 @@ TEST(SsOpImage, LongValueIsSentInChunksOf240) {
 }
 
 TEST(SsOpSetters, WriteBigEndianBytes) {
-    struct Case {
+    const struct {
         const char* name;
         void (*set)(SsOp&);
         Bytes expected;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"U8", [](SsOp& o) { o.SetDataU8(0xAB); }, {0xAB}},
         {"U16", [](SsOp& o) { o.SetDataU16(0x1234); }, {0x12, 0x34}},
         {"16 negative", [](SsOp& o) { o.SetData16(-2); }, {0xFF, 0xFE}},
@@ -75,7 +74,7 @@ TEST(SsOpSetters, WriteBigEndianBytes) {
         {"text", [](SsOp& o) { o.SetDataU8(std::string("ab")); }, {'a', 'b'}},
         {"raw", [](SsOp& o) { const unsigned char b[] = {9, 0, 8}; o.SetDataU8(b, 3); }, {9, 0, 8}},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SsOp op;
         op.SetDataU8(std::string("old value"));
         c.set(op);
@@ -108,9 +107,6 @@ TEST(SsOpGetters, SixtyFourBitsKeepTheLastEightBytes) {
     op.SetDataU8(nine, 9);
     EXPECT_EQ(op.GetDataU64(), 0x0102030405060788ULL);
     EXPECT_EQ(op.GetData64(), 0x0102030405060788LL);
-    op.SetData16(-300);
-    EXPECT_EQ(op.GetData16(), -300);
-    EXPECT_EQ(op.GetDataU16(), 0x10000 - 300);
 }
 
 TEST(SsOpGetters, LastIndexIsOneWithoutIndex) {
@@ -182,16 +178,15 @@ TEST(SsOpTypedGetters, ReadTheirOwnTypeAndRefuseOthersWithTheirMessage) {
 enum class TestLevel_e : unsigned char { Low = 1, High = 200 };
 
 TEST(SsOpSetSsOpData, StoresNumbersUnderTheWireType) {
-    struct Case {
+    const struct {
         DataVarType_e type;
         Bytes expected;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {VT_INT32, {0xFF, 0xFF, 0xFF, 0xFF}}, {VT_UINT32, {0xFF, 0xFF, 0xFF, 0xFF}}, {VT_INT8, {0xFF}},
         {VT_UINT8, {0xFF}}, {VT_BOOL, {0xFF}}, {VT_INT16, {0xFF, 0xFF}}, {VT_UINT16, {0xFF, 0xFF}},
         {VT_INT64, Bytes(8, 0xFF)}, {VT_UINT64, {0, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF}},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SsOp op;
         // The value's own signedness decides the widening: int -1 stays all ones,
         // unsigned 0xFFFFFFFF gains zero bytes in 64 bits.
@@ -233,15 +228,14 @@ TEST(SsOpSetSsOpData, TextOnlyAsStringType) {
 }
 
 TEST(SsOpDeserialize, CornerCases) {
-    struct Case {
+    const struct {
         const char* name;
         Bytes buf;     // what is readable
         unsigned len;  // what the caller says
         unsigned consumed;
         Bytes index, data;
         std::vector<std::string> prints;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"empty index and data", {0x00, 0x10, 0x00, 0x00, 0x00}, 5, 5, {}, {}, {}},
         {"type, id, index and value", {0x00, 0x0F, 0x01, 0x01, 0x02, 0x02, 0x07, 0x80}, 8, 8, {2}, {7, 0x80}, {}},
         {"trailing bytes ignored", {0x06, 0x01, 0x01, 0x01, 0x09, 0x02, 0xAA, 0xBB, 0x00, 0x55}, 10, 8, {9},
@@ -256,7 +250,7 @@ TEST(SsOpDeserialize, CornerCases) {
          {"DeserializeArray failed! offset=3, dataLength=2"}},
         {"too short", {0x00, 0x01}, 1, 0, {}, {}, {}},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         PrintCapture prints;
         SsOp op;
         op.SetIndexList({1, 2});

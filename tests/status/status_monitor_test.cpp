@@ -35,7 +35,7 @@ TEST_F(StatusMonitorTest, SendNewStatusSendsOnlyChangesUnlessForced) {
         bool force;
         bool sends;
     } cases[] = {{0, 0, false, false}, {5, 5, false, false}, {5, 6, false, true}, {5, 5, true, true}, {0, 0, true, true}};
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         unsigned short last = c.last;
         EXPECT_TRUE(probe.SendNewStatus(271u, 0u, c.value, last, c.force));
         EXPECT_EQ(last, c.value);

@@ -84,7 +84,7 @@ TEST_F(VideoStatusTest, AbnormalPidKeepsOnlyServiceIdentityAndOutputFormat) {
         uint16_t pid;
         std::string name;
     } cases[] = {{8191, "News"}, {0, "News"}, {0, ""}};
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         d.demux.SetReportedPid(ES_TYPE_VIDEO, 0, c.pid);
         d.videoDecoder.Configure([&](stbav_test::FakeVideoDecoderState& s) { s.serviceNames[7] = c.name; });
         video.Process(true);

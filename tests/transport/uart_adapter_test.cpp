@@ -7,7 +7,6 @@
 #include <chrono>
 #include <ctime>
 #include <memory>
-#include <set>
 #include <string>
 #include <thread>
 #include <vector>
@@ -192,15 +191,14 @@ TEST(UartAdapter, MissingDeviceStartsNoThread) {
 }
 
 TEST(UartAdapter, PortNames) {
-    struct Case {
+    const struct {
         CUartAdapter::UartPort_e port;
         const char* name;
-    };
-    const Case cases[] = {{CUartAdapter::PORT_TTYPS0, "/dev/ttyPS0"}, {CUartAdapter::PORT_TTYUL3, "/dev/ttyUL3"},
+    } cases[] = {{CUartAdapter::PORT_TTYPS0, "/dev/ttyPS0"}, {CUartAdapter::PORT_TTYUL3, "/dev/ttyUL3"},
                           {CUartAdapter::PORT_TTYAMA0, "/dev/ttyAMA0"}, {CUartAdapter::PORT_TTYS2, "/dev/ttyS2"},
                           {CUartAdapter::PORT_TTYS3, "/dev/ttyS3"}};
     PrintCapture prints;  // the ports do not exist here
-    for (const Case& c : cases) EXPECT_EQ(CUartAdapter(c.port, CUartAdapter::BAUD_115200).GetPortString(), c.name);
+    for (const auto& c : cases) EXPECT_EQ(CUartAdapter(c.port, CUartAdapter::BAUD_115200).GetPortString(), c.name);
     testing::internal::CaptureStderr();
     EXPECT_EQ(CUartAdapter(static_cast<CUartAdapter::UartPort_e>(18), CUartAdapter::BAUD_115200).GetPortString(), "");
     EXPECT_NE(testing::internal::GetCapturedStderr().find(

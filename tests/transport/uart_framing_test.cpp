@@ -104,7 +104,7 @@ TEST(FrameDecoder, FrameLongerThanTheLongestStuffedImageIsDropped) {
         {"plain bytes", Bytes(uart_framing::kMaxStuffedImage + 1, 0x41)},
         {"a flood", Bytes(3 * 1000 * 1000, 0x42)},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         FrameDecoder decoder;
         Bytes stream{0x0F};
