@@ -39,9 +39,6 @@ protected:
         ConfigureStream(*d.audioDecoder, 1000);
         d.demux.SetReportedPid(ES_TYPE_AUDIO, 0, 0x101);
     }
-    void SetPts(FakeAudioDecoder& decoder, uint64_t pts) {
-        decoder.Configure([pts](FakeAudioDecoderState& s) { s.pts = pts; });
-    }
 
     LogCapture logs{"tevrin.audioStatusProcess"};
 };
@@ -68,8 +65,8 @@ TEST_F(AudioStatusTest, PtsStepOfTheFirstDecoderThatMovedIsLoggedAndAJumpReporte
     };
     for (const auto& p : polls) {
         SCOPED_TRACE(p.lines[0]);
-        SetPts(*d.audioDecoder, p.first);
-        SetPts(second, p.second);
+        d.audioDecoder->Configure([&](FakeAudioDecoderState& s) { s.pts = p.first; });
+        second.Configure([&](FakeAudioDecoderState& s) { s.pts = p.second; });
         logs.Clear();
         audio.Process(false);
         EXPECT_EQ(logs.Lines(), p.lines);

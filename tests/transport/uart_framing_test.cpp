@@ -107,10 +107,8 @@ TEST(FrameDecoder, FrameLongerThanTheLongestStuffedImageIsDropped) {
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         FrameDecoder decoder;
-        Bytes stream{0x0F};
-        stream.insert(stream.end(), c.body.begin(), c.body.end());
-        stream.push_back(0x0F);  // ignored inside the dropped frame, as in any frame
-        stream.push_back(0x10);
+        // The second start marker is ignored inside the dropped frame, as in any frame.
+        const Bytes stream = Concat({{0x0F}, c.body, {0x0F, 0x10}});
         EXPECT_TRUE(Decode(decoder, stream).empty());
         EXPECT_EQ(decoder.DroppedFrames(), 1u);
         EXPECT_FALSE(decoder.Dropping());
