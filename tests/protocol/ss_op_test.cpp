@@ -138,15 +138,12 @@ std::function<std::string(SsOp&, DataVarType_e)> Getter(T start = T{}) {
 // Every typed getter reads its own type; any other code is refused with a
 // message naming the type expected, and the output is left as it was.
 TEST(SsOpTypedGetters, ReadTheirOwnTypeAndRefuseOthersWithTheirMessage) {
-    const auto u8 = [](SsOp& op) { op.SetDataU8(0xFE); };
-    const auto s16 = [](SsOp& op) { op.SetData16(-1000); };
-    const auto u32 = [](SsOp& op) { op.SetDataU32(0xC0A80102); };
-    const auto s64 = [](SsOp& op) { op.SetData64(-5); };
-    const auto mac = [](SsOp& op) { op.SetDataU8(std::string("\xAA\x01\x02\x03\x04\x05")); };
+    const Bytes u8{0xFE}, s16{0xFC, 0x18}, u32{0xC0, 0xA8, 0x01, 0x02}, mac{0xAA, 0x01, 0x02, 0x03, 0x04, 0x05};
+    const Bytes s64{0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFB};  // -5
     const struct {
         const char* name;
         DataVarType_e type;
-        std::function<void(SsOp&)> set;
+        Bytes value;
         std::function<std::string(SsOp&, DataVarType_e)> get;
         std::string read, refused;
     } cases[] = {
@@ -166,7 +163,7 @@ TEST(SsOpTypedGetters, ReadTheirOwnTypeAndRefuseOthersWithTheirMessage) {
         SCOPED_TRACE(c.name);
         PrintCapture prints;
         SsOp op;
-        c.set(op);
+        op.SetDataU8(c.value.data(), static_cast<unsigned>(c.value.size()));
         EXPECT_EQ(c.get(op, c.type), c.read);
         const int other = c.type + 1;  // a code of its own in each message
         EXPECT_EQ(c.get(op, static_cast<DataVarType_e>(other)), c.refused);
@@ -190,11 +187,8 @@ TEST(SsOpSetSsOpData, StoresNumbersUnderTheWireType) {
         SsOp op;
         // The value's own signedness decides the widening: int -1 stays all ones,
         // unsigned 0xFFFFFFFF gains zero bytes in 64 bits.
-        if (c.type == VT_UINT64) {
-            EXPECT_TRUE(op.SetSsOpData(0xFFFFFFFFu, c.type));
-        } else {
-            EXPECT_TRUE(op.SetSsOpData(static_cast<signed char>(-1), c.type));
-        }
+        EXPECT_TRUE(c.type == VT_UINT64 ? op.SetSsOpData(0xFFFFFFFFu, c.type)
+                                        : op.SetSsOpData(static_cast<signed char>(-1), c.type));
         EXPECT_EQ(op.GetRawData(), c.expected) << "type " << c.type;
     }
     SsOp op;
