@@ -26,12 +26,6 @@ const Table kTables[] = {
     {"videoSsData", videoSsData, 13},
 };
 
-unsigned Count(COpSsData** table) {
-    unsigned n = 0;
-    while (table[n] != nullptr) ++n;
-    return n;
-}
-
 }  // namespace
 
 // Unique opIds across the tables; every entry has a one-byte index but the
@@ -40,14 +34,15 @@ TEST(OpDictionary, TablesHoldTheirEntries) {
     unsigned total = 0;
     std::set<unsigned> ids;
     for (const Table& t : kTables) {
-        EXPECT_EQ(Count(t.entries), t.expectedCount) << t.name;
-        for (COpSsData** e = t.entries; *e; ++e) {
+        unsigned count = 0;
+        for (COpSsData** e = t.entries; *e; ++e, ++count) {
             ids.insert((*e)->GetOpId());
             std::vector<DataVarType_e> types = (*e)->GetIndex().GetIndexTypeList();
             ASSERT_EQ(types.size(), 1u) << (*e)->GetName();
             EXPECT_EQ(types[0], (*e)->GetOpId() == 2 ? VT_UINT32 : VT_UINT8) << (*e)->GetName();
         }
-        total += Count(t.entries);
+        EXPECT_EQ(count, t.expectedCount) << t.name;
+        total += count;
     }
     EXPECT_EQ(total, 122u);
     EXPECT_EQ(ids.size(), total) << "opIds must be unique across tables";
