@@ -41,6 +41,7 @@ protected:
     }
 
     LogCapture logs{"tevrin.audioStatusProcess"};
+    AudioStatusProcessor audio{sender, d.audioDecoders, d.audioOutput, d.demux, d.chip};  // reads every decoder added
 };
 
 }  // namespace
@@ -50,7 +51,6 @@ protected:
 TEST_F(AudioStatusTest, PtsStepOfTheFirstDecoderThatMovedIsLoggedAndAJumpReported) {
     FakeAudioDecoder& second = d.AddAudioDecoder();
     ConfigureStream(second, 5000);
-    AudioStatusProcessor audio(sender, d.audioDecoders, d.audioOutput, d.demux, d.chip);
     audio.Process(false);  // from 0 to 1000 and 5000
     const std::string debug = "DEBUG tevrin.audioStatusProcess: ";
     const std::string info = "INFO tevrin.audioStatusProcess: Significant PCR adjustment: ";
@@ -76,7 +76,6 @@ TEST_F(AudioStatusTest, PtsStepOfTheFirstDecoderThatMovedIsLoggedAndAJumpReporte
 // A PID of 0 or 8191 is no stream: every item goes as 0, the sync status included.
 TEST_F(AudioStatusTest, ForcedPollSendsAllTenPerDecoderZeroForAnAbnormalPidAndClearResendsNonZero) {
     d.AddAudioDecoder();  // a second decoder with nothing to report, no PID
-    AudioStatusProcessor audio(sender, d.audioDecoders, d.audioOutput, d.demux, d.chip);
     const uint64_t normal[] = {0x101, 192000, 48000, 1, 3, 0xE1, 3, 3, 0, 2};
     for (uint16_t pid : {8191, 0, 0x101}) {
         d.demux.SetReportedPid(ES_TYPE_AUDIO, 0, pid);

@@ -46,12 +46,9 @@ protected:
             s.bitDepth = CHROMA_BIT_DEPTH_8;
             s.frameCount = 25;
         });
-        SetOutput(1920, 1080, VIDEO_SCAN_TYPE_PROGRESSIVE, VIDEO_FRAME_RATE_50);
+        d.videoOutput.SetFormat(1920, 1080, VIDEO_SCAN_TYPE_PROGRESSIVE, VIDEO_FRAME_RATE_50, VIDEO_ASPECT_RATIO_16X9,
+                                VOUT_FORMAT_UNSET, VIDEO_OUTPUT_INTERFACE_HD);
         d.log.Clear();
-    }
-    void SetOutput(uint32_t w, uint32_t h, VideoScanType_e scan, VideoFrameRate_e rate,
-                   VideoAspectRatio_e aspect = VIDEO_ASPECT_RATIO_16X9) {
-        d.videoOutput.SetFormat(w, h, scan, rate, aspect, VOUT_FORMAT_UNSET, VIDEO_OUTPUT_INTERFACE_HD);
     }
     int SetFormatCalls() { return d.videoOutput.Snapshot().setFormatCount; }
 
@@ -166,7 +163,8 @@ TEST_F(VideoStatusTest, AutoFormatStatusJudgesTheSdCompanionOfTheOutput) {
     EXPECT_EQ(ValuesById(adapter.Take())[269], 0u);  // mode never set: no status
     output.SetVideoFormatMode(0, FORMAT_MODE_AUTO);
     // 1080p50 4:3 is no supported output, but the 576i25 16:9 that goes out beside it is.
-    SetOutput(1920, 1080, VIDEO_SCAN_TYPE_PROGRESSIVE, VIDEO_FRAME_RATE_50, VIDEO_ASPECT_RATIO_4X3);
+    d.videoOutput.SetFormat(1920, 1080, VIDEO_SCAN_TYPE_PROGRESSIVE, VIDEO_FRAME_RATE_50, VIDEO_ASPECT_RATIO_4X3,
+                            VOUT_FORMAT_UNSET, VIDEO_OUTPUT_INTERFACE_HD);
     video.Process(true);
     EXPECT_EQ(ValuesById(adapter.Take())[269], 1u);
     EXPECT_TRUE(video.IsNormalVideoPid(0x1FFE));
