@@ -26,34 +26,26 @@ const Table kTables[] = {
     {"videoSsData", videoSsData, 13},
 };
 
-unsigned Count(COpSsData** table) {
-    unsigned n = 0;
-    while (table[n] != nullptr) ++n;
-    return n;
-}
-
 }  // namespace
 
+// Unique opIds across the tables; every entry has a one-byte index but the
+// software version, whose index takes four.
 TEST(OpDictionary, TablesHoldTheirEntries) {
     unsigned total = 0;
     std::set<unsigned> ids;
     for (const Table& t : kTables) {
-        EXPECT_EQ(Count(t.entries), t.expectedCount) << t.name;
-        for (COpSsData** e = t.entries; *e; ++e) ids.insert((*e)->GetOpId());
-        total += Count(t.entries);
-    }
-    EXPECT_EQ(total, 122u);
-    EXPECT_EQ(ids.size(), total) << "opIds must be unique across tables";
-}
-
-TEST(OpDictionary, OnlyTheSoftwareVersionHasAFourByteIndex) {
-    for (const Table& t : kTables) {
-        for (COpSsData** e = t.entries; *e; ++e) {
+        unsigned count = 0;
+        for (COpSsData** e = t.entries; *e; ++e, ++count) {
+            ids.insert((*e)->GetOpId());
             std::vector<DataVarType_e> types = (*e)->GetIndex().GetIndexTypeList();
             ASSERT_EQ(types.size(), 1u) << (*e)->GetName();
             EXPECT_EQ(types[0], (*e)->GetOpId() == 2 ? VT_UINT32 : VT_UINT8) << (*e)->GetName();
         }
+        EXPECT_EQ(count, t.expectedCount) << t.name;
+        total += count;
     }
+    EXPECT_EQ(total, 122u);
+    EXPECT_EQ(ids.size(), total) << "opIds must be unique across tables";
 }
 
 TEST(OpDictionary, LooksEntriesUpByOpId) {
@@ -62,12 +54,11 @@ TEST(OpDictionary, LooksEntriesUpByOpId) {
     FillDictionary(map);  // filling again changes nothing
     EXPECT_EQ(map.Get().size(), 122u);
 
-    struct Case {
+    const struct {
         unsigned opId;
         const char* name;
         DataVarType_e type;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {271, "videoWidth", VT_UINT16},
         {2, "stbsystemSoftwareVersion", VT_UINT32},
         {0, "stbsystemReset", VT_INT8},
@@ -80,7 +71,7 @@ TEST(OpDictionary, LooksEntriesUpByOpId) {
         {104, "avssconfigGenlockAvail", VT_BOOL},
         {283, "videoChromaBitDepth", VT_UINT8},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         COpSsData* e = map.GetByOpId(c.opId);
         ASSERT_NE(e, nullptr) << c.opId;
         EXPECT_EQ(e->GetName(), c.name);

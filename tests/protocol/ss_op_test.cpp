@@ -43,19 +43,13 @@ TEST(SsOpImage, LongValueIsSentInChunksOf240) {
     unsigned char* ptr = nullptr;
     unsigned int len = 0;
     unsigned int offset = 0;
-    ASSERT_EQ(op.GetSerializedOp(ptr, len, offset), 5u + 1 + 240);
-    EXPECT_EQ(ptr[5], 240);
-    EXPECT_EQ(std::string(ptr + 6, ptr + len), text.substr(0, 240));
-    EXPECT_EQ(offset, 240u);
-
-    ASSERT_EQ(op.GetSerializedOp(ptr, len, offset), 5u + 1 + 60);
-    EXPECT_EQ(ptr[5], 60);
-    EXPECT_EQ(std::string(ptr + 6, ptr + len), text.substr(240));
-    EXPECT_EQ(offset, 300u);
-
-    ASSERT_EQ(op.GetSerializedOp(ptr, len, offset), 6u);  // offset == length: an empty chunk
-    EXPECT_EQ(ptr[5], 0);
-    EXPECT_EQ(offset, 300u);
+    for (unsigned int size : {240u, 60u, 0u}) {  // offset == length: an empty chunk
+        const unsigned int from = offset;
+        ASSERT_EQ(op.GetSerializedOp(ptr, len, offset), 5u + 1 + size);
+        EXPECT_EQ(ptr[5], size);
+        EXPECT_EQ(std::string(ptr + 6, ptr + len), text.substr(from, size));
+        EXPECT_EQ(offset, from + size);
+    }
 
     offset = 301;
     EXPECT_EQ(op.SerializeOp(offset), 0u);
@@ -63,12 +57,11 @@ TEST(SsOpImage, LongValueIsSentInChunksOf240) {
 }
 
 TEST(SsOpSetters, WriteBigEndianBytes) {
-    struct Case {
+    const struct {
         const char* name;
         void (*set)(SsOp&);
         Bytes expected;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"U8", [](SsOp& o) { o.SetDataU8(0xAB); }, {0xAB}},
         {"U16", [](SsOp& o) { o.SetDataU16(0x1234); }, {0x12, 0x34}},
         {"16 negative", [](SsOp& o) { o.SetData16(-2); }, {0xFF, 0xFE}},
@@ -81,7 +74,7 @@ TEST(SsOpSetters, WriteBigEndianBytes) {
         {"text", [](SsOp& o) { o.SetDataU8(std::string("ab")); }, {'a', 'b'}},
         {"raw", [](SsOp& o) { const unsigned char b[] = {9, 0, 8}; o.SetDataU8(b, 3); }, {9, 0, 8}},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SsOp op;
         op.SetDataU8(std::string("old value"));
         c.set(op);
@@ -114,18 +107,13 @@ TEST(SsOpGetters, SixtyFourBitsKeepTheLastEightBytes) {
     op.SetDataU8(nine, 9);
     EXPECT_EQ(op.GetDataU64(), 0x0102030405060788ULL);
     EXPECT_EQ(op.GetData64(), 0x0102030405060788LL);
-    op.SetData16(-300);
-    EXPECT_EQ(op.GetData16(), -300);
-    EXPECT_EQ(op.GetDataU16(), 0x10000 - 300);
 }
 
 TEST(SsOpGetters, LastIndexIsOneWithoutIndex) {
     SsOp op;
     EXPECT_EQ(op.GetLastIndex(), 1u);
-    EXPECT_EQ(op.GetIndexCount(), 0u);
     op.SetIndexList({0, 0, 0, 7});
     EXPECT_EQ(op.GetLastIndex(), 7u);
-    EXPECT_EQ(op.GetIndexCount(), 4u);
 }
 
 std::string Show(unsigned char v) { return std::to_string(v); }
@@ -150,15 +138,12 @@ std::function<std::string(SsOp&, DataVarType_e)> Getter(T start = T{}) {
 // Every typed getter reads its own type; any other code is refused with a
 // message naming the type expected, and the output is left as it was.
 TEST(SsOpTypedGetters, ReadTheirOwnTypeAndRefuseOthersWithTheirMessage) {
-    const auto u8 = [](SsOp& op) { op.SetDataU8(0xFE); };
-    const auto s16 = [](SsOp& op) { op.SetData16(-1000); };
-    const auto u32 = [](SsOp& op) { op.SetDataU32(0xC0A80102); };
-    const auto s64 = [](SsOp& op) { op.SetData64(-5); };
-    const auto mac = [](SsOp& op) { op.SetDataU8(std::string("\xAA\x01\x02\x03\x04\x05")); };
+    const Bytes u8{0xFE}, s16{0xFC, 0x18}, u32{0xC0, 0xA8, 0x01, 0x02}, mac{0xAA, 0x01, 0x02, 0x03, 0x04, 0x05};
+    const Bytes s64{0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFB};  // -5
     const struct {
         const char* name;
         DataVarType_e type;
-        std::function<void(SsOp&)> set;
+        Bytes value;
         std::function<std::string(SsOp&, DataVarType_e)> get;
         std::string read, refused;
     } cases[] = {
@@ -178,39 +163,32 @@ TEST(SsOpTypedGetters, ReadTheirOwnTypeAndRefuseOthersWithTheirMessage) {
         SCOPED_TRACE(c.name);
         PrintCapture prints;
         SsOp op;
-        c.set(op);
+        op.SetDataU8(c.value.data(), static_cast<unsigned>(c.value.size()));
         EXPECT_EQ(c.get(op, c.type), c.read);
-        EXPECT_EQ(c.get(op, VT_STRING), c.refused);
-        EXPECT_EQ(prints.Lines(), std::vector<std::string>{std::string("Expected type ") + c.name + " got type: 12"});
+        const int other = c.type + 1;  // a code of its own in each message
+        EXPECT_EQ(c.get(op, static_cast<DataVarType_e>(other)), c.refused);
+        EXPECT_EQ(prints.Lines(), std::vector<std::string>{"Expected type " + std::string(c.name) + " got type: " +
+                                                           std::to_string(other)});
     }
-    PrintCapture prints;
-    SsOp op;
-    unsigned int u = 9;
-    EXPECT_FALSE(op.GetData(VT_UINT8, u));
-    EXPECT_EQ(prints.Lines(), std::vector<std::string>{"Expected type VT_UINT32 got type: 3"});
 }
 
 enum class TestLevel_e : unsigned char { Low = 1, High = 200 };
 
 TEST(SsOpSetSsOpData, StoresNumbersUnderTheWireType) {
-    struct Case {
+    const struct {
         DataVarType_e type;
         Bytes expected;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {VT_INT32, {0xFF, 0xFF, 0xFF, 0xFF}}, {VT_UINT32, {0xFF, 0xFF, 0xFF, 0xFF}}, {VT_INT8, {0xFF}},
         {VT_UINT8, {0xFF}}, {VT_BOOL, {0xFF}}, {VT_INT16, {0xFF, 0xFF}}, {VT_UINT16, {0xFF, 0xFF}},
         {VT_INT64, Bytes(8, 0xFF)}, {VT_UINT64, {0, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF}},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SsOp op;
         // The value's own signedness decides the widening: int -1 stays all ones,
         // unsigned 0xFFFFFFFF gains zero bytes in 64 bits.
-        if (c.type == VT_UINT64) {
-            EXPECT_TRUE(op.SetSsOpData(0xFFFFFFFFu, c.type));
-        } else {
-            EXPECT_TRUE(op.SetSsOpData(static_cast<signed char>(-1), c.type));
-        }
+        EXPECT_TRUE(c.type == VT_UINT64 ? op.SetSsOpData(0xFFFFFFFFu, c.type)
+                                        : op.SetSsOpData(static_cast<signed char>(-1), c.type));
         EXPECT_EQ(op.GetRawData(), c.expected) << "type " << c.type;
     }
     SsOp op;
@@ -244,16 +222,16 @@ TEST(SsOpSetSsOpData, TextOnlyAsStringType) {
 }
 
 TEST(SsOpDeserialize, CornerCases) {
-    struct Case {
+    const struct {
         const char* name;
         Bytes buf;     // what is readable
         unsigned len;  // what the caller says
         unsigned consumed;
         Bytes index, data;
         std::vector<std::string> prints;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"empty index and data", {0x00, 0x10, 0x00, 0x00, 0x00}, 5, 5, {}, {}, {}},
+        {"type, id, index and value", {0x00, 0x0F, 0x01, 0x01, 0x02, 0x02, 0x07, 0x80}, 8, 8, {2}, {7, 0x80}, {}},
         {"trailing bytes ignored", {0x06, 0x01, 0x01, 0x01, 0x09, 0x02, 0xAA, 0xBB, 0x00, 0x55}, 10, 8, {9},
          {0xAA, 0xBB}, {}},
         {"index length past the end", {0x00, 0x01, 0x00, 0x05, 0x01}, 5, 0, {}, {},
@@ -266,7 +244,7 @@ TEST(SsOpDeserialize, CornerCases) {
          {"DeserializeArray failed! offset=3, dataLength=2"}},
         {"too short", {0x00, 0x01}, 1, 0, {}, {}, {}},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         PrintCapture prints;
         SsOp op;
         op.SetIndexList({1, 2});
@@ -275,19 +253,12 @@ TEST(SsOpDeserialize, CornerCases) {
         EXPECT_EQ(op.GetIndexList(), c.index) << c.name;
         EXPECT_EQ(op.GetRawData(), c.data) << c.name;
         EXPECT_EQ(prints.Lines(), c.prints) << c.name;
+        if (c.consumed > 0) {
+            EXPECT_EQ(Image(op), Bytes(c.buf.begin(), c.buf.begin() + c.consumed)) << "rebuilt from what it consumed";
+        }
     }
     SsOp op;
     EXPECT_EQ(op.DeserializeOp(nullptr, 10), 0u);
-}
-
-TEST(SsOpDeserialize, RebuildsTheImageItConsumed) {
-    const Bytes image{0x00, 0x0F, 0x01, 0x01, 0x02, 0x02, 0x07, 0x80};
-    SsOp op;
-    ASSERT_EQ(op.DeserializeOp(image), image.size());
-    EXPECT_EQ(op.GetOpType(), OP_TYPE_DATA);
-    EXPECT_EQ(op.GetOpId(), 0x010Fu);
-    EXPECT_EQ(op.GetDataU16(), 0x0780);
-    EXPECT_EQ(Image(op), image);
 }
 
 // Random operations of every size survive image -> parse, chunk by chunk.

@@ -39,85 +39,61 @@ protected:
         ConfigureStream(*d.audioDecoder, 1000);
         d.demux.SetReportedPid(ES_TYPE_AUDIO, 0, 0x101);
     }
-    void SetPts(FakeAudioDecoder& decoder, uint64_t pts) {
-        decoder.Configure([pts](FakeAudioDecoderState& s) { s.pts = pts; });
-    }
-    size_t InfoLines() {
-        size_t n = 0;
-        for (const std::string& l : logs.Lines()) n += l.rfind("INFO ", 0) == 0;
-        return n;
-    }
 
     LogCapture logs{"tevrin.audioStatusProcess"};
+    AudioStatusProcessor audio{sender, d.audioDecoders, d.audioOutput, d.demux, d.chip};  // reads every decoder added
 };
 
 }  // namespace
 
-TEST_F(AudioStatusTest, AbnormalPidReportsZerosIncludingSync) {
-    struct Case {
-        uint16_t pid;
-        bool normal;
-    } cases[] = {{0x101, true}, {8191, false}, {0, false}};
-    for (const Case& c : cases) {
-        AudioStatusProcessor audio(sender, d.audioDecoders, d.audioOutput, d.demux, d.chip);
-        d.demux.SetReportedPid(ES_TYPE_AUDIO, 0, c.pid);
-        audio.Process(true);
-        auto sent = adapter.Take();
-        ASSERT_EQ(OpIds(sent), kTenItems) << c.pid;
-        const uint64_t expected[] = {c.pid, 192000, 48000, 1, 3, 0xE1, 3, 3, 0, 2};
-        for (size_t i = 0; i < sent.size(); ++i)
-            EXPECT_EQ(sent[i].Value(), c.normal ? expected[i] : 0u) << "pid " << c.pid << " item " << sent[i].opId;
+// Each poll logs the PTS step of the first decoder whose PTS moved; a step above
+// four seconds (360000 ticks) is logged again, as a PCR adjustment.
+TEST_F(AudioStatusTest, PtsStepOfTheFirstDecoderThatMovedIsLoggedAndAJumpReported) {
+    FakeAudioDecoder& second = d.AddAudioDecoder();
+    ConfigureStream(second, 5000);
+    audio.Process(false);  // from 0 to 1000 and 5000
+    const std::string debug = "DEBUG tevrin.audioStatusProcess: ";
+    const std::string info = "INFO tevrin.audioStatusProcess: Significant PCR adjustment: ";
+    const struct {
+        uint64_t first, second;
+        std::vector<std::string> lines;
+    } polls[] = {
+        {361000, 5000, {debug + "360000 1000 361000"}},
+        {721001, 5000, {debug + "360001 361000 721001", info + "8590294592 361000 721001"}},
+        {721001, 405000, {debug + "0 721001 721001", debug + "400000 5000 405000", info + "8590334591 5000 405000"}},
+        {722001, 900000, {debug + "1000 721001 722001"}},
+    };
+    for (const auto& p : polls) {
+        SCOPED_TRACE(p.lines[0]);
+        d.audioDecoder->Configure([&](FakeAudioDecoderState& s) { s.pts = p.first; });
+        second.Configure([&](FakeAudioDecoderState& s) { s.pts = p.second; });
+        logs.Clear();
+        audio.Process(false);
+        EXPECT_EQ(logs.Lines(), p.lines);
     }
 }
 
-TEST_F(AudioStatusTest, PtsStepAboveFourSecondsIsLogged) {
-    AudioStatusProcessor audio(sender, d.audioDecoders, d.audioOutput, d.demux, d.chip);
-    audio.Process(false);  // from 0 to 1000
-    logs.Clear();
-    SetPts(*d.audioDecoder, 361000);
-    audio.Process(false);
-    EXPECT_TRUE(logs.Contains("DEBUG tevrin.audioStatusProcess: 360000 1000 361000"));
-    EXPECT_EQ(InfoLines(), 0u);
-    SetPts(*d.audioDecoder, 721001);
-    audio.Process(false);
-    EXPECT_TRUE(logs.Contains("INFO tevrin.audioStatusProcess: Significant PCR adjustment: 8590294592 361000 721001"));
-    EXPECT_EQ(InfoLines(), 1u);
-}
-
-TEST_F(AudioStatusTest, OnlyTheFirstDecoderWhosePtsMovedIsChecked) {
-    FakeAudioDecoder& second = d.AddAudioDecoder();
-    ConfigureStream(second, 5000);
-    AudioStatusProcessor audio(sender, d.audioDecoders, d.audioOutput, d.demux, d.chip);
-    audio.Process(false);
-    logs.Clear();
-
-    SetPts(second, 5000 + 400000);  // the first decoder stands still
-    audio.Process(false);
-    EXPECT_TRUE(logs.Contains("DEBUG tevrin.audioStatusProcess: 0 1000 1000"));
-    EXPECT_TRUE(logs.Contains("INFO tevrin.audioStatusProcess: Significant PCR adjustment: 8590334591 5000 405000"));
-
-    logs.Clear();
-    SetPts(*d.audioDecoder, 2000);
-    SetPts(second, 900000);
-    audio.Process(false);
-    EXPECT_EQ(logs.Lines(), (std::vector<std::string>{"DEBUG tevrin.audioStatusProcess: 1000 1000 2000"}));
-}
-
-TEST_F(AudioStatusTest, ForcedPollSendsAllTenPerDecoderAndClearResendsNonZero) {
+// A PID of 0 or 8191 is no stream: every item goes as 0, the sync status included.
+TEST_F(AudioStatusTest, ForcedPollSendsAllTenPerDecoderZeroForAnAbnormalPidAndClearResendsNonZero) {
     d.AddAudioDecoder();  // a second decoder with nothing to report, no PID
-    AudioStatusProcessor audio(sender, d.audioDecoders, d.audioOutput, d.demux, d.chip);
-    audio.Process(true);
-    auto sent = adapter.Take();
-    ASSERT_EQ(sent.size(), 20u);
-    for (size_t i = 0; i < sent.size(); ++i) {
-        EXPECT_EQ(sent[i].opId, kTenItems[i % 10]);
-        EXPECT_EQ(sent[i].Index(), i / 10);
+    const uint64_t normal[] = {0x101, 192000, 48000, 1, 3, 0xE1, 3, 3, 0, 2};
+    for (uint16_t pid : {8191, 0, 0x101}) {
+        d.demux.SetReportedPid(ES_TYPE_AUDIO, 0, pid);
+        audio.Process(true);
+        auto sent = adapter.Take();
+        ASSERT_EQ(sent.size(), 20u);
+        for (size_t i = 0; i < sent.size(); ++i) {
+            SCOPED_TRACE("pid " + std::to_string(pid) + " op " + std::to_string(i));
+            EXPECT_EQ(sent[i].opId, kTenItems[i % 10]);
+            EXPECT_EQ(sent[i].Index(), i / 10);
+            EXPECT_EQ(sent[i].Value(), i < 10 && pid == 0x101 ? normal[i] : 0u);
+        }
     }
     audio.Process(false);
     EXPECT_TRUE(adapter.Take().empty());
     audio.Clear();
     audio.Process(false);
-    sent = adapter.Take();
+    auto sent = adapter.Take();
     Ids expected = kTenItems;
     expected.erase(expected.begin() + 8);  // decoding: always 0
     EXPECT_EQ(OpIds(sent), expected);

@@ -19,7 +19,6 @@ namespace stbav_test {
 // One operation as it would have gone on the line.
 struct SentOp {
     unsigned int opId = 0;
-    int opType = 0;
     std::vector<unsigned char> index;
     std::vector<unsigned char> data;
 
@@ -33,15 +32,6 @@ struct SentOp {
     unsigned int Index() const { return index.empty() ? 0u : index.back(); }
 };
 
-inline SentOp ToSentOp(const SsOp& op) {
-    SentOp s;
-    s.opId = op.GetOpId();
-    s.opType = static_cast<int>(op.GetOpType());
-    s.index = op.GetIndexList();
-    s.data = op.GetRawData();
-    return s;
-}
-
 inline std::vector<unsigned int> OpIds(const std::vector<SentOp>& ops) {
     std::vector<unsigned int> ids;
     for (const SentOp& op : ops) ids.push_back(op.opId);
@@ -54,7 +44,7 @@ public:
 
     bool SendOperation(SsOp& op) override {
         std::lock_guard<std::mutex> lock(m_Mutex);
-        m_Sent.push_back(ToSentOp(op));
+        m_Sent.push_back({op.GetOpId(), op.GetIndexList(), op.GetRawData()});
         return m_Result;
     }
     // The operations sent so far, and forgets them.

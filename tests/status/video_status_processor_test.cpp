@@ -46,12 +46,9 @@ protected:
             s.bitDepth = CHROMA_BIT_DEPTH_8;
             s.frameCount = 25;
         });
-        SetOutput(1920, 1080, VIDEO_SCAN_TYPE_PROGRESSIVE, VIDEO_FRAME_RATE_50);
+        d.videoOutput.SetFormat(1920, 1080, VIDEO_SCAN_TYPE_PROGRESSIVE, VIDEO_FRAME_RATE_50, VIDEO_ASPECT_RATIO_16X9,
+                                VOUT_FORMAT_UNSET, VIDEO_OUTPUT_INTERFACE_HD);
         d.log.Clear();
-    }
-    void SetOutput(uint32_t w, uint32_t h, VideoScanType_e scan, VideoFrameRate_e rate,
-                   VideoAspectRatio_e aspect = VIDEO_ASPECT_RATIO_16X9) {
-        d.videoOutput.SetFormat(w, h, scan, rate, aspect, VOUT_FORMAT_UNSET, VIDEO_OUTPUT_INTERFACE_HD);
     }
     int SetFormatCalls() { return d.videoOutput.Snapshot().setFormatCount; }
 
@@ -61,21 +58,6 @@ protected:
 };
 
 }  // namespace
-
-TEST_F(VideoStatusTest, ForcedPollSendsEveryItemInOrder) {
-    video.Process(true);
-    auto sent = adapter.Take();
-    Ids expected = {226};
-    expected.insert(expected.end(), kAllItems.begin(), kAllItems.end());
-    EXPECT_EQ(OpIds(sent), expected);
-    EXPECT_EQ(sent[0].Text(), "News");
-    auto v = ValuesById(sent);
-    EXPECT_EQ(v[270], 1u);  // frames moved since the start
-    EXPECT_EQ(v[272], 1080u);
-    EXPECT_EQ(v[267], k1080p50);
-    EXPECT_EQ(v[282], 1u);  // HD
-    EXPECT_EQ(d.log.Count("IVideoDecoder::SetCodec(2)"), 1u);
-}
 
 TEST_F(VideoStatusTest, UnrecognisedInputSendsOnlyOutputFormatAndDecodeStatus) {
     d.videoDecoder.SetReportedFormat(1920, 1080, VIDEO_SCAN_TYPE_PROGRESSIVE, VIDEO_FRAME_RATE_UNKNOWN,
@@ -99,7 +81,7 @@ TEST_F(VideoStatusTest, AbnormalPidKeepsOnlyServiceIdentityAndOutputFormat) {
         uint16_t pid;
         std::string name;
     } cases[] = {{8191, "News"}, {0, "News"}, {0, ""}};
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         d.demux.SetReportedPid(ES_TYPE_VIDEO, 0, c.pid);
         d.videoDecoder.Configure([&](stbav_test::FakeVideoDecoderState& s) { s.serviceNames[7] = c.name; });
         video.Process(true);
@@ -108,13 +90,9 @@ TEST_F(VideoStatusTest, AbnormalPidKeepsOnlyServiceIdentityAndOutputFormat) {
         EXPECT_EQ(sent[0].opId, 226u) << "the name goes even when empty";
         EXPECT_EQ(sent[0].Text(), c.name);
         for (const SentOp& op : sent) {
-            if (op.opId == 225) {
-                EXPECT_EQ(op.Value(), 7u);
-            } else if (op.opId == 267) {
-                EXPECT_EQ(op.Value(), k1080p50);
-            } else if (op.opId != 226) {
-                EXPECT_EQ(op.Value(), 0u) << "opId " << op.opId << " pid " << c.pid;
-            }
+            if (op.opId == 226) continue;
+            const uint64_t kept = op.opId == 225 ? 7u : op.opId == 267 ? k1080p50 : 0u;  // service number, format
+            EXPECT_EQ(op.Value(), kept) << "opId " << op.opId << " pid " << c.pid;
         }
     }
 }
@@ -156,9 +134,19 @@ TEST_F(VideoStatusTest, ManualModeLogsAResolutionChangeAndLeavesTheOutput) {
     EXPECT_EQ(SetFormatCalls(), 1);
 }
 
-TEST_F(VideoStatusTest, ClearMakesTheNextUnforcedPollResendEveryNonDefaultValue) {
+TEST_F(VideoStatusTest, ForcedPollSendsEveryItemInOrderAndClearResendsEveryNonDefaultValue) {
     video.Process(true);
     auto forced = adapter.Take();
+    Ids all = {226};
+    all.insert(all.end(), kAllItems.begin(), kAllItems.end());
+    EXPECT_EQ(OpIds(forced), all);
+    EXPECT_EQ(forced[0].Text(), "News");
+    auto v = ValuesById(forced);
+    EXPECT_EQ(v[270], 1u);  // frames moved since the start
+    EXPECT_EQ(v[272], 1080u);
+    EXPECT_EQ(v[267], k1080p50);
+    EXPECT_EQ(v[282], 1u);  // HD
+    EXPECT_EQ(d.log.Count("IVideoDecoder::SetCodec(2)"), 1u);
     video.Process(false);
     EXPECT_EQ(OpIds(adapter.Take()), (Ids{270}));  // only the decode status: frames stopped
     video.Clear();
@@ -175,7 +163,8 @@ TEST_F(VideoStatusTest, AutoFormatStatusJudgesTheSdCompanionOfTheOutput) {
     EXPECT_EQ(ValuesById(adapter.Take())[269], 0u);  // mode never set: no status
     output.SetVideoFormatMode(0, FORMAT_MODE_AUTO);
     // 1080p50 4:3 is no supported output, but the 576i25 16:9 that goes out beside it is.
-    SetOutput(1920, 1080, VIDEO_SCAN_TYPE_PROGRESSIVE, VIDEO_FRAME_RATE_50, VIDEO_ASPECT_RATIO_4X3);
+    d.videoOutput.SetFormat(1920, 1080, VIDEO_SCAN_TYPE_PROGRESSIVE, VIDEO_FRAME_RATE_50, VIDEO_ASPECT_RATIO_4X3,
+                            VOUT_FORMAT_UNSET, VIDEO_OUTPUT_INTERFACE_HD);
     video.Process(true);
     EXPECT_EQ(ValuesById(adapter.Take())[269], 1u);
     EXPECT_TRUE(video.IsNormalVideoPid(0x1FFE));
