@@ -11,8 +11,29 @@
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR ${STBAV_CPU})
 
-set(CMAKE_C_COMPILER ${STBAV_TRIPLET}-gcc)
-set(CMAKE_CXX_COMPILER ${STBAV_TRIPLET}-g++)
+# STBAV_CROSS_COMPILER picks the compiler: "gcc" (the default) or "clang", which
+# builds for the same triplet against the same runtimes and links with lld (what
+# the cross presets use: it builds in about half the time).
+if(NOT STBAV_CROSS_COMPILER)
+  if(DEFINED ENV{STBAV_CROSS_COMPILER})
+    set(STBAV_CROSS_COMPILER $ENV{STBAV_CROSS_COMPILER})
+  else()
+    set(STBAV_CROSS_COMPILER gcc)
+  endif()
+endif()
+set(STBAV_CROSS_COMPILER "${STBAV_CROSS_COMPILER}" CACHE STRING "Cross compiler: gcc or clang")
+set(ENV{STBAV_CROSS_COMPILER} "${STBAV_CROSS_COMPILER}")
+if(STBAV_CROSS_COMPILER STREQUAL "clang")
+  set(CMAKE_C_COMPILER clang)
+  set(CMAKE_CXX_COMPILER clang++)
+  set(CMAKE_C_COMPILER_TARGET ${STBAV_TRIPLET})
+  set(CMAKE_CXX_COMPILER_TARGET ${STBAV_TRIPLET})
+  set(STBAV_CROSS_LINKER_FLAG "-fuse-ld=lld")
+else()
+  set(CMAKE_C_COMPILER ${STBAV_TRIPLET}-gcc)
+  set(CMAKE_CXX_COMPILER ${STBAV_TRIPLET}-g++)
+  set(STBAV_CROSS_LINKER_FLAG "")
+endif()
 
 if(NOT STBAV_SYSROOT)
   if(DEFINED ENV{STBAV_SYSROOT})
@@ -40,7 +61,7 @@ set(ENV{PKG_CONFIG_SYSROOT_DIR} "${STBAV_SYSROOT}")
 set(ENV{PKG_CONFIG_PATH} "")
 
 foreach(_kind EXE SHARED MODULE)
-  set(CMAKE_${_kind}_LINKER_FLAGS_INIT "-Wl,-rpath-link,${STBAV_SYSROOT}/usr/lib/${STBAV_TRIPLET}")
+  set(CMAKE_${_kind}_LINKER_FLAGS_INIT "${STBAV_CROSS_LINKER_FLAG} -Wl,-rpath-link,${STBAV_SYSROOT}/usr/lib/${STBAV_TRIPLET}")
 endforeach()
 
 # Tests run under qemu-user, called explicitly (no binfmt needed). -L lets the

@@ -14,6 +14,7 @@
 #include <fstream>
 
 #include "toolkit/log.h"
+#include "toolkit/sanitizer_build.h"
 
 namespace {
 
@@ -21,11 +22,7 @@ constexpr int kCapIpcLock = 14;  // the capability that lifts the lock limit
 
 // A sanitizer's shadow memory is terabytes of reserved address space: locking it
 // all would exhaust the machine.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool kSanitizerBuild = true;
-#else
-constexpr bool kSanitizerBuild = false;
-#endif
+constexpr bool kSanitizerBuild = STBAV_SANITIZER_BUILD != 0;
 
 // A line "Key:\tvalue" of /proc/self/status; "" when missing.
 std::string StatusField(const std::string& key) {

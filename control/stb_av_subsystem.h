@@ -77,7 +77,7 @@ private:
     IVideoDecoder& m_VideoDecoder;
     IVideoOutput& m_VideoOutput;
     IAudioOutput& m_AudioOutput;
-    IClosedCaption& m_ClosedCaption;
+    [[maybe_unused]] IClosedCaption& m_ClosedCaption;  // held, not used here
     OutputManager m_OutputManager;
     CUartAdapter m_UartAdapter;
     COpSsDataMap m_Dictionary;

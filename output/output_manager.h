@@ -142,9 +142,9 @@ private:
     IVideoDecoder& m_VideoDecoder;
     IVideoOutput& m_VideoOutput;
     IAudioOutput& m_AudioOutput;
-    IDecoderChip& m_DecoderChip;  // held, not used here
+    [[maybe_unused]] IDecoderChip& m_DecoderChip;  // held, not used here
     IClosedCaption& m_ClosedCaption;
-    IDemux& m_Demux;  // held, not used here
+    [[maybe_unused]] IDemux& m_Demux;  // held, not used here
     std::atomic<Status_e> m_VideoOutDecodeStatus{STATUS_ACTIVE};
     std::atomic<VideoOutputInterface_e> m_VideoOutputInterface{VIDEO_OUTPUT_INTERFACE_HD};
     std::vector<VideoSettings_t> m_HdVideoSettings;         // one element

@@ -51,8 +51,8 @@ private:
 
     log4cpp::Category& m_AudioLog;
     std::vector<KT::CSharedPtr<IAudioDecoder>>& m_AudioDecoders;
-    IAudioOutput& m_AudioOutput;
+    [[maybe_unused]] IAudioOutput& m_AudioOutput;  // held, not used here
     IDemux& m_Demux;
-    IDecoderChip& m_DecoderChip;
+    [[maybe_unused]] IDecoderChip& m_DecoderChip;  // held, not used here
     std::vector<StatusAudio_t> m_Previous;  // one per decoder: the last reported values
 };

@@ -105,7 +105,8 @@ bool SetValue(const std::string& option, const std::string& value, CommandLine& 
     } else if (option == "port") {
         if (!ParseNumber(value, number) || number < 1 || number > 65535 || number != static_cast<int>(number))
             error = "bad --port \"" + value + "\" (1..65535)";
-        cl.port = static_cast<uint16_t>(number);
+        else
+            cl.port = static_cast<uint16_t>(number);
     } else if (option == "dir") {
         if (value != "<" && value != ">") error = "bad --dir \"" + value + "\" (< or >)";
         cl.dir = value.empty() ? '<' : value[0];

@@ -20,6 +20,7 @@
 
 #include "output/uhd_vid_format.h"
 #include "tests/e2e/daemon_rig.h"
+#include "toolkit/sanitizer_build.h"
 
 using e2e::FlatJson;
 using e2e::HasSanitizerReport;
@@ -154,7 +155,7 @@ TEST_F(DaemonTest, RealtimeOptionPutsEveryThreadUnderFifo) {
         EXPECT_EQ(7, t.priority) << t.name;
     }
     for (const char* name : {"UART Rx", "UART Px", "poller", "FfAvProbe"}) EXPECT_EQ(1u, names.count(name)) << name;
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+#if !STBAV_SANITIZER_BUILD
     // Every mapping, those from before the call included, is locked (the kernel's
     // own vdso pages aside).
     std::string status;
