@@ -30,6 +30,11 @@ public:
     bool WaitForOutput(const std::string& needle) {
         return e2e::WaitUntil([&] { return Stdout().find(needle) != std::string::npos; });
     }
+    // The pty announced on the first line of standard output ("pty: NAME"), or "".
+    std::string AnnouncedPty() {
+        const std::string out = WaitForOutput("\n") ? Stdout() : "";
+        return out.rfind("pty: ", 0) == 0 ? out.substr(5, out.find('\n') - 5) : "";
+    }
     std::string Stdout() const { return Read("stdout"); }
     std::string Stderr() const { return Read("stderr"); }
 

@@ -3,12 +3,12 @@
 // give the daemon frames of its NAME.chk; a changed expected file must fail with
 // a readable difference), and the terminal commands (session, top) driven
 // through tmux as a person would.
-#include <dirent.h>
 #include <unistd.h>
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
 
 #include "tests/e2e/e2e_support.h"
 #include "tests/tools/child_process.h"
@@ -19,12 +19,8 @@ const std::string kDir = TOOLS_TEST_DATA "/replay";
 
 std::vector<std::string> Sessions() {
     std::vector<std::string> names;
-    if (DIR* d = opendir(kDir.c_str())) {
-        while (dirent* e = readdir(d)) {
-            const std::string n = e->d_name;
-            if (n.size() > 4 && n.compare(n.size() - 4, 4, ".cap") == 0) names.push_back(n.substr(0, n.size() - 4));
-        }
-        closedir(d);
+    for (const auto& entry : std::filesystem::directory_iterator(kDir)) {
+        if (entry.path().extension() == ".cap") names.push_back(entry.path().stem());
     }
     std::sort(names.begin(), names.end());
     return names;
@@ -143,10 +139,8 @@ struct Replay {
         : host((args.insert(args.begin(), {AVHOST_BINARY, "replay", "--pty", "--fast"}), args)) {}
     // The avhost exit status, the daemon stopped cleanly afterwards.
     int Run() {
-        if (!host.WaitForOutput("\n")) return -2;
-        const std::string out = host.Stdout();
-        if (!daemon.Start(out.substr(5, out.find('\n') - 5))) return -3;
-        return host.Wait();
+        const std::string pty = host.AnnouncedPty();
+        return !pty.empty() && daemon.Start(pty) ? host.Wait() : -2;
     }
 
     ChildProcess host;

@@ -110,8 +110,6 @@ TEST(ParseFormatCode, ReadsBackEveryFormatItPrints) {
                 }
 }
 
-TEST(MakeApplyOp, IsTypeSixWithoutIndexOrData) { EXPECT_EQ(ImageHex(MakeApplyOp()), "06 00 00 00 00"); }
-
 TEST(ParseHexBytes, AcceptsTheUsualSpellings) {
     const struct {
         const char* text;
