@@ -85,8 +85,10 @@ protected:
         host.SendApply();
         ASSERT_TRUE(WaitUntil([&] { return d.log.Count(kFenceCall) > before; }));
     }
-    void EnableReporting(unsigned char value = 1) {
-        host.SendU8(4, value);
+    // A one-byte value and the apply trigger (4: stbsystemStatusEnable, 7: the
+    // ready check, 8: the status clear).
+    void SendAndApply(unsigned int opId, unsigned char value = 1) {
+        host.SendU8(opId, value);
         host.SendApply();
     }
     // A stream the status processors can report: one audio service and 1080p50
@@ -219,7 +221,7 @@ TEST_F(SubsystemTest, UnknownOpIdsAndUnfitValuesAreHandledAndTheRestApplies) {
 
 TEST_F(SubsystemTest, StatusEnableInitialisesTheChipOnceAndRestartsReporting) {
     Start();
-    for (unsigned char value : {1, 1, 2, 2, 0, 3, 1}) EnableReporting(value);
+    for (unsigned char value : {1, 1, 2, 2, 0, 3, 1}) SendAndApply(4, value);
     Fence();
     ASSERT_TRUE(host.WaitForCount(0, 2));  // stbsystemReset goes only in a forced report
     EXPECT_EQ(d.chip.Snapshot().initializeCount, 1);
@@ -232,7 +234,7 @@ TEST_F(SubsystemTest, StatusEnableInitialisesTheChipOnceAndRestartsReporting) {
 TEST_F(SubsystemTest, ReportingSendsTheFullReportThenChangesAndTheHeartbeatEvery2s) {
     ConfigureStream();
     Start();
-    EnableReporting();
+    SendAndApply(4);
     ASSERT_TRUE(host.WaitForOp(279));  // the last video item
     const Ids fullReport = {213, 74, 75, 76, 77, 78, 79, 214, 80, 216,                           // audio
                             0,   1,                                                              // chip
@@ -258,16 +260,13 @@ TEST_F(SubsystemTest, ReportingSendsTheFullReportThenChangesAndTheHeartbeatEvery
 TEST_F(SubsystemTest, ReadyCheckAndStatusClearAreAnsweredOnTheNextSecond) {
     e2e::WriteFile(m_Root / "vendor/etc/version", "# board\nversion = 2.4.1\n");
     Start(&clock, "2.4.1");
-    host.SendU8(7, 1);
-    host.SendApply();
-    host.SendU8(7, 1);
-    host.SendApply();
+    SendAndApply(7);
+    SendAndApply(7);
     Fence();
     Tick(1000);
     ExpectVersionAndReady("2.4.1");
 
-    host.SendU8(8, 1);
-    host.SendApply();
+    SendAndApply(8);
     Fence();
     Tick(1000);  // the ready report runs first in this tick: it must stay quiet
     ASSERT_TRUE(host.WaitForOp(9));
@@ -281,11 +280,10 @@ TEST_F(SubsystemTest, DestructionWhileReceivingAndReportingIsQuickAndLeavesNoThr
     const size_t threadsBefore = ThreadCount();
     ConfigureStream();
     Start(nullptr);  // the monotonic clock: the one-second reports really tick
-    EnableReporting();
+    SendAndApply(4);
     ASSERT_TRUE(host.WaitForOp(279));
     EXPECT_GT(ThreadCount(), threadsBefore);
-    host.SendU8(7, 1);
-    host.SendApply();
+    SendAndApply(7);
     const auto start = std::chrono::steady_clock::now();
     sub.reset();
     const auto ms = std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start);
