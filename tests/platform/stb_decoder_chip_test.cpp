@@ -3,17 +3,14 @@
 // fault injection, the handles reaching the adapters.
 #include "platform/stb_decoder_chip.h"
 
-#include <sys/stat.h>
-
 #include <algorithm>
-#include <cstdlib>
-#include <fstream>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "tests/e2e/e2e_support.h"
 #include "tests/platform/board_fixture.h"
 #include "tests/support/log_capture.h"
 #include "toolkit/fixed_paths.h"
@@ -219,12 +216,9 @@ TEST_F(DecoderChipTest, DisplayStartFailuresAreLoggedAndStartUpGoesOn) {
 }
 
 TEST_F(DecoderChipTest, UpgradeHandsOverThePackageUnderTheRoot) {
-    char tmpl[] = "/tmp/stbav-chip-XXXXXX";
-    ASSERT_NE(mkdtemp(tmpl), nullptr);
-    const std::string root = tmpl;
-    mkdir((root + "/sdcard").c_str(), 0755);
-    std::ofstream(root + "/sdcard/update.zip") << "package";
-    stbav::paths::SetRoot(root);
+    const e2e::TempDir root;
+    ASSERT_TRUE(e2e::WriteFile(root / "sdcard/update.zip", "package"));
+    stbav::paths::SetRoot(root.Path());
     {
         Adapters a;
         ASSERT_EQ(a.chip->StbControlInit(), 0);
@@ -233,10 +227,9 @@ TEST_F(DecoderChipTest, UpgradeHandsOverThePackageUnderTheRoot) {
         EXPECT_TRUE(a.chip->Upgrade());  // the platform's answer does not matter
     }
     stbav::paths::SetRoot("");
-    std::system(("rm -rf " + root).c_str());
     auto upgrades = stbsim::State().upgrades;
     ASSERT_FALSE(upgrades.empty());
-    EXPECT_EQ(upgrades[0], root + "/sdcard/update.zip");
+    EXPECT_EQ(upgrades[0], root / "sdcard/update.zip");
 }
 
 TEST_F(DecoderChipTest, SearchProgInfoFillsTheSettingsThatSetServiceConfigApplies) {

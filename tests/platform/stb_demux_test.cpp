@@ -69,13 +69,10 @@ TEST_F(DemuxTest, EverySetterRestartsThePlayerOnlyForANewValue) {
     EXPECT_EQ(m_Log.Count("DEBUG", "Send STOP_REQUIRED"), 3u);  // once per changed PID, never for a repeat
     EXPECT_TRUE(m_Log.Has("INFO", "StbVideoDecoder::GetCodec: pcrPid: 0, vidPid: 256, audPid: 0, video type: 0, "
                                   "audio type: 0, "));
-    auto s = stbsim::State().player.settings;
-    EXPECT_EQ(s.video_pid, 0x100);
-    EXPECT_EQ(s.audio_pid, 0x101);
-    EXPECT_EQ(s.pcr_pid, 0x100);
-    EXPECT_EQ(s.service_id, 7);
-    EXPECT_EQ(s.video_type, 5u);
-    EXPECT_EQ(s.audio_type, 4u);
+    const auto s = stbsim::State().player.settings;
+    EXPECT_EQ((std::vector<uint32_t>{s.video_pid, s.audio_pid, s.pcr_pid, uint32_t(s.service_id), s.video_type,
+                                     s.audio_type}),
+              (std::vector<uint32_t>{0x100, 0x101, 0x100, 7, 5, 4}));
     EXPECT_EQ(m_Demux.GetServiceId(), 7);
 }
 
