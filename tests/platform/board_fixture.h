@@ -48,9 +48,9 @@ protected:
     }
 
     // System, player, audio and video outputs, window: what the chip would
-    // obtain, by hand. The journal is cleared afterwards.
+    // obtain, by hand, kept in m_Handles. The journal is cleared afterwards.
     BoardHandles BringUpByHand() {
-        BoardHandles h;
+        BoardHandles& h = m_Handles;
         IpInputParams ip;
         memset(&ip, 0, sizeof ip);
         uint32_t word = 0;
@@ -73,7 +73,8 @@ protected:
 
     // Plays video 0x100 (H.264), audio 0x101 and PCR 0x100 of the default input.
     // The journal is cleared afterwards.
-    static void PlayDefaultService(uint32_t av) {
+    void PlayDefaultService() {
+        const uint32_t av = m_Handles.av;
         _AV_SETTING_S s;
         memset(&s, 0, sizeof s);
         s.video_pid = 0x100;
@@ -88,13 +89,13 @@ protected:
     }
 
     // Points the player at one stream of the input (video or audio) and starts it.
-    static void Select(uint32_t av, bool video, uint16_t pid, uint32_t platformType) {
+    void Select(bool video, uint16_t pid, uint32_t platformType) {
         _AV_SETTING_S s;
         memset(&s, 0, sizeof s);
         (video ? s.video_pid : s.audio_pid) = pid;
         (video ? s.video_type : s.audio_type) = platformType;
-        ASSERT_EQ(av_set_config(av, &s), 0);
-        ASSERT_EQ(video ? av_start_video(av) : av_start_audio(av), 0);
+        ASSERT_EQ(av_set_config(m_Handles.av, &s), 0);
+        ASSERT_EQ(video ? av_start_video(m_Handles.av) : av_start_audio(m_Handles.av), 0);
     }
 
     void SetInput(const std::string& scenario) {
@@ -122,6 +123,8 @@ protected:
         }
         return names;
     }
+
+    BoardHandles m_Handles;  // of the last BringUpByHand
 };
 
 }  // namespace stbav_test

@@ -34,16 +34,14 @@ protected:
     void SetUp() override {
         BoardTest::SetUp();
         SetInput(kManyAudios);
-        m_Handles = BringUpByHand();
+        BringUpByHand();
         m_Decoder.BondAvHandle(m_Handles.av);
         m_Probe.BondAvHandle(m_Handles.av);
         m_Probe.StartProbe();
         ASSERT_TRUE(WaitUntil([&] { return m_Probe.GetAudioSampleRate(0x106) == 44100; }));
     }
-    void Select(uint16_t pid, uint32_t platformType) { BoardTest::Select(m_Handles.av, false, pid, platformType); }
 
     LogCapture m_Log{"stbav.stbaudiodecoder"};
-    stbav_test::BoardHandles m_Handles;
     FfAvProbe m_Probe;
     StbAudioDecoder m_Decoder{m_Probe};
 };
@@ -64,7 +62,7 @@ TEST_F(AudioDecoderTest, AttributesMapFromStatusAndProbe) {
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(testing::Message() << "pid 0x" << std::hex << c.pid);
-        Select(c.pid, c.platform);
+        Select(false, c.pid, c.platform);
         EXPECT_EQ((std::vector<uint32_t>{uint32_t(m_Decoder.GetCodec()), uint32_t(m_Decoder.GetCodingMode()),
                                          m_Decoder.GetBitsPerSample(), m_Decoder.GetSamplingRate(),
                                          m_Decoder.GetBitRate()}),
@@ -77,7 +75,7 @@ TEST_F(AudioDecoderTest, AttributesMapFromStatusAndProbe) {
 }
 
 TEST_F(AudioDecoderTest, StatusFailuresReadAsZeroWithoutALogLine) {
-    Select(0x101, 1);
+    Select(false, 0x101, 1);
     const std::vector<std::function<uint64_t()>> getters = {
         [&] { return uint64_t(m_Decoder.GetCodec()); },      [&] { return uint64_t(m_Decoder.GetCodingMode()); },
         [&] { return uint64_t(m_Decoder.GetBitRate()); },    [&] { return uint64_t(m_Decoder.GetBitsPerSample()); },

@@ -168,9 +168,8 @@ TEST_F(DecoderChipTest, InitializePreparesTheMulticastInputStartsDisplayAndBinds
     ASSERT_EQ(a.chip->StbControlInit(), 0);
     stbsim::ClearJournal();
     ASSERT_TRUE(a.chip->Initialize());
-    auto calls = CallsMatching({"av_prepare", "av_set_event_config", "av_start_video", "av_start_audio"});
-    EXPECT_EQ(calls, (std::vector<std::string>{"av_prepare", "av_set_event_config", "av_start_video",
-                                               "av_start_audio"}));
+    const std::vector<std::string> start = {"av_prepare", "av_set_event_config", "av_start_video", "av_start_audio"};
+    EXPECT_EQ(CallsMatching(start), start);
     auto s = stbsim::State();
     EXPECT_EQ(s.player.preparedAddress, "239.1.1.1");
     EXPECT_EQ(a.chip->InputParams().port, 1234);

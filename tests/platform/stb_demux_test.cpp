@@ -26,7 +26,7 @@ class DemuxTest : public BoardTest {
 protected:
     void SetUp() override {
         BoardTest::SetUp();
-        m_Handles = BringUpByHand();
+        BringUpByHand();
         m_Demux.BondAvHandle(m_Handles.av);
     }
     std::vector<std::string> PlayerCalls() { return CallsMatching(kPlayerCalls); }
@@ -37,7 +37,6 @@ protected:
     }
 
     LogCapture m_Log{"stbav.stbdemux"};
-    stbav_test::BoardHandles m_Handles;
     StbDemux m_Demux;
 };
 
@@ -137,7 +136,7 @@ TEST_F(DemuxTest, CodecTypesMapOntoThePlatformCodes) {
 }
 
 TEST_F(DemuxTest, PidsReadBackAreThePlayersPidsInUse) {
-    PlayDefaultService(m_Handles.av);
+    PlayDefaultService();
     EXPECT_EQ(m_Demux.GetPid(ES_TYPE_VIDEO), 0x100);
     EXPECT_EQ(m_Demux.GetPid(ES_TYPE_AUDIO, 3), 0x101);  // the index does not matter
     EXPECT_EQ(m_Demux.GetPid(ES_TYPE_PCR), 0x100);
@@ -186,7 +185,7 @@ TEST_F(DemuxTest, FailedSettingsReadFailsTheSetterAndGivesTheGettersDefaults) {
     EXPECT_EQ(m_Demux.GetServiceId(), 0);
     EXPECT_TRUE(m_Log.Has("ERROR", "GetServiceName av_get_config error"));
     EXPECT_TRUE(m_Log.Has("ERROR", "GetServiceId av_get_config error"));
-    PlayDefaultService(m_Handles.av);
+    PlayDefaultService();
     Fail("av_get_status_info");
     EXPECT_EQ(m_Demux.GetPid(ES_TYPE_VIDEO), 0);
     EXPECT_TRUE(m_Log.Has("ERROR", "GetPid: av_get_status_info failed"));
