@@ -29,18 +29,16 @@ inline SsOp OpFrom(const std::string& assignment) {
 class DaemonSide : public iCommOpHandler {
 public:
     explicit DaemonSide(const std::string& device) : m_adapter(device) {}
-    ~DaemonSide() override { Stop(); }
+    ~DaemonSide() override {
+        if (!m_started) return;
+        m_adapter.TerminateReceiveOps();
+        m_adapter.UnregisterOpHandler(this);
+    }
 
     bool Start() {
         m_adapter.RegisterOpHandler(this);
         m_started = m_adapter.StartReceiveOps();
         return m_started;
-    }
-    void Stop() {
-        if (!m_started) return;
-        m_adapter.TerminateReceiveOps();
-        m_adapter.UnregisterOpHandler(this);
-        m_started = false;
     }
 
     // Sent back when an apply trigger arrives.
