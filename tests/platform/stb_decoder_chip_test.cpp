@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <memory>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -64,10 +65,8 @@ TEST_F(DecoderChipTest, BringUpCallsTheSixteenStepsInOrder) {
     EXPECT_TRUE(m_Log.Has("DEBUG", "StbControlInit: Finish Stb control init"));
     EXPECT_TRUE(m_Log.Has("DEBUG", "Finish getting video output dispaly"));
     auto s = stbsim::State();
-    EXPECT_EQ(s.display.attr.format, 11u);
-    EXPECT_EQ(s.display.attr.rate, 64u);
-    EXPECT_TRUE(s.display.windowOpen);
-    EXPECT_TRUE(s.audio.trackExists);
+    EXPECT_EQ(std::make_tuple(s.display.attr.format, s.display.attr.rate, s.display.windowOpen, s.audio.trackExists),
+              std::make_tuple(11u, 64u, true, true));
 }
 
 TEST_F(DecoderChipTest, FailingBringUpStepStopsAtOnceAndReleasesNothing) {
@@ -149,16 +148,11 @@ TEST_F(DecoderChipTest, InputAddressIsWrittenMostSignificantByteFirstAndClearedB
     const uint32_t ip = (10u << 24) | (1u << 16) | (2u << 8) | 3u;
     EXPECT_EQ(a.chip->SetIpInputParam(ip, 1234), stbsim::kErrNotInitialised);  // nothing is up yet
     const IpInputParams& p = a.chip->InputParams();
-    EXPECT_EQ(p.ip, ip);
-    EXPECT_EQ(p.port, 1234);
-    EXPECT_STREQ(p.address, "10.1.2.3");
-    EXPECT_EQ(p.port_copy, 1234);
+    const auto params = [&p] { return std::make_tuple(p.ip, p.port, std::string(p.address), p.port_copy); };
+    EXPECT_EQ(params(), std::make_tuple(ip, 1234, "10.1.2.3", 1234));
 
     ASSERT_EQ(a.chip->StbControlInit(), 0);
-    EXPECT_EQ(p.ip, ip);
-    EXPECT_EQ(p.port, 1234);
-    EXPECT_EQ(p.address[0], '\0');
-    EXPECT_EQ(p.port_copy, 0);
+    EXPECT_EQ(params(), std::make_tuple(ip, 1234, "", 0));
     EXPECT_EQ(a.chip->SetIpInputParam(ip, 1234), 0);
     EXPECT_EQ(stbsim::State().player.preparedAddress, "10.1.2.3");
 }
