@@ -196,16 +196,14 @@ TEST_F(ClosedCaptionTest, LineTwentyOneAndOverlaySwitches) {
     ASSERT_EQ(m_Captions.Initialize(), 0);
     EXPECT_TRUE(m_Captions.SetVbiLine21CcState(true));
     EXPECT_TRUE(m_Captions.SetOverlayCcState(true));
-    EXPECT_TRUE(stbsim::State().captions.vbi);
-    EXPECT_TRUE(stbsim::State().captions.subtitles);
+    EXPECT_TRUE(stbsim::State().captions.vbi && stbsim::State().captions.subtitles);
     Fail("cc_send_VBI_enable");
     EXPECT_FALSE(m_Captions.SetVbiLine21CcState(false));
     EXPECT_TRUE(m_Log.Has("ERROR", "Enable VBI line 21 Closed Caption failed: 0x1234."));
     Fail("cc_show_subtitle_enable");
     EXPECT_FALSE(m_Captions.SetOverlayCcState(false));
     EXPECT_TRUE(m_Log.Has("ERROR", "Enable Closed Caption Overlay failed: 0x1234."));
-    EXPECT_TRUE(stbsim::State().captions.vbi);
-    EXPECT_TRUE(stbsim::State().captions.subtitles);
+    EXPECT_TRUE(stbsim::State().captions.vbi && stbsim::State().captions.subtitles);
 }
 
 }  // namespace
