@@ -12,7 +12,6 @@
 #include <string>
 #include <vector>
 
-#include "output/uhd_vid_format.h"
 #include "tests/doubles/fake_decoder_set.h"
 #include "tests/e2e/e2e_support.h"
 #include "tests/e2e/host_line.h"
@@ -122,9 +121,6 @@ protected:
 
 TEST_F(SubsystemTest, BatchReachesTheDoublesInOrderEndingInOneApplyPass) {
     Start();
-    const unsigned int manual1080i25 = UhdVidFormat(1080, 1920, VideoFormatBase::SCAN_TYPE_INTERLACED,
-                                                    VideoFormatBase::ASPECT_RATIO_16X9, VideoFormatBase::FRAME_RATE_25)
-                                           .GetId();
     host.SendU16(245, 0x100);
     host.SendU16(246, 0x101);
     host.SendU16(247, 0x102);
@@ -135,7 +131,7 @@ TEST_F(SubsystemTest, BatchReachesTheDoublesInOrderEndingInOneApplyPass) {
     host.SendU8(243, AUDIO_TYPE_AC3);
     host.SendU8(261, VIDEO_OUTPUT_INTERFACE_HD);
     host.SendU8(262, FORMAT_MODE_MANUAL);
-    host.SendU32(266, manual1080i25);
+    host.SendU32(266, 0x330C0000);  // 1920x1080i 16:9 25 fps
     host.SendU8(115, COMPOSITE_625_PAL);
     host.SendU8(18, ANALOG_AUDIO_ON);
     host.SendU8(155, 2);  // overlay on
