@@ -112,10 +112,6 @@ protected:
         for (const auto& e : stbsim::Journal()) names.push_back(e.name);
         return names;
     }
-    static size_t CountCalls(const std::string& name) {
-        auto calls = Calls();
-        return static_cast<size_t>(std::count(calls.begin(), calls.end(), name));
-    }
     static std::vector<std::string> CallsMatching(const std::vector<std::string>& wanted) {
         std::vector<std::string> names;
         for (const auto& n : Calls()) {
