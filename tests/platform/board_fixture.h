@@ -71,20 +71,24 @@ protected:
         return h;
     }
 
-    // Plays video 0x100 (H.264), audio 0x101 and PCR 0x100 of the default input.
-    // The journal is cleared afterwards.
-    void PlayDefaultService() {
-        const uint32_t av = m_Handles.av;
+    // Selects video/audio/PCR PIDs with their platform codec codes and starts both.
+    static void Play(uint32_t av, uint16_t video, uint32_t videoType, uint16_t audio, uint32_t audioType, uint16_t pcr) {
         _AV_SETTING_S s;
         memset(&s, 0, sizeof s);
-        s.video_pid = 0x100;
-        s.video_type = 5;
-        s.audio_pid = 0x101;
-        s.audio_type = 1;
-        s.pcr_pid = 0x100;
+        s.video_pid = video;
+        s.video_type = videoType;
+        s.audio_pid = audio;
+        s.audio_type = audioType;
+        s.pcr_pid = pcr;
         ASSERT_EQ(av_set_config(av, &s), 0);
         ASSERT_EQ(av_start_video(av), 0);
         ASSERT_EQ(av_start_audio(av), 0);
+    }
+
+    // Plays video 0x100 (H.264), audio 0x101 and PCR 0x100 of the default input.
+    // The journal is cleared afterwards.
+    static void PlayDefaultService(uint32_t av) {
+        Play(av, 0x100, 5, 0x101, 1, 0x100);
         stbsim::ClearJournal();
     }
 

@@ -133,7 +133,7 @@ TEST_F(DemuxTest, CodecTypesMapOntoThePlatformCodes) {
 }
 
 TEST_F(DemuxTest, PidsReadBackAreThePlayersPidsInUse) {
-    PlayDefaultService();
+    PlayDefaultService(m_Handles.av);
     EXPECT_EQ(m_Demux.GetPid(ES_TYPE_VIDEO), 0x100);
     EXPECT_EQ(m_Demux.GetPid(ES_TYPE_AUDIO, 3), 0x101);  // the index does not matter
     EXPECT_EQ(m_Demux.GetPid(ES_TYPE_PCR), 0x100);
@@ -182,7 +182,7 @@ TEST_F(DemuxTest, FailedSettingsReadFailsTheSetterAndGivesTheGettersDefaults) {
     EXPECT_EQ(m_Demux.GetServiceId(), 0);
     EXPECT_TRUE(m_Log.Has("ERROR", "GetServiceName av_get_config error"));
     EXPECT_TRUE(m_Log.Has("ERROR", "GetServiceId av_get_config error"));
-    PlayDefaultService();
+    PlayDefaultService(m_Handles.av);
     Fail("av_get_status_info");
     EXPECT_EQ(m_Demux.GetPid(ES_TYPE_VIDEO), 0);
     EXPECT_TRUE(m_Log.Has("ERROR", "GetPid: av_get_status_info failed"));
