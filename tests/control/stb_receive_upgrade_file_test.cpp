@@ -32,8 +32,9 @@ const char* const kSuccess = PREFIX "recv file successfule!\n";
 const char* const kClose = PREFIX "close connect!\n";
 const char* const kFailed = PREFIX "recv file failed!\n";
 
-// Connects to 127.0.0.1:port, retrying while the receiver is not listening yet.
-int Connect(uint16_t port) {
+// Connects to 127.0.0.1:port, retrying while the receiver is not listening yet,
+// and writes data (a blocking send writes it whole); the open socket, or -1.
+int Connect(uint16_t port, const std::string& data = "") {
     int fd = -1;
     sockaddr_in a{};
     a.sin_family = AF_INET;
@@ -46,16 +47,9 @@ int Connect(uint16_t port) {
         fd = -1;
         return false;
     });
-    return fd;
-}
-
-void SendAll(int fd, const std::string& data) {
-    size_t off = 0;
-    while (off < data.size()) {
-        ssize_t n = send(fd, data.data() + off, data.size() - off, MSG_NOSIGNAL);
-        ASSERT_GT(n, 0);
-        off += static_cast<size_t>(n);
-    }
+    if (fd < 0 || send(fd, data.data(), data.size(), MSG_NOSIGNAL) == static_cast<ssize_t>(data.size())) return fd;
+    close(fd);
+    return -1;
 }
 
 std::string Pattern(size_t size, char seed) {
@@ -112,9 +106,8 @@ TEST_F(UpgradeReceiverTest, EachUploadReplacesThePreviousFile) {
 
 TEST_F(UpgradeReceiverTest, ResetMidTransferLeavesPartialFileAndLogsFailure) {
     StbReceiveUpgradeFile receiver(m_Port);
-    int fd = Connect(m_Port);
+    int fd = Connect(m_Port, Pattern(5000, 'x'));
     ASSERT_GE(fd, 0);
-    SendAll(fd, Pattern(5000, 'x'));
     ASSERT_TRUE(WaitUntil([&] { return ReadTarget().size() == 5000; }));
     linger lg{1, 0};  // close with a reset instead of an orderly end of stream
     setsockopt(fd, SOL_SOCKET, SO_LINGER, &lg, sizeof lg);
@@ -161,9 +154,8 @@ TEST_F(UpgradeReceiverTest, PortInUseIsReportedAndTheReceiverStillStops) {
 
 TEST_F(UpgradeReceiverTest, DestructorReturnsPromptlyMidTransfer) {
     auto receiver = std::make_unique<StbReceiveUpgradeFile>(m_Port);
-    int fd = Connect(m_Port);
+    int fd = Connect(m_Port, "partial");
     ASSERT_GE(fd, 0);
-    SendAll(fd, "partial");
     ASSERT_TRUE(WaitUntil([&] { return ReadTarget().size() == 7; }));
     ExpectPromptStop(receiver);  // in read
     close(fd);

@@ -48,9 +48,9 @@ protected:
     }
 
     // System, player, audio and video outputs, window: what the chip would
-    // obtain, by hand. The journal is cleared afterwards.
+    // obtain, by hand, kept in m_Handles. The journal is cleared afterwards.
     BoardHandles BringUpByHand() {
-        BoardHandles h;
+        BoardHandles& h = m_Handles;
         IpInputParams ip;
         memset(&ip, 0, sizeof ip);
         uint32_t word = 0;
@@ -93,13 +93,13 @@ protected:
     }
 
     // Points the player at one stream of the input (video or audio) and starts it.
-    static void Select(uint32_t av, bool video, uint16_t pid, uint32_t platformType) {
+    void Select(bool video, uint16_t pid, uint32_t platformType) {
         _AV_SETTING_S s;
         memset(&s, 0, sizeof s);
         (video ? s.video_pid : s.audio_pid) = pid;
         (video ? s.video_type : s.audio_type) = platformType;
-        ASSERT_EQ(av_set_config(av, &s), 0);
-        ASSERT_EQ(video ? av_start_video(av) : av_start_audio(av), 0);
+        ASSERT_EQ(av_set_config(m_Handles.av, &s), 0);
+        ASSERT_EQ(video ? av_start_video(m_Handles.av) : av_start_audio(m_Handles.av), 0);
     }
 
     void SetInput(const std::string& scenario) {
@@ -116,10 +116,6 @@ protected:
         for (const auto& e : stbsim::Journal()) names.push_back(e.name);
         return names;
     }
-    static size_t CountCalls(const std::string& name) {
-        auto calls = Calls();
-        return static_cast<size_t>(std::count(calls.begin(), calls.end(), name));
-    }
     static std::vector<std::string> CallsMatching(const std::vector<std::string>& wanted) {
         std::vector<std::string> names;
         for (const auto& n : Calls()) {
@@ -127,6 +123,8 @@ protected:
         }
         return names;
     }
+
+    BoardHandles m_Handles;  // of the last BringUpByHand
 };
 
 }  // namespace stbav_test

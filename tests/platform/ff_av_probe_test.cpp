@@ -24,7 +24,7 @@ class ProbeTest : public BoardTest {
 protected:
     void SetUp() override {
         BoardTest::SetUp();
-        m_Handles = BringUpByHand();
+        BringUpByHand();
         m_Probe.BondAvHandle(m_Handles.av);
     }
     void StartAndWaitFor(const char* serviceName) {
@@ -33,7 +33,6 @@ protected:
     }
 
     LogCapture m_Log{"stbav.ffavprobe"};
-    stbav_test::BoardHandles m_Handles;
     FfAvProbe m_Probe;
 };
 

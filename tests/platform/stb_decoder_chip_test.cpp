@@ -3,17 +3,15 @@
 // fault injection, the handles reaching the adapters.
 #include "platform/stb_decoder_chip.h"
 
-#include <sys/stat.h>
-
 #include <algorithm>
-#include <cstdlib>
-#include <fstream>
 #include <memory>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "tests/e2e/e2e_support.h"
 #include "tests/platform/board_fixture.h"
 #include "tests/support/log_capture.h"
 #include "toolkit/fixed_paths.h"
@@ -67,10 +65,8 @@ TEST_F(DecoderChipTest, BringUpCallsTheSixteenStepsInOrder) {
     EXPECT_TRUE(m_Log.Has("DEBUG", "StbControlInit: Finish Stb control init"));
     EXPECT_TRUE(m_Log.Has("DEBUG", "Finish getting video output dispaly"));
     auto s = stbsim::State();
-    EXPECT_EQ(s.display.attr.format, 11u);
-    EXPECT_EQ(s.display.attr.rate, 64u);
-    EXPECT_TRUE(s.display.windowOpen);
-    EXPECT_TRUE(s.audio.trackExists);
+    EXPECT_EQ(std::make_tuple(s.display.attr.format, s.display.attr.rate, s.display.windowOpen, s.audio.trackExists),
+              std::make_tuple(11u, 64u, true, true));
 }
 
 TEST_F(DecoderChipTest, FailingBringUpStepStopsAtOnceAndReleasesNothing) {
@@ -152,16 +148,11 @@ TEST_F(DecoderChipTest, InputAddressIsWrittenMostSignificantByteFirstAndClearedB
     const uint32_t ip = (10u << 24) | (1u << 16) | (2u << 8) | 3u;
     EXPECT_EQ(a.chip->SetIpInputParam(ip, 1234), stbsim::kErrNotInitialised);  // nothing is up yet
     const IpInputParams& p = a.chip->InputParams();
-    EXPECT_EQ(p.ip, ip);
-    EXPECT_EQ(p.port, 1234);
-    EXPECT_STREQ(p.address, "10.1.2.3");
-    EXPECT_EQ(p.port_copy, 1234);
+    const auto params = [&p] { return std::make_tuple(p.ip, p.port, std::string(p.address), p.port_copy); };
+    EXPECT_EQ(params(), std::make_tuple(ip, 1234, "10.1.2.3", 1234));
 
     ASSERT_EQ(a.chip->StbControlInit(), 0);
-    EXPECT_EQ(p.ip, ip);
-    EXPECT_EQ(p.port, 1234);
-    EXPECT_EQ(p.address[0], '\0');
-    EXPECT_EQ(p.port_copy, 0);
+    EXPECT_EQ(params(), std::make_tuple(ip, 1234, "", 0));
     EXPECT_EQ(a.chip->SetIpInputParam(ip, 1234), 0);
     EXPECT_EQ(stbsim::State().player.preparedAddress, "10.1.2.3");
 }
@@ -171,9 +162,8 @@ TEST_F(DecoderChipTest, InitializePreparesTheMulticastInputStartsDisplayAndBinds
     ASSERT_EQ(a.chip->StbControlInit(), 0);
     stbsim::ClearJournal();
     ASSERT_TRUE(a.chip->Initialize());
-    auto calls = CallsMatching({"av_prepare", "av_set_event_config", "av_start_video", "av_start_audio"});
-    EXPECT_EQ(calls, (std::vector<std::string>{"av_prepare", "av_set_event_config", "av_start_video",
-                                               "av_start_audio"}));
+    const std::vector<std::string> start = {"av_prepare", "av_set_event_config", "av_start_video", "av_start_audio"};
+    EXPECT_EQ(CallsMatching(start), start);
     auto s = stbsim::State();
     EXPECT_EQ(s.player.preparedAddress, "239.1.1.1");
     EXPECT_EQ(a.chip->InputParams().port, 1234);
@@ -219,12 +209,9 @@ TEST_F(DecoderChipTest, DisplayStartFailuresAreLoggedAndStartUpGoesOn) {
 }
 
 TEST_F(DecoderChipTest, UpgradeHandsOverThePackageUnderTheRoot) {
-    char tmpl[] = "/tmp/stbav-chip-XXXXXX";
-    ASSERT_NE(mkdtemp(tmpl), nullptr);
-    const std::string root = tmpl;
-    mkdir((root + "/sdcard").c_str(), 0755);
-    std::ofstream(root + "/sdcard/update.zip") << "package";
-    stbav::paths::SetRoot(root);
+    const e2e::TempDir root;
+    ASSERT_TRUE(e2e::WriteFile(root / "sdcard/update.zip", "package"));
+    stbav::paths::SetRoot(root.Path());
     {
         Adapters a;
         ASSERT_EQ(a.chip->StbControlInit(), 0);
@@ -233,10 +220,9 @@ TEST_F(DecoderChipTest, UpgradeHandsOverThePackageUnderTheRoot) {
         EXPECT_TRUE(a.chip->Upgrade());  // the platform's answer does not matter
     }
     stbav::paths::SetRoot("");
-    std::system(("rm -rf " + root).c_str());
     auto upgrades = stbsim::State().upgrades;
     ASSERT_FALSE(upgrades.empty());
-    EXPECT_EQ(upgrades[0], root + "/sdcard/update.zip");
+    EXPECT_EQ(upgrades[0], root / "sdcard/update.zip");
 }
 
 TEST_F(DecoderChipTest, SearchProgInfoFillsTheSettingsThatSetServiceConfigApplies) {

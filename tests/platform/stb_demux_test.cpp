@@ -18,7 +18,9 @@ namespace {
 using stbav_test::BoardTest;
 using stbav_test::LogCapture;
 
-const std::vector<std::string> kRestart = {"av_stop", "av_set_config", "av_start_audio", "av_start_video"};
+// The settings read, then the player restarted with the new ones.
+const std::vector<std::string> kReadThenRestart = {"av_get_config", "av_stop", "av_set_config", "av_start_audio",
+                                                   "av_start_video"};
 const std::vector<std::string> kPlayerCalls = {"av_get_config", "av_stop",        "av_set_config",
                                                "av_start_audio", "av_start_video", "av_reset"};
 
@@ -26,18 +28,12 @@ class DemuxTest : public BoardTest {
 protected:
     void SetUp() override {
         BoardTest::SetUp();
-        m_Handles = BringUpByHand();
+        BringUpByHand();
         m_Demux.BondAvHandle(m_Handles.av);
     }
     std::vector<std::string> PlayerCalls() { return CallsMatching(kPlayerCalls); }
-    std::vector<std::string> ReadThenRestart() {
-        std::vector<std::string> calls = {"av_get_config"};
-        calls.insert(calls.end(), kRestart.begin(), kRestart.end());
-        return calls;
-    }
 
     LogCapture m_Log{"stbav.stbdemux"};
-    stbav_test::BoardHandles m_Handles;
     StbDemux m_Demux;
 };
 
@@ -59,7 +55,7 @@ TEST_F(DemuxTest, EverySetterRestartsThePlayerOnlyForANewValue) {
         SCOPED_TRACE(cases[i].name);
         stbsim::ClearJournal();
         ASSERT_TRUE(cases[i].set(m_Demux));
-        EXPECT_EQ(PlayerCalls(), ReadThenRestart());
+        EXPECT_EQ(PlayerCalls(), kReadThenRestart);
         EXPECT_EQ(m_Log.Count("DEBUG", "UpdateProgSettings progSettings is changed"), i + 1);
         stbsim::ClearJournal();
         ASSERT_TRUE(cases[i].set(m_Demux));
@@ -69,13 +65,10 @@ TEST_F(DemuxTest, EverySetterRestartsThePlayerOnlyForANewValue) {
     EXPECT_EQ(m_Log.Count("DEBUG", "Send STOP_REQUIRED"), 3u);  // once per changed PID, never for a repeat
     EXPECT_TRUE(m_Log.Has("INFO", "StbVideoDecoder::GetCodec: pcrPid: 0, vidPid: 256, audPid: 0, video type: 0, "
                                   "audio type: 0, "));
-    auto s = stbsim::State().player.settings;
-    EXPECT_EQ(s.video_pid, 0x100);
-    EXPECT_EQ(s.audio_pid, 0x101);
-    EXPECT_EQ(s.pcr_pid, 0x100);
-    EXPECT_EQ(s.service_id, 7);
-    EXPECT_EQ(s.video_type, 5u);
-    EXPECT_EQ(s.audio_type, 4u);
+    const auto s = stbsim::State().player.settings;
+    EXPECT_EQ((std::vector<uint32_t>{s.video_pid, s.audio_pid, s.pcr_pid, uint32_t(s.service_id), s.video_type,
+                                     s.audio_type}),
+              (std::vector<uint32_t>{0x100, 0x101, 0x100, 7, 5, 4}));
     EXPECT_EQ(m_Demux.GetServiceId(), 7);
 }
 
@@ -87,7 +80,7 @@ TEST_F(DemuxTest, SettingsChangedOnThePlayerRestartEvenForARememberedPid) {
     ASSERT_EQ(av_set_config(m_Handles.av, &s), 0);
     stbsim::ClearJournal();
     ASSERT_TRUE(m_Demux.SetPid(0x101, ES_TYPE_AUDIO));
-    EXPECT_EQ(PlayerCalls(), ReadThenRestart());
+    EXPECT_EQ(PlayerCalls(), kReadThenRestart);
 }
 
 TEST_F(DemuxTest, ExtraStreamsTypeTwoAndBadIndexesNeverRestartThePlayer) {
@@ -210,8 +203,8 @@ TEST_F(DemuxTest, RestartFailures) {
         {"av_stop", "UpdateProgSettings stop av failed", true, {"av_get_config", "av_stop"}, true},
         {"av_set_config", "UpdateProgSettings av set config error", true,
          {"av_get_config", "av_stop", "av_set_config"}, true},
-        {"av_start_audio", "UpdateProgSettings av start error", false, ReadThenRestart(), false},
-        {"av_start_video", "UpdateProgSettings av start error", false, ReadThenRestart(), false},
+        {"av_start_audio", "UpdateProgSettings av start error", false, kReadThenRestart, false},
+        {"av_start_video", "UpdateProgSettings av start error", false, kReadThenRestart, false},
     };
     uint16_t pid = 0x200;
     for (const Case& c : cases) {
@@ -224,7 +217,7 @@ TEST_F(DemuxTest, RestartFailures) {
         uint16_t onPlayer = stbsim::State().player.settings.video_pid;
         stbsim::ClearJournal();
         EXPECT_TRUE(m_Demux.SetPid(pid, ES_TYPE_VIDEO));
-        EXPECT_EQ(PlayerCalls(), c.nextRestarts ? ReadThenRestart() : std::vector<std::string>{"av_get_config"});
+        EXPECT_EQ(PlayerCalls(), c.nextRestarts ? kReadThenRestart : std::vector<std::string>{"av_get_config"});
         EXPECT_EQ(stbsim::State().player.settings.video_pid, onPlayer);
     }
 }

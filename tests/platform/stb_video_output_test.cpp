@@ -127,14 +127,10 @@ protected:
 TEST_F(ClosedCaptionTest, InitializeBringsUpTheDigitalOverlayDeinitializeInItsOwnOrder) {
     ASSERT_EQ(m_Captions.Initialize(), 0);
     EXPECT_EQ(CcCalls(), kCcInit);
-    auto cc = stbsim::State().captions;
-    EXPECT_EQ(cc.initMode, 2u);
-    EXPECT_EQ(cc.createSource, 1u);
-    EXPECT_EQ(cc.window[2], 1280u);
-    EXPECT_EQ(cc.window[3], 720u);
-    EXPECT_EQ(cc.attr.source, 1u);
-    EXPECT_EQ(cc.attr.data_type, 1u);
-    EXPECT_EQ(cc.attr.digital_mode, 3u);
+    const auto cc = stbsim::State().captions;
+    EXPECT_EQ((std::vector<uint32_t>{cc.initMode, cc.createSource, cc.window[2], cc.window[3], cc.attr.source,
+                                     cc.attr.data_type, cc.attr.digital_mode}),
+              (std::vector<uint32_t>{2, 1, 1280, 720, 1, 1, 3}));
     EXPECT_TRUE(m_Log.Has("DEBUG", "call cc_setAttr successfully!"));
 
     stbsim::ClearJournal();
@@ -169,19 +165,16 @@ TEST_F(ClosedCaptionTest, OverlaySelectionRecreatesTheEngineForItsSource) {
     EXPECT_TRUE(m_Captions.SetOverlayCc(OVERLAY_CC_TYPE_NTSC, OVERLAY_NTSC_CC1));
     EXPECT_EQ(CcCalls(), kCcRecreate);
     auto cc = stbsim::State().captions;
-    EXPECT_EQ(cc.createSource, 0u);
-    EXPECT_EQ(cc.attr.source, 0u);
-    EXPECT_EQ(cc.attr.analog_mode, 3u);
-    EXPECT_EQ(cc.attr.data_type, 0u);  // CC1 is data type 0 on the analog source
+    // CC1 is data type 0 on the analog source
+    EXPECT_EQ((std::vector<uint32_t>{cc.createSource, cc.attr.source, cc.attr.analog_mode, cc.attr.data_type}),
+              (std::vector<uint32_t>{0, 0, 3, 0}));
     EXPECT_TRUE(m_Log.Has("DEBUG", "Finish Reinitializing ClosedCaption"));
     EXPECT_TRUE(m_Log.Has("DEBUG", "closed caption type = 1, data type = 1"));
 
     EXPECT_TRUE(m_Captions.SetOverlayCc(OVERLAY_CC_TYPE_DTV, OVERLAY_DTV_SERVICE3));
     cc = stbsim::State().captions;
-    EXPECT_EQ(cc.createSource, 1u);
-    EXPECT_EQ(cc.attr.source, 1u);
-    EXPECT_EQ(cc.attr.digital_mode, 3u);
-    EXPECT_EQ(cc.attr.data_type, 3u);
+    EXPECT_EQ((std::vector<uint32_t>{cc.createSource, cc.attr.source, cc.attr.digital_mode, cc.attr.data_type}),
+              (std::vector<uint32_t>{1, 1, 3, 3}));
 }
 
 TEST_F(ClosedCaptionTest, FailedOverlaySelectionIsLoggedButReportedAsDone) {
@@ -203,16 +196,14 @@ TEST_F(ClosedCaptionTest, LineTwentyOneAndOverlaySwitches) {
     ASSERT_EQ(m_Captions.Initialize(), 0);
     EXPECT_TRUE(m_Captions.SetVbiLine21CcState(true));
     EXPECT_TRUE(m_Captions.SetOverlayCcState(true));
-    EXPECT_TRUE(stbsim::State().captions.vbi);
-    EXPECT_TRUE(stbsim::State().captions.subtitles);
+    EXPECT_TRUE(stbsim::State().captions.vbi && stbsim::State().captions.subtitles);
     Fail("cc_send_VBI_enable");
     EXPECT_FALSE(m_Captions.SetVbiLine21CcState(false));
     EXPECT_TRUE(m_Log.Has("ERROR", "Enable VBI line 21 Closed Caption failed: 0x1234."));
     Fail("cc_show_subtitle_enable");
     EXPECT_FALSE(m_Captions.SetOverlayCcState(false));
     EXPECT_TRUE(m_Log.Has("ERROR", "Enable Closed Caption Overlay failed: 0x1234."));
-    EXPECT_TRUE(stbsim::State().captions.vbi);
-    EXPECT_TRUE(stbsim::State().captions.subtitles);
+    EXPECT_TRUE(stbsim::State().captions.vbi && stbsim::State().captions.subtitles);
 }
 
 }  // namespace

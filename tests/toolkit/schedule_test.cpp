@@ -2,7 +2,6 @@
 // actions that add and cancel, and the poller thread woken by other threads.
 // Most run on a fake clock through RunDue(); a few run a real poller thread.
 #include <atomic>
-#include <mutex>
 #include <random>
 #include <string>
 #include <vector>
@@ -32,6 +31,11 @@ protected:
     KT::CSchedule::Action Log(const std::string& name) {
         return [this, name] { runs.push_back(name); };
     }
+    // Moves the clock on by ms, then runs what is due; how many ran.
+    size_t After(uint64_t ms) {
+        clock.Advance(ms);
+        return schedule.RunDue();
+    }
     std::string Runs() {
         std::string all;
         for (const auto& r : runs) all += r;
@@ -53,11 +57,9 @@ TEST_F(ScheduleTest, DueEventsRunInDueOrderThenInsertionOrder) {
     schedule.Add(Log("E"), 0, false);
     EXPECT_EQ(schedule.RunDue(), 1u);
     EXPECT_EQ(Runs(), "E");
-    clock.Advance(6);  // now 9: only B and D are due
-    EXPECT_EQ(schedule.RunDue(), 2u);
+    EXPECT_EQ(After(6), 2u);  // now 9: only B and D are due
     EXPECT_EQ(Runs(), "BD");
-    clock.Advance(1);
-    EXPECT_EQ(schedule.RunDue(), 2u);
+    EXPECT_EQ(After(1), 2u);
     EXPECT_EQ(Runs(), "AC");
     EXPECT_EQ(schedule.PendingCount(), 0u);
     EXPECT_EQ(schedule.RunDue(), 0u);
@@ -65,20 +67,14 @@ TEST_F(ScheduleTest, DueEventsRunInDueOrderThenInsertionOrder) {
 
 TEST_F(ScheduleTest, RepeatingEventIsRearmedAfterEachRun) {
     schedule.Add(Log("R"), 100, true);
-    clock.Advance(99);
-    EXPECT_EQ(schedule.RunDue(), 0u);
-    clock.Advance(1);
-    EXPECT_EQ(schedule.RunDue(), 1u);
-    clock.Advance(100);
-    EXPECT_EQ(schedule.RunDue(), 1u);
+    EXPECT_EQ(After(99), 0u);
+    EXPECT_EQ(After(1), 1u);
+    EXPECT_EQ(After(100), 1u);
     // A late pass runs it once, not once per missed period; the next run is a
     // full period after this one.
-    clock.Advance(350);
-    EXPECT_EQ(schedule.RunDue(), 1u);
-    clock.Advance(99);
-    EXPECT_EQ(schedule.RunDue(), 0u);
-    clock.Advance(1);
-    EXPECT_EQ(schedule.RunDue(), 1u);
+    EXPECT_EQ(After(350), 1u);
+    EXPECT_EQ(After(99), 0u);
+    EXPECT_EQ(After(1), 1u);
     EXPECT_EQ(Runs(), "RRRR");
     EXPECT_EQ(schedule.PendingCount(), 1u);
     // With no delay it runs once per pass.
@@ -101,15 +97,12 @@ TEST_F(ScheduleTest, CancelRulesAlsoFromInsideAnAction) {
     EXPECT_FALSE(schedule.Cancel(copy));  // already cancelled
     EXPECT_FALSE(schedule.Cancel(done));  // already ran
     EXPECT_FALSE(schedule.Cancel(never));
-    clock.Advance(10);
-    EXPECT_EQ(schedule.RunDue(), 0u);
+    EXPECT_EQ(After(10), 0u);
     EXPECT_EQ(schedule.PendingCount(), 0u);
 
     // An action may cancel itself or another due event; a one-shot itself not.
-    KT::CSchedule::CEvent self;
-    KT::CSchedule::CEvent victim;
-    bool selfCancel = false;
-    bool victimCancel = false;
+    KT::CSchedule::CEvent self, victim;
+    bool selfCancel = false, victimCancel = false;
     self = schedule.Add(
         [&] {
             runs.push_back("S");
@@ -118,12 +111,10 @@ TEST_F(ScheduleTest, CancelRulesAlsoFromInsideAnAction) {
         },
         10, true);
     victim = schedule.Add(Log("V"), 10, false);  // due with S, after it
-    clock.Advance(10);
-    EXPECT_EQ(schedule.RunDue(), 1u);
+    EXPECT_EQ(After(10), 1u);
     EXPECT_TRUE(selfCancel);  // a repeating event that stops being re-armed
     EXPECT_TRUE(victimCancel);
-    clock.Advance(100);
-    EXPECT_EQ(schedule.RunDue(), 0u);
+    EXPECT_EQ(After(100), 0u);
     EXPECT_EQ(Runs(), "S");
     // A one-shot cancelling itself while it runs finds nothing to stop.
     KT::CSchedule::CEvent once;
@@ -140,10 +131,7 @@ TEST_F(ScheduleTest, ActionMayAddItselfAgain) {
         schedule.Add(poll, 2000, false);
     };
     schedule.Add(poll, 2000, false);
-    for (int i = 0; i < 3; ++i) {
-        clock.Advance(2000);
-        EXPECT_EQ(schedule.RunDue(), 1u);
-    }
+    for (int i = 0; i < 3; ++i) EXPECT_EQ(After(2000), 1u);
     EXPECT_EQ(Runs(), "PPP");
     EXPECT_EQ(schedule.PendingCount(), 1u);
 }

@@ -156,19 +156,14 @@ TEST(CSemaphore, CountsSignalsAndTimesOut) {
 // A cancelled worker takes no count, and a signal it absorbed reaches the others.
 TEST(CSemaphore, CancelledWaiterLeavesTheCountToOthers) {
     KT::CSemaphore semaphore(0);
-    std::atomic<int> taken{0};
-    std::atomic<int> waiting{0};
-    KT::CThread doomed(
-        [&] {
-            ++waiting;
-            if (semaphore.Wait(kLongWaitMs)) ++taken;
-            return true;
-        },
-        "doomed", 0);
-    std::thread other([&] {
+    std::atomic<int> taken{0}, waiting{0};
+    const auto waiter = [&] {
         ++waiting;
         if (semaphore.Wait(kLongWaitMs)) ++taken;
-    });
+        return true;
+    };
+    KT::CThread doomed(waiter, "doomed", 0);  // a worker waiting again after each wait
+    std::thread other(waiter);
     ASSERT_TRUE(doomed.Run());
     ASSERT_TRUE(WaitUntil([&] { return waiting.load() == 2; }));
     doomed.Cancel();

@@ -183,8 +183,7 @@ TEST(Pcap, RecordsFramesWithDirectionAndTimeAndReadsThemBack) {
                                                        "0.750000 < 0F 00 0F 01 01 01 02 07 80 10", "0.750000 < 41",
                                                        "1.500000 > 10",  // a stray end marker still held at the end
                                                        "0.750000 < 0F 00 03 00 01 00"}));  // the frame still open
-    std::string damaged = content.substr(0, content.size() - 3);
-    EXPECT_FALSE(CaptureReader::Read(damaged, '<', chunks, error));
+    EXPECT_FALSE(CaptureReader::Read(content.substr(0, content.size() - 3), '<', chunks, error));  // damaged
     content[20] = 1;  // Ethernet
     EXPECT_FALSE(CaptureReader::Read(content, '<', chunks, error));
     EXPECT_NE(error.find("DLT_USER0"), std::string::npos) << error;

@@ -14,14 +14,14 @@
 class ChildProcess {
 public:
     // argv[0] is the program.
-    explicit ChildProcess(const std::vector<std::string>& argv)
-        : m_started(m_child.Start(argv[0], {argv.begin() + 1, argv.end()}, {}, m_dir / "stdout", m_dir / "stderr")) {}
+    explicit ChildProcess(const std::vector<std::string>& argv) {
+        m_child.Start(argv[0], {argv.begin() + 1, argv.end()}, {}, m_dir / "stdout", m_dir / "stderr");
+    }
     ChildProcess(const ChildProcess&) = delete;
     ChildProcess& operator=(const ChildProcess&) = delete;
 
-    bool Started() const { return m_started; }
     void Signal(int sig) { kill(m_child.Pid(), sig); }
-    // The exit status, or -1 after 10 s or on a death by signal.
+    // The exit status, or -1 when it did not start, after 10 s or on a death by signal.
     int Wait() {
         int status = 0;
         return m_child.Wait(10000, status) && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
@@ -29,6 +29,11 @@ public:
     // True once standard output holds needle (polled for up to 10 s).
     bool WaitForOutput(const std::string& needle) {
         return e2e::WaitUntil([&] { return Stdout().find(needle) != std::string::npos; });
+    }
+    // The pty announced on the first line of standard output ("pty: NAME"), or "".
+    std::string AnnouncedPty() {
+        const std::string out = WaitForOutput("\n") ? Stdout() : "";
+        return out.rfind("pty: ", 0) == 0 ? out.substr(5, out.find('\n') - 5) : "";
     }
     std::string Stdout() const { return Read("stdout"); }
     std::string Stderr() const { return Read("stderr"); }
@@ -42,5 +47,4 @@ private:
 
     e2e::TempDir m_dir;  // first in, last out: the child is gone before its files
     e2e::ChildProcess m_child;
-    bool m_started;
 };

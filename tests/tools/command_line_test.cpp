@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 namespace avhost {
 namespace {
 
@@ -24,11 +26,8 @@ TEST(CommandLine, AcceptsTheGnuFormsOfEveryOption) {
         CommandLine cl;
         std::string error;
         ASSERT_TRUE(ParseCommandLine(c.words, cl, error)) << c.words[1] << ": " << error;
-        EXPECT_EQ(cl.device, c.device);
-        EXPECT_EQ(cl.capture, c.capture);
-        EXPECT_EQ(cl.duration, c.duration);
-        EXPECT_EQ(cl.verbose, c.verbose);
-        EXPECT_EQ(cl.json, c.json);
+        EXPECT_EQ(std::tie(cl.device, cl.capture, cl.duration, cl.verbose, cl.json),
+                  std::tie(c.device, c.capture, c.duration, c.verbose, c.json));
     }
     CommandLine cl;
     std::string error;

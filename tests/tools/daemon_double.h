@@ -2,7 +2,10 @@
 // adapter: it records every operation the host sends and, when the host's apply
 // trigger arrives, answers with a status operation given in advance. Handlers
 // run on the adapter's "UART Px" thread; the test thread waits on Received.
+// OpFrom builds the operation for what a person types, on the test thread.
 #pragma once
+
+#include <gtest/gtest.h>
 
 #include <chrono>
 #include <condition_variable>
@@ -10,24 +13,32 @@
 #include <string>
 #include <vector>
 
+#include "tools/value_parser.h"
 #include "transport/i_comm_op_handler.h"
 #include "transport/uart_adapter.h"
+
+// NAME=VALUE[@INDEX] as an operation; the text must parse.
+inline SsOp OpFrom(const std::string& assignment) {
+    static const avhost::OpCatalog catalog;
+    SsOp op;
+    std::string error;
+    EXPECT_TRUE(avhost::ParseAssignment(catalog, assignment, op, error)) << error;
+    return op;
+}
 
 class DaemonSide : public iCommOpHandler {
 public:
     explicit DaemonSide(const std::string& device) : m_adapter(device) {}
-    ~DaemonSide() override { Stop(); }
+    ~DaemonSide() override {
+        if (!m_started) return;
+        m_adapter.TerminateReceiveOps();
+        m_adapter.UnregisterOpHandler(this);
+    }
 
     bool Start() {
         m_adapter.RegisterOpHandler(this);
         m_started = m_adapter.StartReceiveOps();
         return m_started;
-    }
-    void Stop() {
-        if (!m_started) return;
-        m_adapter.TerminateReceiveOps();
-        m_adapter.UnregisterOpHandler(this);
-        m_started = false;
     }
 
     // Sent back when an apply trigger arrives.

@@ -21,9 +21,13 @@ LineFrame FrameOf(const std::string& imageHex) {
     return frames.empty() ? LineFrame() : frames[0];
 }
 
-TEST(OpFormatter, ShowsEachValueByItsDictionaryType) {
+class OpFormatterTest : public ::testing::Test {
+protected:
     const OpCatalog catalog;
-    const OpFormatter formatter(catalog);
+    const OpFormatter formatter{catalog};
+};
+
+TEST_F(OpFormatterTest, ShowsEachValueByItsDictionaryType) {
     const struct {
         const char* image;
         const char* text;
@@ -69,9 +73,7 @@ TEST(OpFormatter, ShowsEachValueByItsDictionaryType) {
     }
 }
 
-TEST(OpFormatter, ReportsFramesThatAreNoOperation) {
-    const OpCatalog catalog;
-    const OpFormatter formatter(catalog);
+TEST_F(OpFormatterTest, ReportsFramesThatAreNoOperation) {
     LineDecoder decoder;
     std::vector<LineFrame> frames;
     const Bytes line = {0x41, 0x0F, 0x00, 0x01, 0x10, 0x0F, 0x00};
@@ -87,9 +89,7 @@ TEST(OpFormatter, ReportsFramesThatAreNoOperation) {
               R"({"t":2.500,"dir":">","error":"decode failed","bytes":"0F 00 01 10"})");
 }
 
-TEST(OpFormatter, PlainValueIsWhatOneWouldType) {
-    const OpCatalog catalog;
-    const OpFormatter formatter(catalog);
+TEST_F(OpFormatterTest, PlainValueIsWhatOneWouldType) {
     EXPECT_EQ(formatter.PlainValue(FrameOf("00 14 00 01 02 01 FA").op), "-6");
     EXPECT_EQ(formatter.PlainValue(FrameOf("00 03 00 01 00 02 6F 6B").op), "ok");
     EXPECT_EQ(formatter.PlainValue(FrameOf("00 0B 01 01 01 04 63 0D 00 00").op), "1661796352");
@@ -97,22 +97,20 @@ TEST(OpFormatter, PlainValueIsWhatOneWouldType) {
 
 // Names beside codes in all three styles; service names always valid UTF-8 in
 // JSON (UTF-8 kept, Latin-1 converted); absolute UTC stamps with microseconds.
-TEST(OpFormatter, NamesUtf8AndUtcInEveryStyle) {
-    const OpCatalog catalog;
+TEST_F(OpFormatterTest, NamesUtf8AndUtcInEveryStyle) {
     OpFormatter::Output output;
     output.utc = true;
     output.epochAtZero = 1714564800.0;  // 2024-05-01T12:00:00Z
-    const OpFormatter formatter(catalog, output);
+    const OpFormatter utc(catalog, output);
     const LineFrame rate = FrameOf("00 12 01 01 00 02 00 03");  // videoFrameRate[0] = 3
-    EXPECT_EQ(formatter.Text(1.000123, '<', rate), "2024-05-01T12:00:01.000123Z < videoFrameRate[0] = 3 (25 fps)");
-    EXPECT_EQ(formatter.Json(1.5, '<', rate),
+    EXPECT_EQ(utc.Text(1.000123, '<', rate), "2024-05-01T12:00:01.000123Z < videoFrameRate[0] = 3 (25 fps)");
+    EXPECT_EQ(utc.Json(1.5, '<', rate),
               R"({"t":1.500,"dir":"<","utc":"2024-05-01T12:00:01.500000Z","op":"videoFrameRate","opId":274,)"
               R"("opType":0,"type":"VT_UINT16","index":0,"value":3,"meaning":"25 fps"})");
-    EXPECT_EQ(formatter.Csv(1.5, '<', rate),
+    EXPECT_EQ(utc.Csv(1.5, '<', rate),
               "2024-05-01T12:00:01.500000Z,<,videoFrameRate,274,0,VT_UINT16,0,3,25 fps,");
-    EXPECT_EQ(formatter.Meaning(FrameOf("00 14 01 01 00 01 0A").op), "H.264 High");  // videoProfile
-    EXPECT_EQ(formatter.Meaning(FrameOf("00 14 01 01 00 01 63").op), "");            // 99: no name
-    const OpFormatter plain(catalog);
+    EXPECT_EQ(utc.Meaning(FrameOf("00 14 01 01 00 01 0A").op), "H.264 High");  // videoProfile
+    EXPECT_EQ(utc.Meaning(FrameOf("00 14 01 01 00 01 63").op), "");            // 99: no name
     const struct {
         const char* image;
         const char* value;
@@ -122,12 +120,12 @@ TEST(OpFormatter, NamesUtf8AndUtcInEveryStyle) {
         {"00 E2 00 01 00 03 41 2C 22", R"("A,\"")"},
     };
     for (const auto& n : names) {
-        const std::string json = plain.Json(0, '<', FrameOf(n.image));
+        const std::string json = formatter.Json(0, '<', FrameOf(n.image));
         EXPECT_NE(json.find(std::string("\"value\":") + n.value + "}"), std::string::npos) << json;
     }
-    EXPECT_EQ(plain.Describe(FrameOf(names[0].image)), "selectedserviceServiceName[0] = \"Café ТВ \"");
-    EXPECT_EQ(plain.Describe(FrameOf(names[1].image)), "selectedserviceServiceName[0] = \"Caf\\xE9 TV\"");
-    EXPECT_EQ(plain.Csv(0, '<', FrameOf("00 E2 00 01 00 03 41 2C 22")),
+    EXPECT_EQ(formatter.Describe(FrameOf(names[0].image)), "selectedserviceServiceName[0] = \"Café ТВ \"");
+    EXPECT_EQ(formatter.Describe(FrameOf(names[1].image)), "selectedserviceServiceName[0] = \"Caf\\xE9 TV\"");
+    EXPECT_EQ(formatter.Csv(0, '<', FrameOf("00 E2 00 01 00 03 41 2C 22")),
               "0.000,<,selectedserviceServiceName,226,0,VT_STRING,0,\"A,\"\"\",,");
 }
 

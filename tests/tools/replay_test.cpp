@@ -3,13 +3,14 @@
 // give the daemon frames of its NAME.chk; a changed expected file must fail with
 // a readable difference), and the terminal commands (session, top) driven
 // through tmux as a person would.
-#include <dirent.h>
 #include <unistd.h>
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
 
+#include "tests/e2e/daemon_rig.h"
 #include "tests/e2e/e2e_support.h"
 #include "tests/tools/child_process.h"
 
@@ -19,37 +20,23 @@ const std::string kDir = TOOLS_TEST_DATA "/replay";
 
 std::vector<std::string> Sessions() {
     std::vector<std::string> names;
-    if (DIR* d = opendir(kDir.c_str())) {
-        while (dirent* e = readdir(d)) {
-            const std::string n = e->d_name;
-            if (n.size() > 4 && n.compare(n.size() - 4, 4, ".cap") == 0) names.push_back(n.substr(0, n.size() - 4));
-        }
-        closedir(d);
+    for (const auto& entry : std::filesystem::directory_iterator(kDir)) {
+        if (entry.path().extension() == ".cap") names.push_back(entry.path().stem());
     }
     std::sort(names.begin(), names.end());
     return names;
 }
 
-// The daemon on the virtual board on a given pty, stopped (cleanly) by the destructor.
-struct Daemon {
+// The daemon on the virtual board on a given pty (avhost's, not the rig's own
+// host line), stopped cleanly by the rig's destructor.
+struct Daemon : e2e::DaemonRig {
+    Daemon() : DaemonRig("version=stbav-replay\n") {}
     bool Start(const std::string& pty) {
-        e2e::WriteFile(tmp / "root/vendor/etc/version", "version=stbav-replay\n");
-        std::string log;
-        e2e::ReadFile(std::string(STBAV_ETC_DIR) + "/tevrin-log4cpp.init", log);
-        e2e::WriteFile(tmp / "root/vendor/etc/tevrin-log4cpp.init", log);
         std::vector<std::string> env = e2e::SanitizerEnvironment();
         env.push_back("STBSIM_STREAM=" + kDir + "/board.scn");
-        env.push_back("STBSIM_CONTROL=" + tmp / "board.sock");
-        return child.Start(STBAVD_PATH, {"-d", pty, "-R", tmp / "root"}, env, tmp / "d.out", tmp / "d.err");
+        env.push_back("STBSIM_CONTROL=" + Socket());
+        return m_Daemon.Start(STBAVD_PATH, {"-d", pty, "-R", Root("")}, env, m_Tmp / "d.out", m_Tmp / "d.err");
     }
-    ~Daemon() {
-        int status = -1;
-        if (!child.Running()) return;
-        EXPECT_TRUE(child.Stop(SIGTERM, 20000, status));
-        EXPECT_EQ(e2e::DescribeStatus(status), "exit 0");
-    }
-    e2e::TempDir tmp;
-    e2e::ChildProcess child;
 };
 
 // A tmux server of the test's own, with one pane running a command.
@@ -61,10 +48,9 @@ public:
         Run({"new-session", "-d", "-x", "110", "-y", "40", command});
     }
     ~Tmux() { Run({"kill-server"}); }
-    void Keys(const std::vector<std::string>& keys) {
-        std::vector<std::string> args = {"send-keys"};
-        args.insert(args.end(), keys.begin(), keys.end());
-        Run(args);
+    void Keys(std::vector<std::string> keys) {
+        keys.insert(keys.begin(), "send-keys");
+        Run(keys);
     }
     std::string Pane() { return Run({"capture-pane", "-p"}); }
     // True once the pane shows needle (polled for up to 10 s).
@@ -143,10 +129,8 @@ struct Replay {
         : host((args.insert(args.begin(), {AVHOST_BINARY, "replay", "--pty", "--fast"}), args)) {}
     // The avhost exit status, the daemon stopped cleanly afterwards.
     int Run() {
-        if (!host.WaitForOutput("\n")) return -2;
-        const std::string out = host.Stdout();
-        if (!daemon.Start(out.substr(5, out.find('\n') - 5))) return -3;
-        return host.Wait();
+        const std::string pty = host.AnnouncedPty();
+        return !pty.empty() && daemon.Start(pty) ? host.Wait() : -2;
     }
 
     ChildProcess host;

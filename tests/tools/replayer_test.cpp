@@ -55,13 +55,11 @@ TEST(TopModel, KeepsTheLatestValueAndCountsChangesFramesAndErrors) {
     model.Add(3.0, '<', frames[2]);
     const TopModel::Snapshot s = model.Take();
     ASSERT_EQ(s.items.size(), 1u);
-    EXPECT_EQ(s.items[0].first, "videoWidth[0]");
-    EXPECT_EQ(s.items[0].second.value, "720");
-    EXPECT_EQ(s.items[0].second.changes, 1u);
-    EXPECT_EQ(s.items[0].second.changed, 2.0);
-    EXPECT_EQ(s.frames, 3u);
-    EXPECT_EQ(s.errors, 1u);
-    EXPECT_EQ(s.events.size(), 2u);  // the oldest dropped
+    const auto& item = s.items[0];
+    // the oldest event dropped
+    EXPECT_EQ(std::make_tuple(item.first, item.second.value, item.second.changes, item.second.changed, s.frames,
+                              s.errors, s.events.size()),
+              std::make_tuple("videoWidth[0]", "720", 1u, 2.0, 3u, 1u, 2u));
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <sstream>
 
 #include "tests/e2e/e2e_support.h"
@@ -13,15 +14,6 @@
 
 namespace avhost {
 namespace {
-
-std::string ImageHex(const Bytes& image) { return HexString(image); }
-
-SsOp OpFrom(const OpCatalog& catalog, const std::string& assignment) {
-    SsOp op;
-    std::string error;
-    EXPECT_TRUE(ParseAssignment(catalog, assignment, op, error)) << error;
-    return op;
-}
 
 // A line that must parse.
 SessionCommand Parsed(const OpCatalog& catalog, const std::string& line) {
@@ -90,7 +82,7 @@ TEST(ExpectSpec, MatchesByNameIndexAndValue) {
         {"expect videooutputCurrentOutputFormat=1920x1080p25", "videooutputCurrentOutputFormat=0x630D0000", false},
     };
     for (const auto& c : cases) {
-        EXPECT_EQ(Parsed(catalog, c.expect).expect.Matches(OpFrom(catalog, c.op), formatter), c.matches)
+        EXPECT_EQ(Parsed(catalog, c.expect).expect.Matches(OpFrom(c.op), formatter), c.matches)
             << c.expect << " / " << c.op;
     }
     // A status text sent under a numeric type matches its text.
@@ -102,71 +94,51 @@ TEST(ExpectSpec, MatchesByNameIndexAndValue) {
 
 // The host (this session, fed line by line as from standard input; the process
 // tests run a script file) sends a batch and the apply trigger; the daemon's
-// adapter receives exactly those images and answers; expect sees the answer.
-TEST(SessionRunner, DrivesTheDaemonsAdapterOverAPty) {
+// adapter receives exactly those images and answers. expect looks only at what
+// came after the last send: a report that arrived before it is stale; the answer
+// to the apply is seen.
+TEST(SessionRunner, DrivesTheDaemonsAdapterOverAPtyAndExpectsOnlyWhatCameAfterTheSend) {
     const OpCatalog catalog;
     PtyLine line;
     std::string error;
     ASSERT_TRUE(line.Open(error)) << error;
     DaemonSide daemon(line.SlaveName());
-    daemon.AnswerApplyWith(OpFrom(catalog, "videoWidth=1920"));
+    daemon.AnswerApplyWith(OpFrom("videoHeight=1080"));
     ASSERT_TRUE(daemon.Start());
 
     std::ostringstream out, err, captureText;
     CaptureWriter capture(captureText);
-    LineSession::Options options;
-    options.capture = &capture;
-    LineSession session(line, catalog, out, options);
-    session.Start();
-    SessionRunner runner(session, catalog, err);
-    std::istringstream script(
-        "send videooutputFormatMode=2 videooutputManualFormat=1280x720p59.94@1\n"
-        "apply\n"
-        "expect videoWidth=1920 10\n"
-        "expect videoHeight 0.05\n");
-    EXPECT_EQ(runner.RunInteractive(script, "script"), 1);
-    session.Stop();
-
-    std::vector<DaemonSide::Bytes> got = daemon.Received(3);
-    ASSERT_EQ(got.size(), 3u);
-    EXPECT_EQ(ImageHex(got[0]), "00 06 01 01 00 01 02");
-    EXPECT_EQ(ImageHex(got[1]), "00 0A 01 01 01 04 73 09 00 00");
-    EXPECT_EQ(ImageHex(got[2]), "06 00 00 00 00");
-    EXPECT_NE(out.str().find(" < videoWidth[0] = 1920\n"), std::string::npos) << out.str();
-    EXPECT_EQ(err.str(), "avhost: script:4: expect videoHeight 0.05: nothing matching received within 0.05 s\n");
-
-    std::vector<CaptureChunk> chunks;
-    ASSERT_TRUE(CaptureReader::Read(captureText.str(), '<', chunks, error)) << error;
-    std::string dirs;
-    for (const CaptureChunk& c : chunks) dirs += c.dir;
-    EXPECT_EQ(dirs, ">>><");
-}
-
-// expect after a send looks only at what came after it: a report that arrived
-// before the send is stale; the answer to the apply is seen.
-TEST(SessionRunner, ExpectIgnoresWhatCameBeforeTheLastSend) {
-    const OpCatalog catalog;
-    PtyLine line;
-    std::string error;
-    ASSERT_TRUE(line.Open(error)) << error;
-    DaemonSide daemon(line.SlaveName());
-    daemon.AnswerApplyWith(OpFrom(catalog, "videoHeight=1080"));
-    ASSERT_TRUE(daemon.Start());
-    std::ostringstream out, err;
     std::atomic<bool> arrived{false};  // set once the frame is kept for expect
     LineSession::Options options;
+    options.capture = &capture;
     options.onFrame = [&arrived](double, char dir, const LineFrame&) { arrived = arrived || dir == '<'; };
     LineSession session(line, catalog, out, options);
     session.Start();
     SessionRunner runner(session, catalog, err);
-    ASSERT_TRUE(daemon.Send(OpFrom(catalog, "videoWidth=1920")));
+    ASSERT_TRUE(daemon.Send(OpFrom("videoWidth=1920")));
     ASSERT_TRUE(e2e::WaitUntil([&] { return arrived.load(); }));
-    std::istringstream stale("send videooutputFormatMode=2\napply\nexpect videoWidth 0.2\n");
+    std::istringstream stale(
+        "send videooutputFormatMode=2 videooutputManualFormat=1280x720p59.94@1\n"
+        "apply\n"
+        "expect videoWidth 0.2\n");
     EXPECT_EQ(runner.RunInteractive(stale, "script"), 1);
     EXPECT_EQ(err.str(), "avhost: script:3: expect videoWidth 0.2: nothing matching received within 0.2 s\n");
     std::istringstream fresh("expect videoHeight=1080 10\n");
     EXPECT_EQ(runner.RunInteractive(fresh, "script"), 0) << err.str();
     session.Stop();
+
+    std::vector<DaemonSide::Bytes> got = daemon.Received(3);
+    ASSERT_EQ(got.size(), 3u);
+    EXPECT_EQ(HexString(got[0]), "00 06 01 01 00 01 02");
+    EXPECT_EQ(HexString(got[1]), "00 0A 01 01 01 04 73 09 00 00");
+    EXPECT_EQ(HexString(got[2]), "06 00 00 00 00");
+    EXPECT_NE(out.str().find(" < videoHeight[0] = 1080\n"), std::string::npos) << out.str();
+
+    std::vector<CaptureChunk> chunks;
+    ASSERT_TRUE(CaptureReader::Read(captureText.str(), '<', chunks, error)) << error;
+    std::string dirs;
+    for (const CaptureChunk& c : chunks) dirs += c.dir;
+    EXPECT_EQ(dirs, "<>>><");
 }
 
 }  // namespace
