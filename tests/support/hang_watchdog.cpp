@@ -61,19 +61,12 @@ void PutThread(const char* tid) {
     // The state is the field after the name in parentheses (which may hold spaces).
     const char* close_paren = strrchr(stat, ')');
     const char state[2] = {close_paren && close_paren[1] == ' ' ? close_paren[2] : '?', '\0'};
-    Put("hang watchdog:   thread ");
-    Put(tid);
-    Put(" \"");
-    Put(comm);
-    Put("\" state ");
-    Put(state);
-    Put(" wchan ");
-    Put(wchan[0] ? wchan : "-");
-    Put(" syscall ");
-    Put(sys[0] ? sys : "-");
-    Put("\n");
+    const char* const parts[] = {"hang watchdog:   thread ", tid, " \"", comm, "\" state ", state, " wchan ",
+                                 wchan[0] ? wchan : "-", " syscall ", sys[0] ? sys : "-", "\n"};
+    for (const char* part : parts) Put(part);
 }
 
+// One entry of getdents64 (the kernel's own layout).
 struct Dirent64 {
     unsigned long long ino;
     long long off;
