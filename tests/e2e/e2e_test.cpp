@@ -11,9 +11,7 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <iterator>
 #include <random>
-#include <sstream>
 #include <set>
 #include <string>
 #include <vector>
@@ -36,8 +34,8 @@ const char* const kScenario =
     "video pid=0x200 codec=mpeg2 width=720 height=576 scan=tff fps=25 aspect=4:3\n"
     "audio pid=0x201 codec=ac3 rate=48000 channels=5.1\n";
 
-// Policy and real-time priority of every thread of a process, from
-// /proc/PID/task/*/stat (fields 40 and 41).
+// Policy and real-time priority of every thread of a process (its threads
+// listed in /proc/PID/task).
 struct ThreadSched {
     std::string name;
     int priority;
@@ -49,13 +47,12 @@ std::vector<ThreadSched> ThreadSchedules(pid_t pid) {
     DIR* dir = opendir(tasks.c_str());
     if (dir == nullptr) return out;
     while (dirent* e = readdir(dir)) {
-        std::string stat;
-        if (e->d_name[0] == '.' || !e2e::ReadFile(tasks + "/" + e->d_name + "/stat", stat)) continue;
-        const size_t open = stat.find('('), close = stat.rfind(')');
-        std::istringstream rest(stat.substr(close + 2));
-        std::vector<std::string> fields((std::istream_iterator<std::string>(rest)), std::istream_iterator<std::string>());
-        if (fields.size() < 39) continue;  // fields[0] is field 3
-        out.push_back({stat.substr(open + 1, close - open - 1), std::stoi(fields[37]), std::stoi(fields[38])});
+        std::string comm;
+        if (e->d_name[0] == '.' || !e2e::ReadFile(tasks + "/" + e->d_name + "/comm", comm)) continue;
+        const pid_t tid = std::atoi(e->d_name);
+        sched_param param{};
+        if (sched_getparam(tid, &param) != 0) continue;  // the thread ended meanwhile
+        out.push_back({comm.substr(0, comm.find('\n')), param.sched_priority, sched_getscheduler(tid)});
     }
     closedir(dir);
     return out;
