@@ -81,10 +81,8 @@ private:
     std::string Name(const std::string& value, const std::string& kind) {
         static const std::map<std::string, std::string> kKinds = {
             {"a1", "av"}, {"b1", "vout"}, {"b2", "window"}, {"c1", "aout"}, {"c2", "track"}};
-        auto found = m_Names.find(value);
-        if (found != m_Names.end()) return found->second;
-        const std::string name = "<" + kKinds.at(kind) + std::to_string(++m_Count[kind]) + ">";
-        m_Names[value] = name;
+        std::string& name = m_Names[value];
+        if (name.empty()) name = "<" + kKinds.at(kind) + std::to_string(++m_Count[kind]) + ">";
         return name;
     }
 
@@ -116,15 +114,15 @@ Calls ReadCalls(const std::string& journalFile, const std::string& tmp) {
     return calls;
 }
 
-// "== NAME" sections of a golden file (comment lines start with '#').
-std::vector<std::pair<std::string, std::vector<std::string>>> ParseGolden(const std::string& text) {
-    std::vector<std::pair<std::string, std::vector<std::string>>> sections;
+// The lines of each "== NAME" section of a golden file (comment lines start with '#').
+std::map<std::string, std::vector<std::string>> ParseGolden(const std::string& text) {
+    std::map<std::string, std::vector<std::string>> sections;
     std::istringstream in(text);
-    std::string line;
+    std::string line, section;
     while (std::getline(in, line)) {
         if (line.empty() || line[0] == '#') continue;
-        if (line.compare(0, 3, "== ") == 0) sections.push_back({line.substr(3), {}});
-        else if (!sections.empty()) sections.back().second.push_back(line);
+        if (line.compare(0, 3, "== ") == 0) section = line.substr(3);
+        else if (!section.empty()) sections[section].push_back(line);
     }
     return sections;
 }
@@ -134,8 +132,7 @@ protected:
     GoldenJournalTest() : DaemonRig("version=golden-1\n") {
         e2e::WriteFile(m_Tmp / "input.scn", kScenario);
         std::string golden;
-        if (!UpdateMode() && e2e::ReadFile(GoldenPath(), golden))
-            for (auto& s : ParseGolden(golden)) m_Golden[s.first] = s.second;
+        if (!UpdateMode() && e2e::ReadFile(GoldenPath(), golden)) m_Golden = ParseGolden(golden);
     }
 
     // Runs one step and waits until its calls are in: as many as the golden file

@@ -72,33 +72,29 @@ const TsCase kUhd = {&tstest::kHevcUhd, 404, "UHD HEVC", 0x401, 0x402, VIDEO_TYP
                      VIDEO_ASPECT_RATIO_16X9, VIDEO_PROFILE_HEVC_MAIN10, VIDEO_LEVEL_5_1, VIDEO_CHROMA_FORMAT_420,
                      CHROMA_BIT_DEPTH_10, 48000, 13, 64};  // 2160p 3840, 50
 
-// The numeric values the host must have received last, by operation.
-struct Expected {
-    unsigned opId;
-    const char* name;
-    uint64_t value;
-};
-std::vector<Expected> ExpectedValues(const TsCase& c) {
-    return {{kVideoWidth, "videoWidth", c.width},
-            {kVideoHeight, "videoHeight", c.height},
-            {kVideoScanType, "videoScanType", static_cast<uint64_t>(c.scan)},
-            {kVideoFrameRate, "videoFrameRate", static_cast<uint64_t>(c.rate)},
-            {kVideoAspect, "videoAspectRatio", static_cast<uint64_t>(c.aspect)},
-            {kVideoProfile, "videoProfile", static_cast<uint64_t>(c.profile)},
-            {kVideoLevel, "videoLevel", static_cast<uint64_t>(c.level)},
-            {kVideoChroma, "videoChromaFormat", static_cast<uint64_t>(c.chroma)},
-            {kVideoBitDepth, "videoChromaBitDepth", static_cast<uint64_t>(c.depth)},
-            {kSelServiceNum, "selectedserviceServiceNum", c.serviceNum},
-            {kSamplingRate, "audiosrvSamplingRate", c.samplingRate},
-            {kSelVideoPid, "selectedserviceVideoPid", c.videoPid},
-            {kSelAudioPid, "selectedaudioPid", c.audioPid},
-            {kSelVideoType, "selectedserviceVideoType", static_cast<uint64_t>(c.videoType)}};
-}
-
-// "" when the last value of every operation is the expected one, else one line per difference.
+// "" when the last value the host received of every operation is c's, else
+// one line per difference.
 std::string Mismatches(const e2e::HostLine& host, const TsCase& c) {
+    const struct {
+        unsigned opId;
+        const char* name;
+        uint64_t value;
+    } expected[] = {{kVideoWidth, "videoWidth", c.width},
+                    {kVideoHeight, "videoHeight", c.height},
+                    {kVideoScanType, "videoScanType", static_cast<uint64_t>(c.scan)},
+                    {kVideoFrameRate, "videoFrameRate", static_cast<uint64_t>(c.rate)},
+                    {kVideoAspect, "videoAspectRatio", static_cast<uint64_t>(c.aspect)},
+                    {kVideoProfile, "videoProfile", static_cast<uint64_t>(c.profile)},
+                    {kVideoLevel, "videoLevel", static_cast<uint64_t>(c.level)},
+                    {kVideoChroma, "videoChromaFormat", static_cast<uint64_t>(c.chroma)},
+                    {kVideoBitDepth, "videoChromaBitDepth", static_cast<uint64_t>(c.depth)},
+                    {kSelServiceNum, "selectedserviceServiceNum", c.serviceNum},
+                    {kSamplingRate, "audiosrvSamplingRate", c.samplingRate},
+                    {kSelVideoPid, "selectedserviceVideoPid", c.videoPid},
+                    {kSelAudioPid, "selectedaudioPid", c.audioPid},
+                    {kSelVideoType, "selectedserviceVideoType", static_cast<uint64_t>(c.videoType)}};
     std::ostringstream out;
-    for (const Expected& e : ExpectedValues(c)) {
+    for (const auto& e : expected) {
         const HostOp* last = host.Last(e.opId);
         if (last == nullptr || last->Value() != e.value)
             out << e.name << ": " << (last ? std::to_string(last->Value()) : "none") << ", want " << e.value << "\n";

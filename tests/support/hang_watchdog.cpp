@@ -2,6 +2,7 @@
 // static initialiser on the main thread before main() runs.
 #include "tests/support/hang_watchdog.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <signal.h>
 #include <sys/syscall.h>
@@ -66,15 +67,6 @@ void PutThread(const char* tid) {
     for (const char* part : parts) Put(part);
 }
 
-// One entry of getdents64 (the kernel's own layout).
-struct Dirent64 {
-    unsigned long long ino;
-    long long off;
-    unsigned short reclen;
-    unsigned char type;
-    char name[1];
-};
-
 void OnAlarm(int) {
     Put("hang watchdog: the test is still running after ");
     PutNumber(g_seconds);
@@ -85,9 +77,9 @@ void OnAlarm(int) {
         long n;
         while ((n = syscall(SYS_getdents64, dir, buffer, sizeof buffer)) > 0) {
             for (long at = 0; at < n;) {
-                const auto* entry = reinterpret_cast<const Dirent64*>(buffer + at);
-                if (entry->name[0] != '.') PutThread(entry->name);
-                at += entry->reclen;
+                const auto* entry = reinterpret_cast<const dirent64*>(buffer + at);  // the kernel's layout
+                if (entry->d_name[0] != '.') PutThread(entry->d_name);
+                at += entry->d_reclen;
             }
         }
         close(dir);
