@@ -322,7 +322,6 @@ TEST_F(DaemonTest, SecondDaemonOnTheSameRootOrLineIsRefused) {
     struct Case {
         std::vector<std::string> args;
         std::string stderrHas;
-        std::string stdoutStarts = "";
     } const cases[] = {
         {{"-d", otherLine.DeviceName(), "-R", m_Tmp / "root"},
          "stbavd: already running (pid " + std::to_string(m_Daemon.Pid()) + ")"},
