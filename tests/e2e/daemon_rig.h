@@ -18,6 +18,18 @@
 
 namespace e2e {
 
+// Operations the host sends.
+enum : unsigned {
+    kStatusEnable = 4, kSystemUpdate = 6, kVideoCodecType = 242, kAudioCodecType = 243, kPcr = 245, kVideo = 246,
+    kAudio = 247, kServiceName = 249, kServiceNum = 250, kFormatMode = 262, kManualFormat = 266,
+};
+// Operations the host receives.
+enum : unsigned {
+    kReset = 0, kHeartBeat = 1, kSoftwareVersion = 2, kReady = 3, kSelAudioPid = 213, kSelAudioType = 214,
+    kSelVideoPid = 220, kSelVideoType = 221, kSelServiceNum = 225, kSelServiceName = 226, kCurrentOutputFormat = 267,
+    kVideoWidth = 271, kVideoHeight = 272, kVideoScanType = 275,
+};
+
 class DaemonRig {
 public:
     explicit DaemonRig(const std::string& versionFile) {
@@ -66,7 +78,7 @@ public:
     // Launch, then wait for the ready report (operation 3) and the board's socket.
     void LaunchReady(const std::string& stream, const std::vector<std::string>& extra = {}) {
         Launch(stream, extra);
-        ASSERT_TRUE(m_Host.WaitForOp(3)) << StderrTail();
+        ASSERT_TRUE(m_Host.WaitForOp(kReady)) << StderrTail();
         ASSERT_TRUE(WaitUntil([&] { return FileExists(Socket()); })) << StderrTail();
     }
     // SIGTERM; the daemon must end by itself with status 0 and no sanitizer report.
@@ -77,6 +89,29 @@ public:
         if (!ended) return;
         EXPECT_EQ("exit 0", DescribeStatus(status)) << StderrTail();
         EXPECT_FALSE(HasSanitizerReport(Stderr())) << StderrTail();
+    }
+
+    void EnableStatus() {
+        m_Host.SendU8(kStatusEnable, 1);
+        m_Host.SendApply();
+    }
+    // The operations of a service selection (PCR, video and audio PIDs, codec
+    // types, number, name), without the apply trigger.
+    void SendService(unsigned pcr, unsigned video, unsigned audio, unsigned videoType, unsigned audioType,
+                     unsigned number, const std::string& name) {
+        m_Host.SendU16(kPcr, pcr);
+        m_Host.SendU16(kVideo, video);
+        m_Host.SendU16(kAudio, audio);
+        m_Host.SendU8(kVideoCodecType, videoType);
+        m_Host.SendU8(kAudioCodecType, audioType);
+        m_Host.SendU16(kServiceNum, number);
+        m_Host.SendText(kServiceName, name);
+    }
+    // Manual output format of this code, then the apply trigger.
+    void SendManualFormat(uint32_t format) {
+        m_Host.SendU8(kFormatMode, 2);
+        m_Host.SendU32(kManualFormat, format);
+        m_Host.SendApply();
     }
 
     FlatJson State() const {

@@ -20,22 +20,17 @@
 #include <cstring>
 #include <fstream>
 #include <sstream>
-#include <thread>
 
 #include "tests/support/child_launcher.h"
 #include "tests/support/free_port.h"
+#include "tests/support/wait_until.h"
 
 extern char** environ;
 
 namespace e2e {
 
 bool WaitUntil(const std::function<bool()>& pred, int timeoutMs) {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
-    while (!pred()) {
-        if (std::chrono::steady_clock::now() > end) return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    }
-    return true;
+    return stbav_test::WaitUntil(pred, std::chrono::milliseconds(timeoutMs), std::chrono::milliseconds(5));
 }
 
 // ---- files ------------------------------------------------------------------

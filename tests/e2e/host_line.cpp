@@ -48,13 +48,7 @@ HostLine::~HostLine() {
 uint64_t HostLine::Send(SsOp& op) {
     std::vector<unsigned char> image;
     op.GetSerializedOp(image);
-    const std::vector<unsigned char> frame = FrameEncoder::EncodeToBytes(image);
-    for (size_t done = 0; done < frame.size();) {
-        ssize_t n = write(m_Master, frame.data() + done, frame.size() - done);
-        if (n <= 0) return 0;
-        done += static_cast<size_t>(n);
-    }
-    return MonotonicUs();
+    return SendRaw(FrameEncoder::EncodeToBytes(image)) ? MonotonicUs() : 0;
 }
 
 bool HostLine::SendRaw(const std::vector<unsigned char>& bytes) {

@@ -21,11 +21,4 @@ inline std::vector<std::string> ChildLauncher() {
     return words;
 }
 
-// The launcher and a space before a shell command line (for popen), or "".
-inline std::string ChildLauncherPrefix() {
-    std::string prefix;
-    for (const std::string& w : ChildLauncher()) prefix += w + " ";
-    return prefix;
-}
-
 }  // namespace stbav_test

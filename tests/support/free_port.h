@@ -21,21 +21,16 @@
 
 namespace stbav_test {
 
-// First port of the kernel's ephemeral range (32768 when it cannot be read).
-inline unsigned EphemeralLow() {
+// 0 when no port of the range is free.
+inline uint16_t FreeListenPort() {
+    static std::atomic<unsigned> counter{0};
+    const unsigned first = 10000;
+    // First port of the kernel's ephemeral range (32768 when it cannot be read).
     unsigned low = 32768, high = 60999;
     if (FILE* f = std::fopen("/proc/sys/net/ipv4/ip_local_port_range", "r")) {
         if (std::fscanf(f, "%u %u", &low, &high) != 2) low = 32768;
         std::fclose(f);
     }
-    return low;
-}
-
-// 0 when no port of the range is free.
-inline uint16_t FreeListenPort() {
-    static std::atomic<unsigned> counter{0};
-    const unsigned first = 10000;
-    const unsigned low = EphemeralLow();
     const unsigned span = low > first + 1000 ? low - first : 20000;
     const unsigned start = static_cast<unsigned>(getpid()) * 97u + counter.fetch_add(1) * 7u;
     for (unsigned i = 0; i < span; ++i) {

@@ -2,6 +2,7 @@
 // static initialiser on the main thread before main() runs.
 #include "tests/support/hang_watchdog.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <signal.h>
 #include <sys/syscall.h>
@@ -61,26 +62,10 @@ void PutThread(const char* tid) {
     // The state is the field after the name in parentheses (which may hold spaces).
     const char* close_paren = strrchr(stat, ')');
     const char state[2] = {close_paren && close_paren[1] == ' ' ? close_paren[2] : '?', '\0'};
-    Put("hang watchdog:   thread ");
-    Put(tid);
-    Put(" \"");
-    Put(comm);
-    Put("\" state ");
-    Put(state);
-    Put(" wchan ");
-    Put(wchan[0] ? wchan : "-");
-    Put(" syscall ");
-    Put(sys[0] ? sys : "-");
-    Put("\n");
+    const char* const parts[] = {"hang watchdog:   thread ", tid, " \"", comm, "\" state ", state, " wchan ",
+                                 wchan[0] ? wchan : "-", " syscall ", sys[0] ? sys : "-", "\n"};
+    for (const char* part : parts) Put(part);
 }
-
-struct Dirent64 {
-    unsigned long long ino;
-    long long off;
-    unsigned short reclen;
-    unsigned char type;
-    char name[1];
-};
 
 void OnAlarm(int) {
     Put("hang watchdog: the test is still running after ");
@@ -92,9 +77,9 @@ void OnAlarm(int) {
         long n;
         while ((n = syscall(SYS_getdents64, dir, buffer, sizeof buffer)) > 0) {
             for (long at = 0; at < n;) {
-                const auto* entry = reinterpret_cast<const Dirent64*>(buffer + at);
-                if (entry->name[0] != '.') PutThread(entry->name);
-                at += entry->reclen;
+                const auto* entry = reinterpret_cast<const dirent64*>(buffer + at);  // the kernel's layout
+                if (entry->d_name[0] != '.') PutThread(entry->d_name);
+                at += entry->d_reclen;
             }
         }
         close(dir);

@@ -8,11 +8,12 @@
 namespace stbav_test {
 
 template <typename Pred>
-bool WaitUntil(Pred pred, std::chrono::milliseconds limit = std::chrono::seconds(10)) {
+bool WaitUntil(Pred pred, std::chrono::milliseconds limit = std::chrono::seconds(10),
+               std::chrono::milliseconds poll = std::chrono::milliseconds(2)) {
     const auto deadline = std::chrono::steady_clock::now() + limit;
     while (!pred()) {
         if (std::chrono::steady_clock::now() > deadline) return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+        std::this_thread::sleep_for(poll);
     }
     return true;
 }
