@@ -15,11 +15,10 @@
 #include "tests/support/log_capture.h"
 #include "tests/support/thread_names.h"
 #include "tests/support/wait_until.h"
+#include "tests/transport/line_bytes.h"
 #include "tests/transport/pty_pair.h"
 #include "transport/c_op_handler.h"
-#include "transport/uart_framing.h"
 
-using Bytes = std::vector<unsigned char>;
 using stbav_test::ThreadNames;
 
 namespace {
@@ -33,14 +32,6 @@ Bytes ImageOf(unsigned opId, Bytes index, Bytes data, OpType_e type = OP_TYPE_DA
     Bytes image;
     op.GetSerializedOp(image);
     return image;
-}
-
-Bytes Frame(const Bytes& image) { return FrameEncoder::EncodeToBytes(image); }
-
-Bytes Concat(std::initializer_list<Bytes> parts) {
-    Bytes out;
-    for (const Bytes& p : parts) out.insert(out.end(), p.begin(), p.end());
-    return out;
 }
 
 class UartAdapterPty : public ::testing::Test {
