@@ -18,14 +18,12 @@
 #include "protocol/ss_op.h"
 #include "stbav/stbav_codec.h"
 #include "stbav/stbav_format.h"
-#include "transport/uart_framing.h"
+#include "tests/transport/line_bytes.h"
 
 static_assert(sizeof(stbav_decoder) < 300, "decoder state stays under 300 bytes");
 static_assert(STBAV_MAX_FRAME == 3 + 2 * (5 + 4 + 240), "worst-case frame");
 
 namespace {
-
-using Bytes = std::vector<unsigned char>;
 
 const DataVarType_e kTypes[] = {VT_INT32, VT_UINT32, VT_INT8,   VT_UINT8,  VT_INT16, VT_UINT16,
                                 VT_BOOL,  VT_MAC,    VT_IP,     VT_STRING, VT_INT64, VT_UINT64};
@@ -240,37 +238,30 @@ struct DecodeCase {
     unsigned bad, dropped;
 };
 
-Bytes Frame(std::initializer_list<unsigned char> image) { return FrameEncoder::EncodeToBytes(Bytes(image)); }
-Bytes Cat(std::initializer_list<Bytes> parts) {
-    Bytes out;
-    for (const Bytes& p : parts) out.insert(out.end(), p.begin(), p.end());
-    return out;
-}
-
 TEST(HostLibrary, DecoderResynchronisesCountsAndKeepsItsBounds) {
     const Bytes ok = Frame({0, 5, 1, 1, 1, 1, 3});  // videooutputInterface = 3
     Bytes longest = {0, 2, 0, 4, 0x10, 0x10, 0x10, 0x10, 240};
     longest.resize(longest.size() + 240, 0x0F);
     Bytes tooLong = {0, 0x0E, 1, 1, 0, 241};
     tooLong.resize(tooLong.size() + 241, 'a');
-    const Bytes overlong = Cat({{0x0F}, Bytes(600, 'a'), {0x10}});
+    const Bytes overlong = Concat({{0x0F}, Bytes(600, 'a'), {0x10}});
     const DecodeCase cases[] = {
         {"one frame", ok, {261}, 0, 0},
-        {"noise before the frame", Cat({{1, 2, 0x11}, ok}), {261}, 0, 3},
-        {"stray end marker: in step at the next start", Cat({{0x10}, ok}), {261}, 0, 1},
-        {"two start markers", Cat({{0x0F}, ok}), {261}, 0, 0},
-        {"frame cut by a start marker", Cat({{0x0F, 0, 5, 1}, ok}), {261}, 1, 0},
-        {"two frames in one piece", Cat({ok, Frame({6, 0, 0, 0, 0})}), {261, 0}, 0, 0},
+        {"noise before the frame", Concat({{1, 2, 0x11}, ok}), {261}, 0, 3},
+        {"stray end marker: in step at the next start", Concat({{0x10}, ok}), {261}, 0, 1},
+        {"two start markers", Concat({{0x0F}, ok}), {261}, 0, 0},
+        {"frame cut by a start marker", Concat({{0x0F, 0, 5, 1}, ok}), {261}, 1, 0},
+        {"two frames in one piece", Concat({ok, Frame({6, 0, 0, 0, 0})}), {261, 0}, 0, 0},
         {"value length past the frame", Frame({0, 5, 1, 1, 1, 5, 3}), {}, 1, 0},
         {"a byte after the image", Frame({0, 5, 1, 1, 1, 1, 3, 9}), {}, 1, 0},
         {"short image", Frame({0, 5, 1, 1}), {}, 1, 0},
         {"empty frame", {0x0F, 0x10}, {}, 1, 0},
         {"index over 4 bytes", Frame({0, 5, 1, 5, 1, 1, 1, 1, 1, 0}), {}, 1, 0},
-        {"escape of an ordinary byte", Cat({{0x0F, 0, 5, 0x12, 0x41, 1, 1, 1, 3, 0x10}, ok}), {261}, 1, 0},
-        {"escape before the end marker", Cat({{0x0F, 0, 5, 1, 0x12, 0x10}, ok}), {261}, 1, 0},
+        {"escape of an ordinary byte", Concat({{0x0F, 0, 5, 0x12, 0x41, 1, 1, 1, 3, 0x10}, ok}), {261}, 1, 0},
+        {"escape before the end marker", Concat({{0x0F, 0, 5, 1, 0x12, 0x10}, ok}), {261}, 1, 0},
         {"longest image (4-byte index, 240 bytes, all escaped)", FrameEncoder::EncodeToBytes(longest), {2}, 0, 0},
         {"value of 241 bytes", FrameEncoder::EncodeToBytes(tooLong), {}, 1, 0},
-        {"overlong frame, then in step", Cat({overlong, ok}), {261}, 1, 0},
+        {"overlong frame, then in step", Concat({overlong, ok}), {261}, 1, 0},
     };
     for (const DecodeCase& c : cases) {
         for (size_t step : {size_t{1}, size_t{5}, c.line.size()}) {

@@ -6,6 +6,7 @@
 #include <functional>
 #include <string>
 #include <thread>
+#include <tuple>
 #include <vector>
 
 #include "output/output_manager.h"
@@ -387,11 +388,9 @@ void ExpectRejected(const std::function<bool(OM&)>& call, const std::string& err
     EXPECT_TRUE(log.Has("ERROR", error));
     EXPECT_EQ(rig.d.log.Calls(), Calls());
     EXPECT_EQ(rig.Pass(), Calls()) << "no flag raised";
-    EXPECT_EQ(rig.om.GetVideoOutputInterface(), VIDEO_OUTPUT_INTERFACE_HD);
-    EXPECT_EQ(rig.om.GetFormatMode(0), FORMAT_MODE_MANUAL);
-    EXPECT_EQ(rig.om.GetFormatModeCvbs(0), FORMAT_MODE_MANUAL);
-    EXPECT_EQ(rig.om.GetVideoFormat(0), k1080p50);
-    EXPECT_EQ(rig.om.GetVideoFormatCvbs(0), k576i25);
+    EXPECT_EQ(std::make_tuple(rig.om.GetVideoOutputInterface(), rig.om.GetFormatMode(0), rig.om.GetFormatModeCvbs(0),
+                              rig.om.GetVideoFormat(0), rig.om.GetVideoFormatCvbs(0)),
+              std::make_tuple(VIDEO_OUTPUT_INTERFACE_HD, FORMAT_MODE_MANUAL, FORMAT_MODE_MANUAL, k1080p50, k576i25));
     Calls forced = kDefaultForcedPass;
     forced[0] = "IVideoOutput::SetFormat(1920,1080,2,6,1,2,1)";
     EXPECT_EQ(rig.Forced(), forced) << "nothing stored";

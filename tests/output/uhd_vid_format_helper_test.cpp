@@ -85,11 +85,6 @@ TEST(GetValidScalerSettings, LogsBadInputAndIgnoresOtherOutputs) {
                         "videoIndex: 0"));
 }
 
-int Mode(uint32_t height, uint32_t width, int scan, int rate, int aspect) {
-    return getVideoMode(height, width, static_cast<VideoScanType_e>(scan), static_cast<VideoFrameRate_e>(rate),
-                        static_cast<VideoAspectRatio_e>(aspect), 0);
-}
-
 TEST(GetVideoMode, NumbersEveryFamily) {
     struct {
         Fmt f;
@@ -106,7 +101,10 @@ TEST(GetVideoMode, NumbersEveryFamily) {
         {{0, 0, 0, 0, 0}, 8},
     };
     for (const auto& c : cases) {
-        EXPECT_EQ(Mode(c.f.height, c.f.width, c.f.scan, c.f.rate, c.f.aspect), c.mode) << Describe(c.f);
+        EXPECT_EQ(getVideoMode(c.f.height, c.f.width, VideoScanType_e(c.f.scan), VideoFrameRate_e(c.f.rate),
+                               VideoAspectRatio_e(c.f.aspect), 0),
+                  c.mode)
+            << Describe(c.f);
     }
 }
 

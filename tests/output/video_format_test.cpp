@@ -1,6 +1,10 @@
 // Format codes: packing independent of the host, decoding, display strings.
 #include <gtest/gtest.h>
 
+#include <string>
+#include <tuple>
+#include <vector>
+
 #include "output/uhd_vid_format.h"
 
 namespace {
@@ -41,12 +45,10 @@ TEST(UhdVidFormat, PacksMasksAndUnpacksCodes) {
                       c.code);
         }
         UhdVidFormat read(c.code);
-        EXPECT_EQ(read.GetHeight(), c.height);
-        EXPECT_EQ(read.GetWidth(), c.width);
-        EXPECT_EQ(read.GetScanType(), c.scan);
-        EXPECT_EQ(read.GetAspectRatio(), c.aspect);
-        EXPECT_EQ(read.GetFrameRate(), c.rate);
-        EXPECT_EQ(read.GetFormatString(), c.text);
+        EXPECT_EQ(std::make_tuple(read.GetHeight(), read.GetWidth(), uint32_t(read.GetScanType()),
+                                  uint32_t(read.GetAspectRatio()), uint32_t(read.GetFrameRate()),
+                                  read.GetFormatString()),
+                  std::make_tuple(c.height, c.width, c.scan, c.aspect, c.rate, std::string(c.text)));
     }
     // Every field is masked to its width: the first row again.
     UhdVidFormat masked(static_cast<VFB::Resolution_e>((1u << 22) | 3u), static_cast<VFB::ScanType_e>(5),
@@ -100,13 +102,12 @@ TEST(VideoFormatStrings, SizeToResolutionDecidesByWidth) {
 }
 
 TEST(VideoFormatStrings, UnlistedValuesAreNotAvailable) {
-    EXPECT_EQ(GetAspectRatioString(VFB::AspectRatio_e(0)), "(n/a)");
-    EXPECT_EQ(GetAspectRatioString(VFB::AspectRatio_e(6)), "(n/a)");
-    EXPECT_EQ(GetFrameRateString(VFB::FrameRate_e(0)), "(n/a)");
-    EXPECT_EQ(GetFrameRateString(VFB::FrameRate_e(9)), "(n/a)");
-    EXPECT_EQ(GetFrameRateString(VFB::FRAME_RATE_23_98), "23.98");
-    EXPECT_EQ(GetScanTypeString(VFB::ScanType_e(3)), "(n/a)");
-    EXPECT_EQ(GetResolutionString(VFB::Resolution_e(0xFFFFFFFFu)), "(n/a)");
+    EXPECT_EQ((std::vector<std::string>{
+                  GetAspectRatioString(VFB::AspectRatio_e(0)), GetAspectRatioString(VFB::AspectRatio_e(6)),
+                  GetFrameRateString(VFB::FrameRate_e(0)), GetFrameRateString(VFB::FrameRate_e(9)),
+                  GetFrameRateString(VFB::FRAME_RATE_23_98), GetScanTypeString(VFB::ScanType_e(3)),
+                  GetResolutionString(VFB::Resolution_e(0xFFFFFFFFu))}),
+              (std::vector<std::string>{"(n/a)", "(n/a)", "(n/a)", "(n/a)", "23.98", "(n/a)", "(n/a)"}));
 }
 
 TEST(VideoFormatStrings, ScanTypeFromFlags) {

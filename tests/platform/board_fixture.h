@@ -29,16 +29,12 @@ struct BoardHandles {
 
 class BoardTest : public ::testing::Test {
 protected:
-    void SetUp() override {
-        stbsim::Reset();
-        ResetVideoDecoderStatics();
-    }
-    void TearDown() override {
-        stbsim::Reset();
-        ResetVideoDecoderStatics();
-    }
+    void SetUp() override { ResetBoard(); }
+    void TearDown() override { ResetBoard(); }
 
-    static void ResetVideoDecoderStatics() {
+    // The board at power-on and the video decoder's handles and event values cleared.
+    static void ResetBoard() {
+        stbsim::Reset();
         StbVideoDecoder::m_AvHandle = 0;
         StbVideoDecoder::m_WindowHandle = 0;
         StbVideoDecoder::m_AspectRatio = 0;

@@ -165,12 +165,11 @@ TEST_F(DecoderChipTest, InitializePreparesTheMulticastInputStartsDisplayAndBinds
     const std::vector<std::string> start = {"av_prepare", "av_set_event_config", "av_start_video", "av_start_audio"};
     EXPECT_EQ(CallsMatching(start), start);
     auto s = stbsim::State();
-    EXPECT_EQ(s.player.preparedAddress, "239.1.1.1");
-    EXPECT_EQ(a.chip->InputParams().port, 1234);
+    EXPECT_EQ(std::make_tuple(s.player.preparedAddress, a.chip->InputParams().port), std::tuple("239.1.1.1", 1234));
     EXPECT_TRUE(s.player.eventsEnabled);
     EXPECT_TRUE(s.player.videoStarted && s.player.audioStarted);
-    EXPECT_EQ(StbVideoDecoder::m_AvHandle.load(), s.player.handle);
-    EXPECT_EQ(StbVideoDecoder::m_WindowHandle.load(), s.display.windowHandle);
+    EXPECT_EQ(std::make_pair(StbVideoDecoder::m_AvHandle.load(), StbVideoDecoder::m_WindowHandle.load()),
+              std::make_pair(s.player.handle, s.display.windowHandle));
 
     // The demux, outputs, probe and the first two audio decoders reach the board.
     ASSERT_TRUE(a.demux.SetServiceAudioCodecType(AUDIO_TYPE_MPEG2));
@@ -182,8 +181,7 @@ TEST_F(DecoderChipTest, InitializePreparesTheMulticastInputStartsDisplayAndBinds
     EXPECT_TRUE(a.audioOutput.SetMute(true));
     EXPECT_TRUE(stbsim::State().audio.mute);
     ASSERT_TRUE(WaitUntil([&] { return a.audio[0]->GetSamplingRate() == 48000; }));
-    EXPECT_EQ(a.audio[1]->GetSamplingRate(), 48000u);
-    EXPECT_EQ(a.audio[2]->GetSamplingRate(), 0u);
+    EXPECT_EQ(std::make_pair(a.audio[1]->GetSamplingRate(), a.audio[2]->GetSamplingRate()), std::make_pair(48000u, 0u));
 }
 
 TEST_F(DecoderChipTest, WithoutAudioDecodersTheProbeStillStarts) {

@@ -2,6 +2,7 @@
 // format and rate codes read back from the board, the caption engine's call
 // sequences, and every platform failure path.
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -29,7 +30,10 @@ protected:
         return m_Output.SetFormat(w, h, VideoScanType_e(scan), VideoFrameRate_e(rate), VIDEO_ASPECT_RATIO_16X9,
                                   _VOUT_FORMAT_E(std), VideoOutputInterface_e(iface));
     }
-    static VoutDisplayAttr Display() { return stbsim::State().display.attr; }
+    // The display's format and rate codes.
+    static std::pair<uint32_t, uint32_t> Display() {
+        return {stbsim::State().display.attr.format, stbsim::State().display.attr.rate};
+    }
 
     LogCapture m_Log{"stbav.stbvideooutput"};
     StbVideoOutput m_Output;
@@ -66,19 +70,16 @@ TEST_F(VideoOutputTest, FormatAndRateCodes) {
         SCOPED_TRACE(testing::Message() << c.width << "x" << c.height << " scan " << c.scan << " rate " << c.rate
                                         << " std " << c.std << " iface " << c.iface);
         ASSERT_TRUE(Set(c.width, c.height, c.scan, c.rate, c.std, c.iface));
-        EXPECT_EQ(Display().format, c.format);
-        EXPECT_EQ(Display().rate, c.displayRate);
+        EXPECT_EQ(Display(), std::make_pair(c.format, c.displayRate));
     }
 }
 
 TEST_F(VideoOutputTest, UnknownWidthOrRateKeepsTheDisplaysWord) {
     ASSERT_TRUE(Set(1920, 1080, 1, 3));
     ASSERT_TRUE(Set(1024, 768, 2, 8));  // no code for 1024: the format stays, the rate changes
-    EXPECT_EQ(Display().format, 11u);
-    EXPECT_EQ(Display().rate, 256u);
+    EXPECT_EQ(Display(), std::make_pair(11u, 256u));
     ASSERT_TRUE(Set(1280, 720, 2, 0));  // unknown rate: the rate stays
-    EXPECT_EQ(Display().format, 10u);
-    EXPECT_EQ(Display().rate, 256u);
+    EXPECT_EQ(Display(), std::make_pair(10u, 256u));
     EXPECT_TRUE(m_Log.Has("DEBUG", "SetFormat width: 1280, height: 720, scanType: 2, frameRate: 0, aspectRatio: 1, "
                                    "compositeStdFormat: 1, videoOutputInterface: 1"));
 }
@@ -94,11 +95,11 @@ TEST_F(VideoOutputTest, FailedSetKeepsTheCurrentFormat) {
     VideoAspectRatio_e aspect;
     ASSERT_TRUE(m_Output.GetFormat(w, h, scan, rate, aspect));
     EXPECT_EQ(w * 10000 + h, 12800720u);
-    EXPECT_EQ(Display().format, 10u);
+    EXPECT_EQ(Display().first, 10u);
 
     Fail("vout_display_get");  // not checked: the codes are still written
     EXPECT_TRUE(Set(1920, 1080, 1, 3));
-    EXPECT_EQ(Display().format, 11u);
+    EXPECT_EQ(Display().first, 11u);
 }
 
 const std::vector<std::string> kCcInit = {"cc_init", "cc_creat", "cc_set_window", "cc_start", "cc_getAttr",

@@ -77,6 +77,5 @@ TEST(OpDictionary, LooksEntriesUpByOpId) {
         EXPECT_EQ(e->GetName(), c.name);
         EXPECT_EQ(e->GetDataType(), c.type) << c.name;
     }
-    EXPECT_EQ(map.GetByOpId(400), nullptr);
-    EXPECT_EQ(map.GetByOpId(10), nullptr);
+    for (unsigned unknown : {400u, 10u}) EXPECT_EQ(map.GetByOpId(unknown), nullptr) << unknown;
 }

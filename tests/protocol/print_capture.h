@@ -27,10 +27,6 @@ public:
         std::lock_guard<std::mutex> lock(m_mutex);
         return std::find(m_lines.begin(), m_lines.end(), line) != m_lines.end();
     }
-    void Clear() {
-        std::lock_guard<std::mutex> lock(m_mutex);
-        m_lines.clear();
-    }
 
 private:
     std::mutex m_mutex;

@@ -4,6 +4,7 @@
 #include <mutex>
 #include <thread>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 #include "tests/sim/sim_fixture.h"
@@ -96,8 +97,7 @@ video pid=0x500 width=1280 height=720 scan=progressive fps=59.94
                   video[i])
             << i;
     }
-    EXPECT_EQ(info.video[3].frame_rate_num, 24000u);
-    EXPECT_EQ(info.video[3].frame_rate_den, 1001u);
+    EXPECT_EQ(std::make_pair(info.video[3].frame_rate_num, info.video[3].frame_rate_den), std::pair(24000u, 1001u));
     EXPECT_EQ(std::make_tuple(info.audio[0].channels, info.audio[0].format, info.audio[0].bit_rate),
               std::make_tuple(5u, 1u, 384000u));
     EXPECT_EQ(std::make_tuple(info.audio[1].format, info.audio[2].format), std::make_tuple(3u, 5u));
@@ -200,8 +200,7 @@ TEST_F(BoardEventTest, FormatChangesReachTheCallbackOnTheBoardsThread) {
     EXPECT_EQ(fields(log.events[0]), std::make_tuple(1080u, 16u, 9u, 1u));
     EXPECT_EQ(fields(log.events[1]), std::make_tuple(576u, 4u, 3u, 0u));
     const uint32_t* words = reinterpret_cast<const uint32_t*>(&log.events[1]);
-    EXPECT_EQ(words[15], 576u);
-    EXPECT_EQ(words[20], 4u);
+    EXPECT_EQ(std::make_pair(words[15], words[20]), std::make_pair(576u, 4u));
     for (const auto& id : log.threads) EXPECT_NE(id, std::this_thread::get_id());
     EXPECT_GE(stbsim::State().display.windowOpenCount, 3u);  // bring-up and two callbacks
 }

@@ -57,9 +57,8 @@ TEST_F(ControlSocketTest, JournalFailResetJournalAndErrorLines) {
     EXPECT_NE(journal.find("vout_display_set(handle="), std::string::npos);
 
     EXPECT_EQ(Ask(m_path, "fail av_start_audio 0x8000aaaa 2"), "ok\n");
-    EXPECT_EQ(av_start_audio(h.av), static_cast<int>(0x8000aaaau));
-    EXPECT_EQ(av_start_audio(h.av), static_cast<int>(0x8000aaaau));
-    EXPECT_EQ(av_start_audio(h.av), 0);
+    for (int code : {static_cast<int>(0x8000aaaau), static_cast<int>(0x8000aaaau), 0})
+        EXPECT_EQ(av_start_audio(h.av), code);
     EXPECT_EQ(Ask(m_path, "fail av_start_audio"), "error: usage: fail FUNCTION CODE [COUNT]\n");
     EXPECT_EQ(Ask(m_path, "fail no_such_call 1"), "error: unknown function 'no_such_call'\n");
     for (const char* cmd : {"", "bogus", "STATE", "stream"}) {

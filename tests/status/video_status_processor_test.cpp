@@ -67,8 +67,7 @@ TEST_F(VideoStatusTest, UnrecognisedInputSendsOnlyOutputFormatAndDecodeStatus) {
     EXPECT_EQ(OpIds(sent), kAllItems);  // no service name
     auto v = ValuesById(sent);
     for (unsigned int id : {276u, 277u, 278u, 280u, 281u, 283u, 282u, 269u}) EXPECT_EQ(v[id], 0u) << id;
-    EXPECT_EQ(v[267], k1080p50);
-    EXPECT_EQ(v[270], 1u);
+    EXPECT_EQ((std::vector<uint64_t>{v[267], v[270]}), (std::vector<uint64_t>{k1080p50, 1}));
     EXPECT_EQ(d.log.Count("IVideoDecoder::GetProfile"), 0u);
     EXPECT_EQ(d.log.Count("IVideoDecoder::GetServiceName"), 0u);
     EXPECT_TRUE(logs.Contains(
@@ -142,10 +141,8 @@ TEST_F(VideoStatusTest, ForcedPollSendsEveryItemInOrderAndClearResendsEveryNonDe
     EXPECT_EQ(OpIds(forced), all);
     EXPECT_EQ(forced[0].Text(), "News");
     auto v = ValuesById(forced);
-    EXPECT_EQ(v[270], 1u);  // frames moved since the start
-    EXPECT_EQ(v[272], 1080u);
-    EXPECT_EQ(v[267], k1080p50);
-    EXPECT_EQ(v[282], 1u);  // HD
+    // Frames moved since the start; the height; the format; HD.
+    EXPECT_EQ((std::vector<uint64_t>{v[270], v[272], v[267], v[282]}), (std::vector<uint64_t>{1, 1080, k1080p50, 1}));
     EXPECT_EQ(d.log.Count("IVideoDecoder::SetCodec(2)"), 1u);
     video.Process(false);
     EXPECT_EQ(OpIds(adapter.Take()), (Ids{270}));  // only the decode status: frames stopped

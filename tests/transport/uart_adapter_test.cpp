@@ -15,11 +15,10 @@
 #include "tests/support/log_capture.h"
 #include "tests/support/thread_names.h"
 #include "tests/support/wait_until.h"
+#include "tests/transport/line_bytes.h"
 #include "tests/transport/pty_pair.h"
 #include "transport/c_op_handler.h"
-#include "transport/uart_framing.h"
 
-using Bytes = std::vector<unsigned char>;
 using stbav_test::ThreadNames;
 
 namespace {
@@ -33,14 +32,6 @@ Bytes ImageOf(unsigned opId, Bytes index, Bytes data, OpType_e type = OP_TYPE_DA
     Bytes image;
     op.GetSerializedOp(image);
     return image;
-}
-
-Bytes Frame(const Bytes& image) { return FrameEncoder::EncodeToBytes(image); }
-
-Bytes Concat(std::initializer_list<Bytes> parts) {
-    Bytes out;
-    for (const Bytes& p : parts) out.insert(out.end(), p.begin(), p.end());
-    return out;
 }
 
 class UartAdapterPty : public ::testing::Test {
@@ -213,9 +204,8 @@ TEST_F(UartAdapterPty, OutOfStepEpisodeIsReportedOnceAndEndsWithADoubledStart) {
                                std::string("WARN stbav.uartadapter: ") + CUartAdapter::kOutOfStepWarning,
                                "NOTICE stbav.uartadapter: UartRecv: back in step with the host after 4 empty frames"}));
     const CUartAdapter::FrameCounters c = adapter->GetFrameCounters();
-    EXPECT_EQ(c.received, 5u);  // 3 empty, the one closed by the doubled start, the kept one
-    EXPECT_EQ(c.decoded, 1u);
-    EXPECT_EQ(c.failed, 4u);
+    // Received: 3 empty, the one closed by the doubled start, the kept one.
+    EXPECT_EQ(std::make_tuple(c.received, c.decoded, c.failed), std::make_tuple(5u, 1u, 4u));
 }
 
 // Megabytes with no end marker: one line for the dropped frame, the byte queue

@@ -7,16 +7,9 @@
 #include <random>
 #include <vector>
 
-
-using Bytes = std::vector<unsigned char>;
+#include "tests/transport/line_bytes.h"
 
 namespace {
-
-Bytes Concat(std::initializer_list<Bytes> parts) {
-    Bytes out;
-    for (const Bytes& p : parts) out.insert(out.end(), p.begin(), p.end());
-    return out;
-}
 
 std::vector<Bytes> Writes(const Bytes& payload) {
     std::vector<FrameWrite> writes;
