@@ -142,11 +142,6 @@ protected:
         m_Host.WaitFor([&](const HostOp&) { return Mismatches(m_Host, c).empty(); }, kDeadlineMs);
         return Mismatches(m_Host, c);
     }
-    std::string Display() const {
-        const e2e::FlatJson s = State();
-        return s.Get("display.format") + "/" + s.Get("display.rate");
-    }
-
 };
 
 // One daemon, every file in turn: the first as the board's input from the start,
@@ -172,7 +167,7 @@ TEST_F(TsDaemonTest, EachFileReachesTheHostAndTheDisplay) {
         const uint64_t switched = MonotonicUs();
         SelectService(c);
 
-        EXPECT_TRUE(DisplayIs(c.displayFormat, c.displayRate)) << "display " << Display();
+        EXPECT_TRUE(DisplayIs(c.displayFormat, c.displayRate)) << BoardCommand(Socket(), "state");
         // One 2 s poll notices the new picture (the stream information it reads
         // is at most 1 s old); the rest is slack for sanitizer builds.
         EXPECT_LT((MonotonicUs() - switched) / 1000, 4500u);
