@@ -176,39 +176,24 @@ TEST_F(GoldenJournalTest, DaemonSessionMatchesTheGoldenJournal) {
         m_Host.SendApply();
     });
     Step("manual output format 1080p50", [&] { SendManualFormat(k1080p50); });
-    Step("automatic output format", [&] {
-        m_Host.SendU8(kFormatMode, 1);
-        m_Host.SendApply();
-    });
-    Step("line-21 and NTSC overlay captions", [&] {
-        m_Host.SendU8(kLine21Cc, 1);
-        m_Host.SendU8(kOverlayCcType, 1);
-        m_Host.SendU8(kOverlayNtscType, 2);
-        m_Host.SendU8(kOverlayType, 2);
-        m_Host.SendApply();
-    });
-    Step("DTV overlay captions", [&] {
-        m_Host.SendU8(kOverlayCcType, 2);
-        m_Host.SendU8(kOverlayDtvType, 3);
-        m_Host.SendApply();
-    });
+    // A step of one-byte values, then the apply trigger.
+    const auto values = [&](const std::string& name, const std::vector<std::pair<unsigned, int>>& ops) {
+        Step(name, [&] {
+            for (const auto& [opId, value] : ops) m_Host.SendU8(opId, static_cast<unsigned char>(value));
+            m_Host.SendApply();
+        });
+    };
+    values("automatic output format", {{kFormatMode, 1}});
+    values("line-21 and NTSC overlay captions",
+           {{kLine21Cc, 1}, {kOverlayCcType, 1}, {kOverlayNtscType, 2}, {kOverlayType, 2}});
+    values("DTV overlay captions", {{kOverlayCcType, 2}, {kOverlayDtvType, 3}});
     // The level byte is read with the dictionary's type, so the volume call shows what the daemon makes of it.
-    Step("audio level -20 dB and mute", [&] {
-        m_Host.SendU8(kAnalogLevel, static_cast<unsigned char>(-20));
-        m_Host.SendU8(kAnalogPort, 1);
-        m_Host.SendApply();
-    });
+    values("audio level -20 dB and mute", {{kAnalogLevel, -20}, {kAnalogPort, 1}});
     Step("input turns 720p50", [&] {
         ASSERT_EQ("ok\n", e2e::BoardCommand(Socket(), "video width=1280 height=720 scan=progressive fps=50"));
     });
-    Step("status clear", [&] {
-        m_Host.SendU8(kStatusClear, 1);
-        m_Host.SendApply();
-    });
-    Step("upgrade request", [&] {
-        m_Host.SendU8(kSystemUpdate, 1);
-        m_Host.SendApply();
-    });
+    values("status clear", {{kStatusClear, 1}});
+    values("upgrade request", {{kSystemUpdate, 1}});
     Step("tear-down", [&] { StopCleanly(); });
     const std::string now = Text(ReadCalls(JournalFile(), m_Tmp.Path()).events);
     if (UpdateMode()) {
