@@ -81,11 +81,11 @@ public:
         ASSERT_TRUE(m_Host.WaitForOp(kReady)) << StderrTail();
         ASSERT_TRUE(WaitUntil([&] { return FileExists(Socket()); })) << StderrTail();
     }
-    // SIGTERM; the daemon must end by itself with status 0 and no sanitizer report.
-    void StopCleanly() {
+    // SIGTERM (or sig); the daemon must end by itself with status 0 and no sanitizer report.
+    void StopCleanly(int sig = SIGTERM) {
         int status = -1;
-        const bool ended = m_Daemon.Stop(SIGTERM, 20000, status);
-        EXPECT_TRUE(ended) << "the daemon did not end on SIGTERM\n" << StderrTail();
+        const bool ended = m_Daemon.Stop(sig, 20000, status);
+        EXPECT_TRUE(ended) << "the daemon did not end on signal " << sig << "\n" << StderrTail();
         if (!ended) return;
         EXPECT_EQ("exit 0", DescribeStatus(status)) << StderrTail();
         EXPECT_FALSE(HasSanitizerReport(Stderr())) << StderrTail();

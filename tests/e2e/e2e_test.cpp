@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <map>
 #include <random>
 #include <set>
 #include <string>
@@ -195,11 +196,9 @@ TEST_F(DaemonTest, ServiceSelectionReachesTheBoardAndTheHost) {
     ASSERT_TRUE(m_Host.WaitForOp(kHeartBeat));
     SelectService();
 
-    EXPECT_TRUE(m_Host.WaitForValue(kSelVideoPid, 0x100));
-    EXPECT_TRUE(m_Host.WaitForValue(kSelVideoType, 2));
-    EXPECT_TRUE(m_Host.WaitForValue(kSelAudioPid, 0x101));
-    EXPECT_TRUE(m_Host.WaitForValue(kSelAudioType, 2));
-    EXPECT_TRUE(m_Host.WaitForValue(kSelServiceNum, 1));
+    for (const auto& [opId, value] : std::map<unsigned, uint64_t>{
+             {kSelVideoPid, 0x100}, {kSelVideoType, 2}, {kSelAudioPid, 0x101}, {kSelAudioType, 2}, {kSelServiceNum, 1}})
+        EXPECT_TRUE(m_Host.WaitForValue(opId, value)) << "opId " << opId;
     EXPECT_TRUE(m_Host.WaitFor([](const HostOp& op) { return op.opId == kSelServiceName && op.Text() == "e2e HD"; }));
 
     const FlatJson state = State();
@@ -389,9 +388,7 @@ TEST_F(DaemonTest, SighupReadsTheLogConfigurationAgain) {
     })) << log;
 
     // SIGINT stops as SIGTERM does: nothing left behind.
-    int status = -1;
-    ASSERT_TRUE(m_Daemon.Stop(SIGINT, 20000, status)) << StderrTail();
-    EXPECT_EQ("exit 0", e2e::DescribeStatus(status)) << StderrTail();
+    StopCleanly(SIGINT);
     EXPECT_FALSE(e2e::FileExists(Root("/data/var/run/tevrin.pid")));
     EXPECT_FALSE(e2e::FileExists(Socket()));
 }

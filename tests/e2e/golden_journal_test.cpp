@@ -58,39 +58,6 @@ bool UpdateMode() {
 
 std::string GoldenPath() { return std::string(STBAV_GOLDEN_DIR) + "/daemon_session.journal"; }
 
-// One journal line without its time stamp, handles and temporary folder named.
-class CNormaliser {
-public:
-    explicit CNormaliser(std::string tmp) : m_Tmp(std::move(tmp)) {}
-
-    std::string Line(std::string line) {
-        for (size_t at; (at = line.find(m_Tmp)) != std::string::npos;) line.replace(at, m_Tmp.size(), "<tmp>");
-        static const std::regex handle(R"(0x(a1|b1|b2|c1|c2)[0-9a-f]{4}\b)");
-        std::string out;
-        std::sregex_iterator it(line.begin(), line.end(), handle), end;
-        size_t last = 0;
-        for (; it != end; ++it) {
-            out += line.substr(last, it->position() - last);
-            out += Name(it->str(), it->str(1));
-            last = it->position() + it->length();
-        }
-        return out + line.substr(last);
-    }
-
-private:
-    std::string Name(const std::string& value, const std::string& kind) {
-        static const std::map<std::string, std::string> kKinds = {
-            {"a1", "av"}, {"b1", "vout"}, {"b2", "window"}, {"c1", "aout"}, {"c2", "track"}};
-        std::string& name = m_Names[value];
-        if (name.empty()) name = "<" + kKinds.at(kind) + std::to_string(++m_Count[kind]) + ">";
-        return name;
-    }
-
-    std::string m_Tmp;
-    std::map<std::string, std::string> m_Names;
-    std::map<std::string, int> m_Count;
-};
-
 // The journal file split into the calls of the daemon's own threads and those
 // made on the board's event thread, normalised.
 struct Calls {
@@ -100,14 +67,26 @@ struct Calls {
 Calls ReadCalls(const std::string& journalFile, const std::string& tmp) {
     static const std::set<std::string> kTimedReads = {"av_get_status_info", "av_get_stream_info", "av_get_config"};
     static const std::regex inCallback(R"(\) = \S+ in callback)");
+    static const std::regex handle(R"(0x(a1|b1|b2|c1|c2)[0-9a-f]{4}\b)");
+    static const std::map<std::string, std::string> kKinds = {
+        {"a1", "av"}, {"b1", "vout"}, {"b2", "window"}, {"c1", "aout"}, {"c2", "track"}};
+    std::map<std::string, std::string> names;  // a handle's value: its name by kind and order of first appearance
+    std::map<std::string, int> counts;         // handles named so far, by kind
     std::string text;
     e2e::ReadFile(journalFile, text);
     Calls calls;
-    CNormaliser norm(tmp);
     for (const e2e::JournalEntry& e : e2e::ParseJournal(text)) {
         if (kTimedReads.count(e.name)) continue;
-        std::string line = e.line.compare(0, 8, "stbsim: ") == 0 ? e.line.substr(8) : e.line;
-        line = norm.Line(line.substr(line.find(' ') + 1));
+        std::string rest = e.line.compare(0, 8, "stbsim: ") == 0 ? e.line.substr(8) : e.line;
+        rest = rest.substr(rest.find(' ') + 1);
+        for (size_t at; (at = rest.find(tmp)) != std::string::npos;) rest.replace(at, tmp.size(), "<tmp>");
+        std::string line;
+        for (std::smatch m; std::regex_search(rest, m, handle); rest = m.suffix().str()) {
+            std::string& name = names[m.str()];
+            if (name.empty()) name = "<" + kKinds.at(m.str(1)) + std::to_string(++counts[m.str(1)]) + ">";
+            line += m.prefix().str() + name;
+        }
+        line += rest;
         const bool event = e.name == "callback" || std::regex_search(line, inCallback);
         (event ? calls.events : calls.main).push_back(line);
     }
@@ -197,39 +176,24 @@ TEST_F(GoldenJournalTest, DaemonSessionMatchesTheGoldenJournal) {
         m_Host.SendApply();
     });
     Step("manual output format 1080p50", [&] { SendManualFormat(k1080p50); });
-    Step("automatic output format", [&] {
-        m_Host.SendU8(kFormatMode, 1);
-        m_Host.SendApply();
-    });
-    Step("line-21 and NTSC overlay captions", [&] {
-        m_Host.SendU8(kLine21Cc, 1);
-        m_Host.SendU8(kOverlayCcType, 1);
-        m_Host.SendU8(kOverlayNtscType, 2);
-        m_Host.SendU8(kOverlayType, 2);
-        m_Host.SendApply();
-    });
-    Step("DTV overlay captions", [&] {
-        m_Host.SendU8(kOverlayCcType, 2);
-        m_Host.SendU8(kOverlayDtvType, 3);
-        m_Host.SendApply();
-    });
+    // A step of one-byte values, then the apply trigger.
+    const auto values = [&](const std::string& name, const std::vector<std::pair<unsigned, int>>& ops) {
+        Step(name, [&] {
+            for (const auto& [opId, value] : ops) m_Host.SendU8(opId, static_cast<unsigned char>(value));
+            m_Host.SendApply();
+        });
+    };
+    values("automatic output format", {{kFormatMode, 1}});
+    values("line-21 and NTSC overlay captions",
+           {{kLine21Cc, 1}, {kOverlayCcType, 1}, {kOverlayNtscType, 2}, {kOverlayType, 2}});
+    values("DTV overlay captions", {{kOverlayCcType, 2}, {kOverlayDtvType, 3}});
     // The level byte is read with the dictionary's type, so the volume call shows what the daemon makes of it.
-    Step("audio level -20 dB and mute", [&] {
-        m_Host.SendU8(kAnalogLevel, static_cast<unsigned char>(-20));
-        m_Host.SendU8(kAnalogPort, 1);
-        m_Host.SendApply();
-    });
+    values("audio level -20 dB and mute", {{kAnalogLevel, -20}, {kAnalogPort, 1}});
     Step("input turns 720p50", [&] {
         ASSERT_EQ("ok\n", e2e::BoardCommand(Socket(), "video width=1280 height=720 scan=progressive fps=50"));
     });
-    Step("status clear", [&] {
-        m_Host.SendU8(kStatusClear, 1);
-        m_Host.SendApply();
-    });
-    Step("upgrade request", [&] {
-        m_Host.SendU8(kSystemUpdate, 1);
-        m_Host.SendApply();
-    });
+    values("status clear", {{kStatusClear, 1}});
+    values("upgrade request", {{kSystemUpdate, 1}});
     Step("tear-down", [&] { StopCleanly(); });
     const std::string now = Text(ReadCalls(JournalFile(), m_Tmp.Path()).events);
     if (UpdateMode()) {

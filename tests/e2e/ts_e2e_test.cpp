@@ -114,39 +114,6 @@ protected:
             GTEST_SKIP() << "the ffmpeg command-line tool is not installed; these tests make their MPEG-TS files "
                             "with it (make deps installs it)";
     }
-
-    // The stream's file in this build's cache, made by ffmpeg the first time.
-    static std::string File(const tstest::TsStream& s) {
-        std::string why;
-        double seconds = 0;
-        const std::string path = tstest::MakeTsFile(s, STBAV_TS_STREAM_DIR, &why, &seconds);
-        EXPECT_FALSE(path.empty()) << why;
-        if (seconds > 0) printf("[ ffmpeg   ] %s made in %.2f s\n", s.name, seconds);
-        return path;
-    }
-
-    // The integrator's set-up: status on, HD interface, output following the input.
-    void EnableStatusAutoOutput() {
-        m_Host.SendU8(kStatusEnable, 1);
-        m_Host.SendU8(kOutputInterface, VIDEO_OUTPUT_INTERFACE_HD);
-        m_Host.SendU8(kFormatMode, FORMAT_MODE_AUTO);
-        m_Host.SendApply();
-    }
-    void SelectService(const TsCase& c) {
-        SendService(c.videoPid, c.videoPid, c.audioPid, c.videoType, c.audioType, c.serviceNum, c.serviceName);
-        m_Host.SendApply();
-    }
-
-    // Waits until the last value of every operation is c's; the differences otherwise.
-    std::string WaitForAttributes(const TsCase& c) {
-        m_Host.WaitFor([&](const HostOp&) { return Mismatches(m_Host, c).empty(); }, kDeadlineMs);
-        return Mismatches(m_Host, c);
-    }
-    std::string Display() const {
-        const e2e::FlatJson s = State();
-        return s.Get("display.format") + "/" + s.Get("display.rate");
-    }
-
 };
 
 // One daemon, every file in turn: the first as the board's input from the start,
@@ -157,12 +124,21 @@ protected:
 // within a status poll.
 TEST_F(TsDaemonTest, EachFileReachesTheHostAndTheDisplay) {
     const TsCase* const order[] = {&kHd1080i, &kHd720p, &kUhd, &kSd, &kHd1080i};
-    std::vector<std::string> files;
-    for (const TsCase* c : order) files.push_back(File(*c->stream));
-    for (const std::string& f : files) ASSERT_FALSE(f.empty());
+    std::vector<std::string> files;  // in this build's cache, made by ffmpeg the first time
+    for (const TsCase* c : order) {
+        std::string why;
+        double seconds = 0;
+        files.push_back(tstest::MakeTsFile(*c->stream, STBAV_TS_STREAM_DIR, &why, &seconds));
+        ASSERT_FALSE(files.back().empty()) << why;
+        if (seconds > 0) printf("[ ffmpeg   ] %s made in %.2f s\n", c->stream->name, seconds);
+    }
 
     LaunchReady(files[0]);
-    EnableStatusAutoOutput();
+    // The integrator's set-up: status on, HD interface, output following the input.
+    m_Host.SendU8(kStatusEnable, 1);
+    m_Host.SendU8(kOutputInterface, VIDEO_OUTPUT_INTERFACE_HD);
+    m_Host.SendU8(kFormatMode, FORMAT_MODE_AUTO);
+    m_Host.SendApply();
     for (size_t i = 0; i < files.size(); ++i) {
         const TsCase& c = *order[i];
         SCOPED_TRACE(c.stream->name);
@@ -170,13 +146,15 @@ TEST_F(TsDaemonTest, EachFileReachesTheHostAndTheDisplay) {
             ASSERT_EQ("ok\n", BoardCommand(Socket(), "stream " + files[i])) << StderrTail();
         }
         const uint64_t switched = MonotonicUs();
-        SelectService(c);
+        SendService(c.videoPid, c.videoPid, c.audioPid, c.videoType, c.audioType, c.serviceNum, c.serviceName);
+        m_Host.SendApply();
 
-        EXPECT_TRUE(DisplayIs(c.displayFormat, c.displayRate)) << "display " << Display();
+        EXPECT_TRUE(DisplayIs(c.displayFormat, c.displayRate)) << BoardCommand(Socket(), "state");
         // One 2 s poll notices the new picture (the stream information it reads
         // is at most 1 s old); the rest is slack for sanitizer builds.
         EXPECT_LT((MonotonicUs() - switched) / 1000, 4500u);
-        EXPECT_EQ("", WaitForAttributes(c)) << StderrTail();
+        m_Host.WaitFor([&](const HostOp&) { return Mismatches(m_Host, c).empty(); }, kDeadlineMs);
+        EXPECT_EQ("", Mismatches(m_Host, c)) << StderrTail();
     }
 }
 

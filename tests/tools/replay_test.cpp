@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <optional>
 
 #include "tests/e2e/daemon_rig.h"
 #include "tests/e2e/e2e_support.h"
@@ -69,58 +70,56 @@ private:
     std::string m_socket;
 };
 
-// The pty that the pane's avhost announced after prefix, or "".
-std::string PtyAfter(Tmux& tmux, const std::string& prefix) {
-    if (!tmux.Shows(prefix + "/dev/pts/")) return "";
-    const std::string pane = tmux.Pane();
-    const size_t from = pane.find(prefix) + prefix.size();
-    return pane.substr(from, pane.find_first_of(" \n", from) - from);
-}
+// A pane running avhost, the daemon started on the pty that the pane announced after prefix.
+class Terminal : public ::testing::Test {
+protected:
+    void SetUp() override {
+#ifdef STBAV_CHILD_LAUNCHER
+        GTEST_SKIP() << "starts a program of the build machine (tmux, bash), which the emulator cannot run";
+#endif
+    }
+    void Start(const std::string& args, const std::string& prefix) {
+        tmux.emplace(std::string(AVHOST_BINARY) + " " + args + "; echo avhost-exit-$?; sleep 60");
+        ASSERT_TRUE(tmux->Shows(prefix + "/dev/pts/")) << tmux->Pane();
+        const std::string pane = tmux->Pane();
+        const size_t from = pane.find(prefix) + prefix.size();
+        ASSERT_TRUE(daemon.Start(pane.substr(from, pane.find_first_of(" \n", from) - from)));
+    }
+
+    std::optional<Tmux> tmux;
+    Daemon daemon;
+};
 
 // A mistake and a completion in an interactive session; received lines appear
 // above the prompt; Ctrl-D ends it with status 0 and the history is kept.
-TEST(Terminal, SessionForgivesMistakesAndCompletesNames) {
-#ifdef STBAV_CHILD_LAUNCHER
-    GTEST_SKIP() << "starts a program of the build machine (tmux, bash), which the emulator cannot run";
-#endif
+TEST_F(Terminal, SessionForgivesMistakesAndCompletesNames) {
     const e2e::TempDir dir;
-    Tmux tmux(std::string(AVHOST_BINARY) + " session --pty --history " + dir / "history" +
-              "; echo avhost-exit-$?; sleep 60");
-    Daemon daemon;
-    const std::string pty = PtyAfter(tmux, "pty: ");
-    ASSERT_FALSE(pty.empty()) << tmux.Pane();
-    ASSERT_TRUE(daemon.Start(pty));
-    ASSERT_TRUE(tmux.Shows("< stbsystemReady[0] = \"stbav_ready\"")) << tmux.Pane();
-    tmux.Keys({"sned videoWidth=1", "Enter"});
-    ASSERT_TRUE(tmux.Shows("avhost: unknown command \"sned\" (send, apply, wait, expect, raw)\navhost>")) << tmux.Pane();
-    tmux.Keys({"send stbsystemStatusEn", "Tab"});
-    ASSERT_TRUE(tmux.Shows("avhost> send stbsystemStatusEnable=")) << tmux.Pane();
-    tmux.Keys({"1", "Enter", "apply", "Enter", "expect videoPcrDisconStatus 10", "Enter", "send videoout"});
-    ASSERT_TRUE(tmux.Shows("< videoPcrDisconStatus[0] = 0\n")) << tmux.Pane();
-    ASSERT_TRUE(tmux.Shows("avhost> send videoout")) << tmux.Pane();  // what was typed survives the printing
-    tmux.Keys({"C-u", "C-d"});
-    ASSERT_TRUE(tmux.Shows("avhost-exit-0")) << tmux.Pane();
+    Start("session --pty --history " + dir / "history", "pty: ");
+    ASSERT_TRUE(tmux->Shows("< stbsystemReady[0] = \"stbav_ready\"")) << tmux->Pane();
+    tmux->Keys({"sned videoWidth=1", "Enter"});
+    ASSERT_TRUE(tmux->Shows("avhost: unknown command \"sned\" (send, apply, wait, expect, raw)\navhost>"))
+        << tmux->Pane();
+    tmux->Keys({"send stbsystemStatusEn", "Tab"});
+    ASSERT_TRUE(tmux->Shows("avhost> send stbsystemStatusEnable=")) << tmux->Pane();
+    tmux->Keys({"1", "Enter", "apply", "Enter", "expect videoPcrDisconStatus 10", "Enter", "send videoout"});
+    ASSERT_TRUE(tmux->Shows("< videoPcrDisconStatus[0] = 0\n")) << tmux->Pane();
+    ASSERT_TRUE(tmux->Shows("avhost> send videoout")) << tmux->Pane();  // what was typed survives the printing
+    tmux->Keys({"C-u", "C-d"});
+    ASSERT_TRUE(tmux->Shows("avhost-exit-0")) << tmux->Pane();
     std::string history;
     ASSERT_TRUE(e2e::ReadFile(dir / "history", history));
     EXPECT_NE(history.find("sned\\040videoWidth=1\n"), std::string::npos) << history;
 }
 
 // The live view fills with the status report after 's' and ends on 'q'.
-TEST(Terminal, TopShowsEveryReportedItem) {
-#ifdef STBAV_CHILD_LAUNCHER
-    GTEST_SKIP() << "starts a program of the build machine (tmux, bash), which the emulator cannot run";
-#endif
-    Tmux tmux(std::string(AVHOST_BINARY) + " top --pty; echo avhost-exit-$?; sleep 60");
-    Daemon daemon;
-    const std::string pty = PtyAfter(tmux, "avhost top  ");
-    ASSERT_FALSE(pty.empty()) << tmux.Pane();
-    ASSERT_TRUE(daemon.Start(pty));
-    ASSERT_TRUE(tmux.Shows("stbsystemReady[0]                    \"stbav_ready\"")) << tmux.Pane();
-    tmux.Keys({"s"});
-    ASSERT_TRUE(tmux.Shows("videoFrameRate[0]                    0 (unknown)")) << tmux.Pane();
-    EXPECT_NE(tmux.Pane().find("errors 0  sent 2"), std::string::npos) << tmux.Pane();
-    tmux.Keys({"q"});
-    ASSERT_TRUE(tmux.Shows("avhost-exit-0")) << tmux.Pane();
+TEST_F(Terminal, TopShowsEveryReportedItem) {
+    Start("top --pty", "avhost top  ");
+    ASSERT_TRUE(tmux->Shows("stbsystemReady[0]                    \"stbav_ready\"")) << tmux->Pane();
+    tmux->Keys({"s"});
+    ASSERT_TRUE(tmux->Shows("videoFrameRate[0]                    0 (unknown)")) << tmux->Pane();
+    EXPECT_NE(tmux->Pane().find("errors 0  sent 2"), std::string::npos) << tmux->Pane();
+    tmux->Keys({"q"});
+    ASSERT_TRUE(tmux->Shows("avhost-exit-0")) << tmux->Pane();
 }
 
 // avhost replay on its own pty, with the daemon started on that pty once announced.

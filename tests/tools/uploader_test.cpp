@@ -1,5 +1,5 @@
-// Upload over a real TCP socket on 127.0.0.1 to a small receiver that stores
-// what it reads until the uploader closes its side.
+// Upload over a real TCP socket on 127.0.0.1 to a small receiver (a thread of the
+// test) that stores what it reads until the uploader closes its side.
 #include "tools/uploader.h"
 
 #include <arpa/inet.h>
@@ -17,51 +17,34 @@
 namespace avhost {
 namespace {
 
-// Listens on an ephemeral port; Serve takes one connection and reads it to its end.
-class Receiver {
-public:
-    Receiver() {
-        m_fd = socket(AF_INET, SOCK_STREAM, 0);
-        sockaddr_in addr{};
-        addr.sin_family = AF_INET;
-        addr.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        bind(m_fd, reinterpret_cast<sockaddr*>(&addr), sizeof addr);
-        listen(m_fd, 1);
-        socklen_t len = sizeof addr;
-        getsockname(m_fd, reinterpret_cast<sockaddr*>(&addr), &len);
-        m_port = ntohs(addr.sin_port);
-    }
-    ~Receiver() { close(m_fd); }
-    uint16_t Port() const { return m_port; }
-    std::string Serve() {
-        int conn = accept(m_fd, nullptr, nullptr);
-        std::string got;
-        char buf[8192];
-        for (ssize_t n; (n = read(conn, buf, sizeof buf)) > 0;) got.append(buf, static_cast<size_t>(n));
-        close(conn);
-        return got;
-    }
-
-private:
-    int m_fd = -1;
-    uint16_t m_port = 0;
-};
-
 TEST(Uploader, SendsTheWholeFileAndEndsItByClosing) {
     std::string content(300 * 1024 + 7, '\0');
     for (size_t i = 0; i < content.size(); ++i) content[i] = static_cast<char>(i * 131 % 251);
     const e2e::TempDir dir;
     const std::string path = dir / "upload.bin";
     ASSERT_TRUE(e2e::WriteFile(path, content));
-    Receiver receiver;
+    // The receiver: an ephemeral port of 127.0.0.1, one connection read to its end.
+    const int listener = socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in addr{};
+    addr.sin_family = AF_INET;
+    addr.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t len = sizeof addr;
+    ASSERT_EQ(bind(listener, reinterpret_cast<sockaddr*>(&addr), len), 0);
+    ASSERT_EQ(listen(listener, 1), 0);
+    ASSERT_EQ(getsockname(listener, reinterpret_cast<sockaddr*>(&addr), &len), 0);
     std::string received;
-    std::thread server([&] { received = receiver.Serve(); });
+    std::thread server([&] {
+        const int conn = accept(listener, nullptr, nullptr);
+        char buf[8192];
+        for (ssize_t n; (n = read(conn, buf, sizeof buf)) > 0;) received.append(buf, static_cast<size_t>(n));
+        close(conn);
+    });
     uint64_t lastSent = 0, lastTotal = 0;
     int calls = 0;
     UploadResult result;
     std::string error;
     bool ok = Uploader::Upload(
-        path, "127.0.0.1", receiver.Port(),
+        path, "127.0.0.1", ntohs(addr.sin_port),
         [&](uint64_t sent, uint64_t total) {
             EXPECT_GE(sent, lastSent);
             lastSent = sent;
@@ -70,6 +53,7 @@ TEST(Uploader, SendsTheWholeFileAndEndsItByClosing) {
         },
         result, error);
     server.join();
+    close(listener);
     ASSERT_TRUE(ok) << error;
     EXPECT_TRUE(received == content);
     EXPECT_EQ(result.bytes, content.size());
