@@ -15,6 +15,7 @@
 #include <random>
 #include <set>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "output/uhd_vid_format.h"
@@ -97,10 +98,12 @@ protected:
 
 // (a) The host hears the version from the version file, then readiness; the
 // shipped log configuration loads and the pid file names the daemon; every
-// thread runs under normal scheduling (no -r). SIGTERM ends it with status 0
-// and nothing left behind (the platform's tear-down, call by call, is in
-// GoldenJournalTest).
-TEST_F(DaemonTest, StartUpReportsVersionAndReadySigtermLeavesNothingBehind) {
+// thread runs under normal scheduling (no -r). SIGHUP reads the log
+// configuration again and the daemon goes on: after the file was changed to log
+// into a file, the lines go there. SIGINT stops it as SIGTERM does (every other
+// test ends with SIGTERM): status 0 and nothing left behind (the platform's
+// tear-down, call by call, is in GoldenJournalTest).
+TEST_F(DaemonTest, StartUpSignalsAndSigintStopLeaveNothingBehind) {
     StartDaemon();
     const HostOp* version = m_Host.Last(kSoftwareVersion);
     ASSERT_NE(nullptr, version);
@@ -114,7 +117,28 @@ TEST_F(DaemonTest, StartUpReportsVersionAndReadySigtermLeavesNothingBehind) {
     ASSERT_TRUE(e2e::ReadFile(Root("/data/var/run/tevrin.pid"), pid));
     EXPECT_EQ(std::to_string(m_Daemon.Pid()) + "\n", pid);
     for (const ThreadSched& t : ThreadSchedules(m_Daemon.Pid())) EXPECT_EQ(SCHED_OTHER, t.policy) << t.name;
-    StopCleanly();
+
+    const std::string logFile = m_Tmp / "daemon.log";
+    ASSERT_TRUE(e2e::WriteFile(Root("/vendor/etc/tevrin-log4cpp.init"),
+                               "appender root pattern file " + logFile + " %p %c: %m%n\n"));
+    ::kill(m_Daemon.Pid(), SIGHUP);
+    std::string log;
+    ASSERT_TRUE(e2e::WaitUntil([&] {
+        return e2e::ReadFile(logFile, log) && log.find("NOTICE stbav.daemon: signal 1: log configuration " +
+                                                       Root("/vendor/etc/tevrin-log4cpp.init") + " read again\n") !=
+                                                  std::string::npos;
+    })) << StderrTail();
+    ASSERT_TRUE(m_Host.SendRaw({0x0F, 0x10}));  // an empty frame
+    EnableStatus();
+    EXPECT_TRUE(m_Host.WaitForOp(kHeartBeat)) << StderrTail();
+    // SIGUSR1 logs the receiver's counters.
+    ::kill(m_Daemon.Pid(), SIGUSR1);
+    EXPECT_TRUE(e2e::WaitUntil([&] {
+        return e2e::ReadFile(logFile, log) &&
+               log.find("NOTICE stbav.uartadapter: UartRecv: frames received=3 decoded=2 failed=1\n") !=
+                   std::string::npos;
+    })) << log;
+    StopCleanly(SIGINT);
     EXPECT_FALSE(e2e::FileExists(Root("/data/var/run/tevrin.pid")));
     EXPECT_FALSE(e2e::FileExists(Socket()));
 }
@@ -164,8 +188,11 @@ TEST_F(DaemonTest, RealtimeRefusedIsSaidAndTheDaemonRunsOn) {
 }
 
 // (b) Enabling status brings every item at once, then only the heartbeat every
-// two seconds while nothing changes.
-TEST_F(DaemonTest, EnablingStatusGivesFullReportThenHeartbeats) {
+// two seconds while nothing changes. (c) Service selection: the board decodes
+// the service and the host's status shows it. (The player's reconfiguration
+// and restart, call by call, is in
+// GoldenJournalTest.DaemonSessionMatchesTheGoldenJournal.)
+TEST_F(DaemonTest, StatusGivesFullReportThenHeartbeatsAndServiceSelectionReachesTheBoardAndTheHost) {
     StartDaemon();
     m_Host.Clear();
     EnableStatus();
@@ -185,26 +212,16 @@ TEST_F(DaemonTest, EnablingStatusGivesFullReportThenHeartbeats) {
         EXPECT_GE(gap, 1000u);
         EXPECT_LE(gap, 4000u);
     }
-}
 
-// (c) Service selection: the board decodes the service and the host's status
-// shows it. (The player's reconfiguration and restart, call by call, is in
-// GoldenJournalTest.DaemonSessionMatchesTheGoldenJournal.)
-TEST_F(DaemonTest, ServiceSelectionReachesTheBoardAndTheHost) {
-    StartDaemon();
-    EnableStatus();
-    ASSERT_TRUE(m_Host.WaitForOp(kHeartBeat));
     SelectService();
-
     for (const auto& [opId, value] : std::map<unsigned, uint64_t>{
              {kSelVideoPid, 0x100}, {kSelVideoType, 2}, {kSelAudioPid, 0x101}, {kSelAudioType, 2}, {kSelServiceNum, 1}})
         EXPECT_TRUE(m_Host.WaitForValue(opId, value)) << "opId " << opId;
     EXPECT_TRUE(m_Host.WaitFor([](const HostOp& op) { return op.opId == kSelServiceName && op.Text() == "e2e HD"; }));
 
     const FlatJson state = State();
-    EXPECT_EQ("true", state.Get("player.video_decoding"));
-    EXPECT_EQ("true", state.Get("player.audio_decoding"));
-    EXPECT_EQ("e2e HD", state.Get("player.service_name"));
+    EXPECT_EQ(std::make_tuple("true", "true", "e2e HD"), std::make_tuple(state.Get("player.video_decoding"),
+              state.Get("player.audio_decoding"), state.Get("player.service_name")));
 }
 
 // (d) Manual 1080p50 sets the display's words; automatic brings back the
@@ -360,37 +377,6 @@ TEST_F(DaemonTest, UploadReceiverOnTheLoopbackAddressOnly) {
         return e2e::ReadFile("/proc/net/tcp", tcp) && tcp.find(listening) != std::string::npos;
     })) << tcp;
     EXPECT_TRUE(e2e::UploadTcp(port, "package"));
-}
-
-// SIGHUP reads the log configuration again and the daemon goes on: after the
-// file was changed to log into a file, the lines go there. SIGINT then stops it.
-TEST_F(DaemonTest, SighupReadsTheLogConfigurationAgain) {
-    StartDaemon();
-    const std::string logFile = m_Tmp / "daemon.log";
-    ASSERT_TRUE(e2e::WriteFile(Root("/vendor/etc/tevrin-log4cpp.init"),
-                               "appender root pattern file " + logFile + " %p %c: %m%n\n"));
-    ::kill(m_Daemon.Pid(), SIGHUP);
-    std::string log;
-    ASSERT_TRUE(e2e::WaitUntil([&] {
-        return e2e::ReadFile(logFile, log) && log.find("NOTICE stbav.daemon: signal 1: log configuration " +
-                                                       Root("/vendor/etc/tevrin-log4cpp.init") + " read again\n") !=
-                                                  std::string::npos;
-    })) << StderrTail();
-    ASSERT_TRUE(m_Host.SendRaw({0x0F, 0x10}));  // an empty frame
-    EnableStatus();
-    EXPECT_TRUE(m_Host.WaitForOp(kHeartBeat)) << StderrTail();
-    // SIGUSR1 logs the receiver's counters.
-    ::kill(m_Daemon.Pid(), SIGUSR1);
-    EXPECT_TRUE(e2e::WaitUntil([&] {
-        return e2e::ReadFile(logFile, log) &&
-               log.find("NOTICE stbav.uartadapter: UartRecv: frames received=3 decoded=2 failed=1\n") !=
-                   std::string::npos;
-    })) << log;
-
-    // SIGINT stops as SIGTERM does: nothing left behind.
-    StopCleanly(SIGINT);
-    EXPECT_FALSE(e2e::FileExists(Root("/data/var/run/tevrin.pid")));
-    EXPECT_FALSE(e2e::FileExists(Socket()));
 }
 
 // Every platform function, through the board's "fail" command. Those the daemon
