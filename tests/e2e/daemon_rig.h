@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "output/uhd_vid_format.h"
 #include "tests/e2e/e2e_support.h"
 #include "tests/e2e/host_line.h"
 #include "tests/support/child_launcher.h"
@@ -29,6 +30,12 @@ enum : unsigned {
     kSelVideoPid = 220, kSelVideoType = 221, kSelServiceNum = 225, kSelServiceName = 226, kCurrentOutputFormat = 267,
     kVideoWidth = 271, kVideoHeight = 272, kVideoScanType = 275,
 };
+
+// The output format code of a progressive 16:9 picture at 50 Hz.
+inline uint32_t Progressive50(uint32_t height, uint32_t width) {
+    return UhdVidFormat(height, width, VideoFormatBase::SCAN_TYPE_PROGRESSIVE, VideoFormatBase::ASPECT_RATIO_16X9,
+                        VideoFormatBase::FRAME_RATE_50).GetId();
+}
 
 class DaemonRig {
 public:
@@ -134,7 +141,7 @@ protected:
     HostLine m_Host;
     ChildProcess m_Daemon;
 
-private:
+    // The text of a file in the temporary folder ("" when there is none).
     std::string FileText(const std::string& file) const {
         std::string text;
         ReadFile(m_Tmp / file, text);

@@ -3,14 +3,13 @@
 // own protocol code; the board watched and steered through its control socket
 // and its journal. Every test ends with SIGTERM and a clean exit (status 0, no
 // sanitizer report in the daemon's stderr).
-#include <dirent.h>
 #include <gtest/gtest.h>
 #include <sched.h>
 #include <signal.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <map>
 #include <random>
 #include <set>
@@ -46,24 +45,16 @@ struct ThreadSched {
 };
 std::vector<ThreadSched> ThreadSchedules(pid_t pid) {
     std::vector<ThreadSched> out;
-    const std::string tasks = "/proc/" + std::to_string(pid) + "/task";
-    DIR* dir = opendir(tasks.c_str());
-    if (dir == nullptr) return out;
-    while (dirent* e = readdir(dir)) {
+    std::error_code ec;
+    for (const auto& task : std::filesystem::directory_iterator("/proc/" + std::to_string(pid) + "/task", ec)) {
         std::string comm;
-        if (e->d_name[0] == '.' || !e2e::ReadFile(tasks + "/" + e->d_name + "/comm", comm)) continue;
-        const pid_t tid = std::atoi(e->d_name);
+        const pid_t tid = std::atoi(task.path().filename().c_str());
         sched_param param{};
-        if (sched_getparam(tid, &param) != 0) continue;  // the thread ended meanwhile
+        // The thread may have ended meanwhile.
+        if (!e2e::ReadFile(task.path() / "comm", comm) || sched_getparam(tid, &param) != 0) continue;
         out.push_back({comm.substr(0, comm.find('\n')), param.sched_priority, sched_getscheduler(tid)});
     }
-    closedir(dir);
     return out;
-}
-
-uint32_t Format1080p50() {
-    return UhdVidFormat(1080, 1920, VideoFormatBase::SCAN_TYPE_PROGRESSIVE, VideoFormatBase::ASPECT_RATIO_16X9,
-                        VideoFormatBase::FRAME_RATE_50).GetId();
 }
 
 class DaemonTest : public ::testing::Test, protected e2e::DaemonRig {
@@ -231,9 +222,9 @@ TEST_F(DaemonTest, ManualThenAutomaticOutputFormatFollowingTheInput) {
     StartDaemon();
     ASSERT_TRUE(Playing()) << StderrTail();
 
-    SendManualFormat(Format1080p50());
+    SendManualFormat(Progressive50(1080, 1920));
     EXPECT_TRUE(DisplayIs(kDisplay1080p, kRate50));
-    EXPECT_TRUE(m_Host.WaitForValue(kCurrentOutputFormat, Format1080p50()));
+    EXPECT_TRUE(m_Host.WaitForValue(kCurrentOutputFormat, Progressive50(1080, 1920)));
 
     m_Host.SendU8(kFormatMode, 1);
     m_Host.SendApply();
@@ -353,15 +344,14 @@ TEST_F(DaemonTest, SecondDaemonOnTheSameRootOrLineIsRefused) {
                                  m_Tmp / "second.err"));
         int status = -1;
         ASSERT_TRUE(second.Wait(20000, status));
-        std::string err;
-        e2e::ReadFile(m_Tmp / "second.err", err);
+        const std::string err = FileText("second.err");
         EXPECT_EQ("exit 1", e2e::DescribeStatus(status)) << err;
         EXPECT_NE(std::string::npos, err.find(c.stderrHas)) << err;
     }
     std::string pid;
     ASSERT_TRUE(e2e::ReadFile(Root("/data/var/run/tevrin.pid"), pid));
     EXPECT_EQ(std::to_string(m_Daemon.Pid()) + "\n", pid);
-    SendManualFormat(Format1080p50());
+    SendManualFormat(Progressive50(1080, 1920));
     EXPECT_TRUE(DisplayIs(kDisplay1080p, kRate50)) << StderrTail();
 }
 
@@ -405,9 +395,7 @@ TEST_F(DaemonTest, FaultSweepEveryPlatformFunction) {
         "vout_close_channel", "vout_window_destroy", "vout_window_detach_input", "vout_window_close",
         "aout_deinit",        "aout_close",        "aout_track_destroy", "aout_track_detach_input",
         "cc_deinit",          "cc_destroy",        "cc_stop"};
-    const uint32_t formats[2] = {
-        Format1080p50(), UhdVidFormat(720, 1280, VideoFormatBase::SCAN_TYPE_PROGRESSIVE,
-                                      VideoFormatBase::ASPECT_RATIO_16X9, VideoFormatBase::FRAME_RATE_50).GetId()};
+    const uint32_t formats[2] = {Progressive50(1080, 1920), Progressive50(720, 1280)};
     const long long displays[2] = {kDisplay1080p, kDisplay720p};
     int turn = 0;
     const auto hostWorks = [&] {
@@ -415,9 +403,7 @@ TEST_F(DaemonTest, FaultSweepEveryPlatformFunction) {
         // Services 1 and 2 in turn, so that each apply restarts the player.
         const unsigned service = 1 + turn % 2;
         SendService(service << 8, service << 8, (service << 8) + 1, 2, 2, service, service == 1 ? "e2e HD" : "e2e SD");
-        m_Host.SendU8(kFormatMode, 2);
-        m_Host.SendU32(kManualFormat, formats[++turn % 2]);
-        m_Host.SendApply();
+        SendManualFormat(formats[++turn % 2]);
     };
     const auto fail = [&](const std::string& fn, const char* count) {
         return e2e::BoardCommand(Socket(), "fail " + fn + " 0x80a100ff " + count) == "ok\n";

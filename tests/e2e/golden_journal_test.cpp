@@ -27,7 +27,6 @@
 #include <string>
 #include <vector>
 
-#include "output/uhd_vid_format.h"
 #include "tests/e2e/daemon_rig.h"
 
 namespace {
@@ -77,8 +76,7 @@ Calls ReadCalls(const std::string& journalFile, const std::string& tmp) {
     Calls calls;
     for (const e2e::JournalEntry& e : e2e::ParseJournal(text)) {
         if (kTimedReads.count(e.name)) continue;
-        std::string rest = e.line.compare(0, 8, "stbsim: ") == 0 ? e.line.substr(8) : e.line;
-        rest = rest.substr(rest.find(' ') + 1);
+        std::string rest = e.call;
         for (size_t at; (at = rest.find(tmp)) != std::string::npos;) rest.replace(at, tmp.size(), "<tmp>");
         std::string line;
         for (std::smatch m; std::regex_search(rest, m, handle); rest = m.suffix().str()) {
@@ -163,8 +161,6 @@ TEST_F(GoldenJournalTest, DaemonSessionMatchesTheGoldenJournal) {
     std::string golden;
     ASSERT_TRUE(UpdateMode() || e2e::ReadFile(GoldenPath(), golden))
         << GoldenPath() << " is missing; write it with STBAV_UPDATE_GOLDEN=1";
-    const uint32_t k1080p50 = UhdVidFormat(1080, 1920, VideoFormatBase::SCAN_TYPE_PROGRESSIVE,
-                                           VideoFormatBase::ASPECT_RATIO_16X9, VideoFormatBase::FRAME_RATE_50).GetId();
 
     Step("bring-up and status on", [&] {
         LaunchReady(m_Tmp / "input.scn");
@@ -175,7 +171,7 @@ TEST_F(GoldenJournalTest, DaemonSessionMatchesTheGoldenJournal) {
         SendService(0x100, 0x100, 0x101, 2, 2, 1, "golden HD");
         m_Host.SendApply();
     });
-    Step("manual output format 1080p50", [&] { SendManualFormat(k1080p50); });
+    Step("manual output format 1080p50", [&] { SendManualFormat(Progressive50(1080, 1920)); });
     // A step of one-byte values, then the apply trigger.
     const auto values = [&](const std::string& name, const std::vector<std::pair<unsigned, int>>& ops) {
         Step(name, [&] {

@@ -31,13 +31,12 @@ HostLine::HostLine() {
         return;
     }
     m_SlaveName = name;
-    termios tio;
-    tcgetattr(m_Slave, &tio);
-    cfmakeraw(&tio);
-    tcsetattr(m_Slave, TCSANOW, &tio);
-    tcgetattr(m_Master, &tio);
-    cfmakeraw(&tio);
-    tcsetattr(m_Master, TCSANOW, &tio);
+    for (int fd : {m_Slave, m_Master}) {
+        termios tio;
+        tcgetattr(fd, &tio);
+        cfmakeraw(&tio);
+        tcsetattr(fd, TCSANOW, &tio);
+    }
 }
 
 HostLine::~HostLine() {
@@ -143,13 +142,7 @@ void HostLine::Pump(int timeoutMs) {
         if (!m_Decoder.Push(buf[i], frame)) continue;
         SsOp op;
         if (op.DeserializeOp(frame) == 0) continue;
-        HostOp h;
-        h.opId = op.GetOpId();
-        h.opType = static_cast<int>(op.GetOpType());
-        h.index = op.GetIndexList();
-        h.data = op.GetRawData();
-        h.monoUs = now;
-        m_Received.push_back(h);
+        m_Received.push_back({op.GetOpId(), op.GetRawData(), now});
     }
 }
 

@@ -82,8 +82,7 @@ TEST_F(BoardLifecycleTest, FamiliesNeedTheirInitialisation) {
 TEST_F(BoardLifecycleTest, InjectedFaultsFailTheNextCallsWithoutEffect) {
     const Handles h = BringUp();
     ASSERT_TRUE(stbsim::InjectFault("av_start_video", 0x1234, 2));
-    EXPECT_EQ(av_start_video(h.av), 0x1234);
-    EXPECT_EQ(av_start_video(h.av), 0x1234);
+    for (int code : {av_start_video(h.av), av_start_video(h.av)}) EXPECT_EQ(code, 0x1234);
     EXPECT_FALSE(stbsim::State().player.videoStarted);
     EXPECT_EQ(av_start_video(h.av), 0);
     EXPECT_TRUE(stbsim::State().player.videoStarted);
@@ -149,16 +148,12 @@ TEST_F(BoardLifecycleTest, CaptionsFollowStopDestroyCreateAndKeepAttributes) {
     for (int code : {cc_set_window(0, 0, 1280, 720), cc_start(), cc_getAttr(&attr), cc_send_VBI_enable(true),
                      cc_show_subtitle_enable(true), cc_destroy()})
         EXPECT_EQ(code, stbsim::kErrBadState);
-    EXPECT_EQ(cc_creat(Temp(CcCreateParam{0})), 0);
-    EXPECT_EQ(cc_set_window(0, 0, 1280, 720), 0);
-    EXPECT_EQ(cc_start(), 0);
-    ASSERT_EQ(cc_getAttr(&attr), 0);
+    for (int code : {cc_creat(Temp(CcCreateParam{0})), cc_set_window(0, 0, 1280, 720), cc_start(), cc_getAttr(&attr)})
+        ASSERT_EQ(code, 0);
     attr.source = 0;
     attr.analog_mode = 3;
     attr.data_type = 0;
-    EXPECT_EQ(cc_setAttr(&attr), 0);
-    EXPECT_EQ(cc_send_VBI_enable(true), 0);
-    EXPECT_EQ(cc_show_subtitle_enable(true), 0);
+    for (int code : {cc_setAttr(&attr), cc_send_VBI_enable(true), cc_show_subtitle_enable(true)}) EXPECT_EQ(code, 0);
     const auto st = stbsim::State().captions;
     EXPECT_EQ(std::make_tuple(st.createSource, st.attr.analog_mode, st.window[2], st.vbi, st.subtitles),
               std::make_tuple(0u, 3u, 1280u, true, true));
