@@ -104,9 +104,7 @@ TEST_F(DaemonTest, StartUpSignalsAndSigintStopLeaveNothingBehind) {
 
     EXPECT_NE(std::string::npos,
               Stdout().find("Found debug-log configuration file: " + Root("/vendor/etc/tevrin-log4cpp.init")));
-    std::string pid;
-    ASSERT_TRUE(e2e::ReadFile(Root("/data/var/run/tevrin.pid"), pid));
-    EXPECT_EQ(std::to_string(m_Daemon.Pid()) + "\n", pid);
+    EXPECT_EQ(std::to_string(m_Daemon.Pid()) + "\n", FileText("root/data/var/run/tevrin.pid"));
     for (const ThreadSched& t : ThreadSchedules(m_Daemon.Pid())) EXPECT_EQ(SCHED_OTHER, t.policy) << t.name;
 
     const std::string logFile = m_Tmp / "daemon.log";
@@ -145,12 +143,10 @@ TEST_F(DaemonTest, RealtimeOptionPutsEveryThreadUnderFifo) {
     if (Stderr().find("SCHED_FIFO refused") != std::string::npos)
         GTEST_SKIP() << "this runner may not use the real-time policy:\n" << StderrTail();
     ASSERT_TRUE(Playing()) << StderrTail();
-    const std::vector<ThreadSched> threads = ThreadSchedules(m_Daemon.Pid());
     std::set<std::string> names;
-    for (const ThreadSched& t : threads) {
+    for (const ThreadSched& t : ThreadSchedules(m_Daemon.Pid())) {
         names.insert(t.name);
-        EXPECT_EQ(SCHED_FIFO, t.policy) << t.name;
-        EXPECT_EQ(7, t.priority) << t.name;
+        EXPECT_EQ(std::make_pair(SCHED_FIFO, 7), std::make_pair(t.policy, t.priority)) << t.name;
     }
     for (const char* name : {"UART Rx", "UART Px", "poller", "FfAvProbe"}) EXPECT_EQ(1u, names.count(name)) << name;
 #if !STBAV_SANITIZER_BUILD
@@ -348,9 +344,7 @@ TEST_F(DaemonTest, SecondDaemonOnTheSameRootOrLineIsRefused) {
         EXPECT_EQ("exit 1", e2e::DescribeStatus(status)) << err;
         EXPECT_NE(std::string::npos, err.find(c.stderrHas)) << err;
     }
-    std::string pid;
-    ASSERT_TRUE(e2e::ReadFile(Root("/data/var/run/tevrin.pid"), pid));
-    EXPECT_EQ(std::to_string(m_Daemon.Pid()) + "\n", pid);
+    EXPECT_EQ(std::to_string(m_Daemon.Pid()) + "\n", FileText("root/data/var/run/tevrin.pid"));
     SendManualFormat(Progressive50(1080, 1920));
     EXPECT_TRUE(DisplayIs(kDisplay1080p, kRate50)) << StderrTail();
 }

@@ -48,8 +48,6 @@ const char* const kGoldenHeader =
     "# Platform calls of one daemon session on the virtual board (tests/e2e/golden_journal_test.cpp).\n"
     "# Rewrite after an intended change: STBAV_UPDATE_GOLDEN=1 build/dev/tests/e2e/golden_journal_test\n";
 
-const char* const kEventSection = "event thread";
-
 bool UpdateMode() {
     const char* v = getenv("STBAV_UPDATE_GOLDEN");
     return v && *v && std::string(v) != "0";
@@ -122,23 +120,16 @@ protected:
             const auto all = ReadCalls(JournalFile(), m_Tmp.Path()).main;
             return std::vector<std::string>(all.begin() + std::min(from, all.size()), all.end());
         };
-        if (UpdateMode()) {
-            uint64_t quietSince = e2e::MonotonicUs();
-            const uint64_t start = quietSince;
-            while (e2e::MonotonicUs() - quietSince < 3500000 && e2e::MonotonicUs() - start < 20000000) {
-                m_Host.Drain(50);
-                const auto now = since();
-                if (now.size() != got.size()) quietSince = e2e::MonotonicUs();
-                got = now;
-            }
-        } else {
-            const auto& want = m_Golden[name];
-            const uint64_t start = e2e::MonotonicUs();
-            do {
-                m_Host.Drain(20);
-                got = since();
-            } while (got.size() < want.size() && e2e::MonotonicUs() - start < 10000000);
-        }
+        const size_t want = m_Golden[name].size();
+        const uint64_t start = e2e::MonotonicUs();
+        uint64_t quietSince = start;
+        do {
+            m_Host.Drain(20);
+            const auto now = since();
+            if (now.size() != got.size()) quietSince = e2e::MonotonicUs();
+            got = now;
+        } while (UpdateMode() ? e2e::MonotonicUs() - quietSince < 3500000 && e2e::MonotonicUs() - start < 20000000
+                              : got.size() < want && e2e::MonotonicUs() - start < 10000000);
         m_Sections.push_back({name, got});
     }
 
@@ -148,7 +139,7 @@ protected:
             out += "== " + s.first + "\n";
             for (const auto& l : s.second) out += l + "\n";
         }
-        out += std::string("== ") + kEventSection + "\n";
+        out += "== event thread\n";
         for (const auto& l : events) out += l + "\n";
         return out;
     }

@@ -17,10 +17,9 @@ class BoardLifecycleTest : public SimTest {};
 TEST_F(BoardLifecycleTest, BringUpSucceedsAndCallsWithHandlesThatDoNotExistFail) {
     const Handles h = BringUp();
     const stbsim::BoardState st = stbsim::State();
-    EXPECT_TRUE(st.systemInitialised);
-    EXPECT_EQ(std::make_tuple(st.display.attr.format, st.display.attr.rate), std::make_tuple(11u, 64u));
-    EXPECT_EQ(std::make_tuple(st.display.windowInput, st.audio.trackInput), std::make_tuple(h.av, h.av));
-    EXPECT_TRUE(st.captions.started);
+    EXPECT_EQ(std::make_tuple(st.systemInitialised, st.display.attr.format, st.display.attr.rate,
+                              st.display.windowInput, st.audio.trackInput, st.captions.started),
+              std::make_tuple(true, 11u, 64u, h.av, h.av, true));
     // Kinds differ, so no two handles collide.
     EXPECT_NE(h.av, h.vout);
     EXPECT_NE(h.window, h.track);

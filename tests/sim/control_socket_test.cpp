@@ -39,10 +39,10 @@ TEST_F(ControlSocketTest, StateIsOneJsonObjectWithTheDocumentedKeys) {
     EXPECT_EQ(answer.find('\n'), answer.size() - 1);
     e2e::FlatJson json;
     ASSERT_TRUE(json.Parse(answer)) << answer;
-    const char* keys[] = {"display.format", "display.rate", "player.video_pid", "player.audio_pid", "player.pcr_pid",
-                          "player.video_type", "player.audio_type", "player.service_id", "player.video_started",
-                          "player.audio_started", "audio.volume", "audio.mute", "upgrades.0"};
-    for (const char* k : keys) EXPECT_TRUE(json.Has(k)) << k;
+    // The keys compared below, and these.
+    for (const char* k : {"display.rate", "player.audio_pid", "player.pcr_pid", "player.audio_type",
+                          "player.service_id", "player.audio_started", "audio.volume"})
+        EXPECT_TRUE(json.Has(k)) << k;
     EXPECT_EQ(std::make_tuple(json.Get("display.format"), json.Get("player.video_pid"), json.Get("player.video_type")),
               std::make_tuple("11", "256", "5"));
     EXPECT_EQ(std::make_tuple(json.Get("player.video_started"), json.Get("audio.mute"), json.Get("upgrades.0")),
