@@ -6,8 +6,8 @@
 #include <gtest/gtest.h>
 
 #include <sstream>
+#include <iterator>
 #include <string>
-#include <vector>
 
 #include "platform/decoder_types.h"
 #include "tests/e2e/daemon_rig.h"
@@ -23,10 +23,6 @@ enum : unsigned {
     kVideoChroma = 280, kVideoBitDepth = 283,
 };
 constexpr unsigned kOutputInterface = 261;  // sent by the host
-
-// Generous: a 2 s status poll and a 1 s stream-information refresh stand between
-// a selection and the values it brings.
-constexpr int kDeadlineMs = 10000;
 
 // "" when the last value the host received of every operation is c's, else
 // one line per difference.
@@ -89,24 +85,19 @@ TEST_F(TsDaemonTest, EachFileReachesTheHostAndTheDisplay) {
         {tstest::kSdCase, 9, 64},        // 576i, 50 fields
         {tstest::kHd1080iCase, 11, 64},
     };
-    std::vector<std::string> files;  // in this build's cache, made by ffmpeg the first time
-    for (const auto& o : order) {
-        files.push_back(tstest::TsFile(*o.c.stream));
-        ASSERT_FALSE(files.back().empty());
-    }
-
-    LaunchReady(files[0]);
+    // The files are in this build's cache, made by ffmpeg the first time.
+    LaunchReady(tstest::TsFile(*order[0].c.stream));
     // The integrator's set-up: status on, HD interface, output following the input.
     m_Host.SendU8(kStatusEnable, 1);
     m_Host.SendU8(kOutputInterface, VIDEO_OUTPUT_INTERFACE_HD);
     m_Host.SendU8(kFormatMode, FORMAT_MODE_AUTO);
     m_Host.SendApply();
-    for (size_t i = 0; i < files.size(); ++i) {
+    for (size_t i = 0; i < std::size(order); ++i) {
         const tstest::TsCase& c = order[i].c;
         const auto& [serviceNum, videoPid, audioPid, videoCode, audioCode] = c.programme;
         SCOPED_TRACE(c.stream->name);
         if (i > 0) {
-            ASSERT_EQ("ok\n", BoardCommand(Socket(), "stream " + files[i])) << StderrTail();
+            ASSERT_EQ("ok\n", BoardCommand(Socket(), "stream " + tstest::TsFile(*c.stream))) << StderrTail();
         }
         const uint64_t switched = MonotonicUs();
         SendService(videoPid, videoPid, audioPid, c.videoType, c.audioType, serviceNum, c.serviceName);
@@ -116,7 +107,9 @@ TEST_F(TsDaemonTest, EachFileReachesTheHostAndTheDisplay) {
         // One 2 s poll notices the new picture (the stream information it reads
         // is at most 1 s old); the rest is slack for sanitizer builds.
         EXPECT_LT((MonotonicUs() - switched) / 1000, 4500u);
-        m_Host.WaitFor([&](const HostOp&) { return Mismatches(m_Host, c).empty(); }, kDeadlineMs);
+        // Generous: a 2 s status poll and a 1 s stream-information refresh stand
+        // between a selection and the values it brings.
+        m_Host.WaitFor([&](const HostOp&) { return Mismatches(m_Host, c).empty(); }, 10000);
         EXPECT_EQ("", Mismatches(m_Host, c)) << StderrTail();
     }
 }
