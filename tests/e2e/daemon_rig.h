@@ -67,9 +67,8 @@ public:
         std::vector<std::string> args = {"-d", m_Host.DeviceName(), "-R", m_Tmp / "root", "-v", "4"};
         args.insert(args.end(), extra.begin(), extra.end());
         std::vector<std::string> env = SanitizerEnvironment();
-        env.push_back("STBSIM_STREAM=" + stream);
-        env.push_back("STBSIM_CONTROL=" + Socket());
-        env.push_back("STBSIM_JOURNAL=" + JournalFile());
+        env.insert(env.end(),
+                   {"STBSIM_STREAM=" + stream, "STBSIM_CONTROL=" + Socket(), "STBSIM_JOURNAL=" + JournalFile()});
         std::string program = STBAVD_PATH;
         if (!m_Wrapper.empty()) {
             // e.g. setpriv, a program of the build machine: it runs the daemon

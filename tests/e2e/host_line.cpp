@@ -40,8 +40,8 @@ HostLine::HostLine() {
 }
 
 HostLine::~HostLine() {
-    if (m_Master >= 0) close(m_Master);
-    if (m_Slave >= 0) close(m_Slave);
+    for (int fd : {m_Master, m_Slave})
+        if (fd >= 0) close(fd);
 }
 
 uint64_t HostLine::Send(SsOp& op) {
@@ -114,9 +114,7 @@ void HostLine::Drain(int timeoutMs) {
 }
 
 size_t HostLine::Count(unsigned opId) const {
-    size_t n = 0;
-    for (const HostOp& op : m_Received) n += op.opId == opId;
-    return n;
+    return std::count_if(m_Received.begin(), m_Received.end(), [&](const HostOp& op) { return op.opId == opId; });
 }
 
 const HostOp* HostLine::Last(unsigned opId) const {

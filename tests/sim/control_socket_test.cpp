@@ -29,7 +29,7 @@ protected:
     std::string m_path;
 };
 
-TEST_F(ControlSocketTest, StateIsOneJsonObjectWithTheDocumentedKeys) {
+TEST_F(ControlSocketTest, StateIsOneJsonObjectStreamSwitchesTheInputVideoChangesItNow) {
     const Handles h = BringUp();
     PlayDefaultService(h.av);
     ASSERT_EQ(aout_set_mute(h.aout, 1, true), 0);
@@ -47,6 +47,19 @@ TEST_F(ControlSocketTest, StateIsOneJsonObjectWithTheDocumentedKeys) {
               std::make_tuple("11", "256", "5"));
     EXPECT_EQ(std::make_tuple(json.Get("player.video_started"), json.Get("audio.mute"), json.Get("upgrades.0")),
               std::make_tuple("true", "true", "/sdcard/update.zip"));
+
+    // stream switches the input; video changes it now.
+    const std::string file = m_dir / "switch.scn";
+    ASSERT_TRUE(e2e::WriteFile(file, "service 3 name=Other\nvideo pid=0x100 width=1280 height=720 scan=progressive "
+                                     "fps=50\naudio pid=0x101\n"));
+    EXPECT_EQ(Ask(m_path, "stream " + file), "ok\n");
+    EXPECT_EQ(Status(h.av).height, 720u);
+    EXPECT_EQ(State(m_path).Get("input.services.0.name"), "Other");
+
+    EXPECT_EQ(Ask(m_path, "video height=1080 width=1920"), "ok\n");
+    EXPECT_EQ(Status(h.av).height, 1080u);
+    EXPECT_EQ(Ask(m_path, "video pid=0x999 height=576"), "error: no video stream with PID 0x999\n");
+    EXPECT_EQ(Ask(m_path, "stream /nonexistent/file"), "error: /nonexistent/file: cannot open\n");
 }
 
 TEST_F(ControlSocketTest, JournalFailResetJournalAndErrorLines) {
@@ -71,22 +84,6 @@ TEST_F(ControlSocketTest, JournalFailResetJournalAndErrorLines) {
     EXPECT_EQ(Ask(m_path, "journal"), "");
     ASSERT_EQ(av_stop(h.av), 0);
     EXPECT_NE(Ask(m_path, "journal").find("av_stop(handle="), std::string::npos);
-}
-
-TEST_F(ControlSocketTest, StreamSwitchesTheInputAndVideoChangesItNow) {
-    const Handles h = BringUp();
-    PlayDefaultService(h.av);
-    const std::string file = m_dir / "switch.scn";
-    ASSERT_TRUE(e2e::WriteFile(file, "service 3 name=Other\nvideo pid=0x100 width=1280 height=720 scan=progressive "
-                                     "fps=50\naudio pid=0x101\n"));
-    EXPECT_EQ(Ask(m_path, "stream " + file), "ok\n");
-    EXPECT_EQ(Status(h.av).height, 720u);
-    EXPECT_EQ(State(m_path).Get("input.services.0.name"), "Other");
-
-    EXPECT_EQ(Ask(m_path, "video height=1080 width=1920"), "ok\n");
-    EXPECT_EQ(Status(h.av).height, 1080u);
-    EXPECT_EQ(Ask(m_path, "video pid=0x999 height=576"), "error: no video stream with PID 0x999\n");
-    EXPECT_EQ(Ask(m_path, "stream /nonexistent/file"), "error: /nonexistent/file: cannot open\n");
 }
 
 // STBSIM_CONTROL and STBSIM_STREAM are read at system_init: the socket starts
