@@ -13,6 +13,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -132,9 +133,8 @@ std::vector<std::string> MergeEnvironment(const std::vector<std::string>& env) {
     for (char** e = environ; *e != nullptr; ++e) {
         const std::string entry = *e;
         const std::string name = entry.substr(0, entry.find('='));
-        bool replaced = false;
-        for (const std::string& add : env) replaced = replaced || add.compare(0, name.size() + 1, name + "=") == 0;
-        if (!replaced) merged.push_back(entry);
+        if (std::none_of(env.begin(), env.end(), [&](const std::string& add) { return add.rfind(name + "=", 0) == 0; }))
+            merged.push_back(entry);
     }
     merged.insert(merged.end(), env.begin(), env.end());
     return merged;

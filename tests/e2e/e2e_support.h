@@ -71,7 +71,6 @@ std::vector<JournalEntry> ParseJournal(const std::string& text);
 // The daemon under test as a child process. stdout and stderr go to files.
 class ChildProcess {
 public:
-    ChildProcess() = default;
     ~ChildProcess();  // SIGKILL and reap when still running
 
     // Starts program with args; env entries ("NAME=VALUE") are added to (or

@@ -211,15 +211,42 @@ TEST_F(DaemonTest, StatusGivesFullReportThenHeartbeatsAndServiceSelectionReaches
               state.Get("player.audio_decoding"), state.Get("player.service_name")));
 }
 
-// (d) Manual 1080p50 sets the display's words; automatic brings back the
-// input's 1080i25. (e) The input turns 720p50 while automatic: the display
-// follows within a poll and the host sees the new picture.
-TEST_F(DaemonTest, ManualThenAutomaticOutputFormatFollowingTheInput) {
+// One daemon per root and per line: a second one on the same root names the
+// first's pid; one on another root but the same line names the busy device;
+// the first keeps its pid file and its line, and still applies: (d) manual
+// 1080p50 sets the display's words; automatic brings back the input's 1080i25.
+// (e) The input turns 720p50 while automatic: the display follows within a
+// poll and the host sees the new picture.
+TEST_F(DaemonTest, SecondDaemonRefusedThenManualThenAutomaticOutputFormatFollowingTheInput) {
     StartDaemon();
     ASSERT_TRUE(Playing()) << StderrTail();
+    e2e::HostLine otherLine;
+    ASSERT_TRUE(otherLine.IsOpen());
+    struct Case {
+        std::vector<std::string> args;
+        std::string stderrHas;
+    } const cases[] = {
+        {{"-d", otherLine.DeviceName(), "-R", m_Tmp / "root"},
+         "stbavd: already running (pid " + std::to_string(m_Daemon.Pid()) + ")"},
+        {{"-d", m_Host.DeviceName(), "-R", m_Tmp / "root2"},
+         "stbavd: cannot open the serial device " + m_Host.DeviceName() +
+             ": in use by another program (a serial line has one user at a time)\n"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.args[3]);
+        e2e::ChildProcess second;
+        ASSERT_TRUE(second.Start(STBAVD_PATH, c.args, SanitizerEnvironment(), m_Tmp / "second.out",
+                                 m_Tmp / "second.err"));
+        int status = -1;
+        ASSERT_TRUE(second.Wait(20000, status));
+        const std::string err = FileText("second.err");
+        EXPECT_EQ("exit 1", e2e::DescribeStatus(status)) << err;
+        EXPECT_NE(std::string::npos, err.find(c.stderrHas)) << err;
+    }
+    EXPECT_EQ(std::to_string(m_Daemon.Pid()) + "\n", FileText("root/data/var/run/tevrin.pid"));
 
     SendManualFormat(Progressive50(1080, 1920));
-    EXPECT_TRUE(DisplayIs(kDisplay1080p, kRate50));
+    EXPECT_TRUE(DisplayIs(kDisplay1080p, kRate50)) << StderrTail();
     EXPECT_TRUE(m_Host.WaitForValue(kCurrentOutputFormat, Progressive50(1080, 1920)));
 
     m_Host.SendU8(kFormatMode, 1);
@@ -315,40 +342,6 @@ TEST_F(DaemonTest, CommandLineAndFailedStarts) {
     EXPECT_FALSE(e2e::FileExists(Root("/data/var/run/tevrin.pid")));
 }
 
-// One daemon per root and per line: a second one on the same root names the
-// first's pid; one on another root but the same line names the busy device;
-// the first keeps its pid file and its line, and still applies.
-TEST_F(DaemonTest, SecondDaemonOnTheSameRootOrLineIsRefused) {
-    StartDaemon();
-    ASSERT_TRUE(Playing()) << StderrTail();
-    e2e::HostLine otherLine;
-    ASSERT_TRUE(otherLine.IsOpen());
-    struct Case {
-        std::vector<std::string> args;
-        std::string stderrHas;
-    } const cases[] = {
-        {{"-d", otherLine.DeviceName(), "-R", m_Tmp / "root"},
-         "stbavd: already running (pid " + std::to_string(m_Daemon.Pid()) + ")"},
-        {{"-d", m_Host.DeviceName(), "-R", m_Tmp / "root2"},
-         "stbavd: cannot open the serial device " + m_Host.DeviceName() +
-             ": in use by another program (a serial line has one user at a time)\n"},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.args[3]);
-        e2e::ChildProcess second;
-        ASSERT_TRUE(second.Start(STBAVD_PATH, c.args, SanitizerEnvironment(), m_Tmp / "second.out",
-                                 m_Tmp / "second.err"));
-        int status = -1;
-        ASSERT_TRUE(second.Wait(20000, status));
-        const std::string err = FileText("second.err");
-        EXPECT_EQ("exit 1", e2e::DescribeStatus(status)) << err;
-        EXPECT_NE(std::string::npos, err.find(c.stderrHas)) << err;
-    }
-    EXPECT_EQ(std::to_string(m_Daemon.Pid()) + "\n", FileText("root/data/var/run/tevrin.pid"));
-    SendManualFormat(Progressive50(1080, 1920));
-    EXPECT_TRUE(DisplayIs(kDisplay1080p, kRate50)) << StderrTail();
-}
-
 // -U with an address: the receiver listens on that address only.
 TEST_F(DaemonTest, UploadReceiverOnTheLoopbackAddressOnly) {
     const uint16_t port = e2e::FreeTcpPort();
@@ -412,10 +405,7 @@ TEST_F(DaemonTest, FaultSweepEveryPlatformFunction) {
                 return state.Num("faults." + std::to_string(i) + ".remaining");
         return -1LL;
     };
-    const auto alive = [&] {
-        int status = 0;
-        return !m_Daemon.Wait(0, status);
-    };
+    int status = 0;  // of the daemon, should it end
 
     StartDaemon();
     EnableStatus();
@@ -428,7 +418,7 @@ TEST_F(DaemonTest, FaultSweepEveryPlatformFunction) {
         ASSERT_TRUE(fail(fn, "1000000"));
         hostWorks();
         EXPECT_TRUE(e2e::WaitUntil([&] { return remaining(fn) < 1000000; })) << "not called while failing for good";
-        ASSERT_TRUE(alive()) << StderrTail();
+        ASSERT_FALSE(m_Daemon.Wait(0, status)) << "the daemon ended\n" << StderrTail();
         ASSERT_TRUE(fail(fn, "0"));
         hostWorks();
         EXPECT_TRUE(e2e::WaitUntil([&] { return remaining(fn) == -1 && State().Num("display.format") ==
@@ -442,7 +432,7 @@ TEST_F(DaemonTest, FaultSweepEveryPlatformFunction) {
         m_Host.Drain(5);
         return State().Num("display.format") == displays[turn % 2];
     }));
-    ASSERT_TRUE(alive()) << StderrTail();
+    ASSERT_FALSE(m_Daemon.Wait(0, status)) << "the daemon ended\n" << StderrTail();
 
     const std::vector<uint64_t> gaps = HeartbeatGapsMs();
     ASSERT_GE(gaps.size(), 2u) << "fewer than 3 heartbeats";

@@ -104,8 +104,7 @@ video pid=0x500 width=1280 height=720 scan=progressive fps=59.94
     EXPECT_EQ(info.service[1].program_number, 2);
     EXPECT_STREQ(info.service[1].name, "UHD");
     // Service entries are 66 bytes apart from +1556.
-    const unsigned char* raw = reinterpret_cast<const unsigned char*>(&info);
-    EXPECT_EQ(std::string(reinterpret_cast<const char*>(raw + 1556 + 4 * 66 + 2)), "Sport");
+    EXPECT_EQ(std::string(reinterpret_cast<const char*>(&info) + 1556 + 4 * 66 + 2), "Sport");
 
     // Frame-rate parts of the status record, per service.
     const struct {

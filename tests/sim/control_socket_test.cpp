@@ -29,8 +29,30 @@ protected:
     std::string m_path;
 };
 
-TEST_F(ControlSocketTest, StateIsOneJsonObjectStreamSwitchesTheInputVideoChangesItNow) {
+TEST_F(ControlSocketTest, JournalFailStateStreamAndVideoCommands) {
     const Handles h = BringUp();
+    const std::string journal = Ask(m_path, "journal");
+    const std::string first = journal.substr(0, journal.find('\n'));
+    EXPECT_TRUE(std::regex_match(first, std::regex(R"(\d+ vout_display_get\(handle=0x[0-9a-f]+.*\) = 0)"))) << first;
+    EXPECT_NE(journal.find("vout_display_set(handle="), std::string::npos);
+
+    EXPECT_EQ(Ask(m_path, "fail av_start_audio 0x8000aaaa 2"), "ok\n");
+    for (int code : {static_cast<int>(0x8000aaaau), static_cast<int>(0x8000aaaau), 0})
+        EXPECT_EQ(av_start_audio(h.av), code);
+    EXPECT_EQ(Ask(m_path, "fail av_start_audio"), "error: usage: fail FUNCTION CODE [COUNT]\n");
+    EXPECT_EQ(Ask(m_path, "fail no_such_call 1"), "error: unknown function 'no_such_call'\n");
+    for (const char* cmd : {"", "bogus", "STATE", "stream"}) {
+        const std::string answer = Ask(m_path, cmd);
+        EXPECT_EQ(answer.rfind("error:", 0), 0u) << cmd << " -> " << answer;
+        EXPECT_EQ(answer.find('\n'), answer.size() - 1) << cmd;
+    }
+
+    EXPECT_EQ(Ask(m_path, "reset-journal"), "ok\n");
+    EXPECT_EQ(Ask(m_path, "journal"), "");
+    ASSERT_EQ(av_stop(h.av), 0);
+    EXPECT_NE(Ask(m_path, "journal").find("av_stop(handle="), std::string::npos);
+
+    // state is one JSON object with the documented keys.
     PlayDefaultService(h.av);
     ASSERT_EQ(aout_set_mute(h.aout, 1, true), 0);
     ASSERT_EQ(system_upgrade("/sdcard/update.zip"), 0);
@@ -60,30 +82,6 @@ TEST_F(ControlSocketTest, StateIsOneJsonObjectStreamSwitchesTheInputVideoChanges
     EXPECT_EQ(Status(h.av).height, 1080u);
     EXPECT_EQ(Ask(m_path, "video pid=0x999 height=576"), "error: no video stream with PID 0x999\n");
     EXPECT_EQ(Ask(m_path, "stream /nonexistent/file"), "error: /nonexistent/file: cannot open\n");
-}
-
-TEST_F(ControlSocketTest, JournalFailResetJournalAndErrorLines) {
-    const Handles h = BringUp();
-    const std::string journal = Ask(m_path, "journal");
-    const std::string first = journal.substr(0, journal.find('\n'));
-    EXPECT_TRUE(std::regex_match(first, std::regex(R"(\d+ vout_display_get\(handle=0x[0-9a-f]+.*\) = 0)"))) << first;
-    EXPECT_NE(journal.find("vout_display_set(handle="), std::string::npos);
-
-    EXPECT_EQ(Ask(m_path, "fail av_start_audio 0x8000aaaa 2"), "ok\n");
-    for (int code : {static_cast<int>(0x8000aaaau), static_cast<int>(0x8000aaaau), 0})
-        EXPECT_EQ(av_start_audio(h.av), code);
-    EXPECT_EQ(Ask(m_path, "fail av_start_audio"), "error: usage: fail FUNCTION CODE [COUNT]\n");
-    EXPECT_EQ(Ask(m_path, "fail no_such_call 1"), "error: unknown function 'no_such_call'\n");
-    for (const char* cmd : {"", "bogus", "STATE", "stream"}) {
-        const std::string answer = Ask(m_path, cmd);
-        EXPECT_EQ(answer.rfind("error:", 0), 0u) << cmd << " -> " << answer;
-        EXPECT_EQ(answer.find('\n'), answer.size() - 1) << cmd;
-    }
-
-    EXPECT_EQ(Ask(m_path, "reset-journal"), "ok\n");
-    EXPECT_EQ(Ask(m_path, "journal"), "");
-    ASSERT_EQ(av_stop(h.av), 0);
-    EXPECT_NE(Ask(m_path, "journal").find("av_stop(handle="), std::string::npos);
 }
 
 // STBSIM_CONTROL and STBSIM_STREAM are read at system_init: the socket starts
