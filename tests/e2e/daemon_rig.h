@@ -21,14 +21,17 @@ namespace e2e {
 
 // Operations the host sends.
 enum : unsigned {
-    kStatusEnable = 4, kSystemUpdate = 6, kVideoCodecType = 242, kAudioCodecType = 243, kPcr = 245, kVideo = 246,
-    kAudio = 247, kServiceName = 249, kServiceNum = 250, kFormatMode = 262, kManualFormat = 266,
+    kStatusEnable = 4, kSystemUpdate = 6, kStatusClear = 8, kAnalogPort = 18, kAnalogLevel = 20, kOverlayType = 155,
+    kOverlayCcType = 156, kOverlayNtscType = 157, kOverlayDtvType = 158, kVideoCodecType = 242, kAudioCodecType = 243,
+    kPcr = 245, kVideo = 246, kAudio = 247, kServiceName = 249, kServiceNum = 250, kLine21Cc = 254,
+    kOutputInterface = 261, kFormatMode = 262, kManualFormat = 266,
 };
 // Operations the host receives.
 enum : unsigned {
-    kReset = 0, kHeartBeat = 1, kSoftwareVersion = 2, kReady = 3, kSelAudioPid = 213, kSelAudioType = 214,
-    kSelVideoPid = 220, kSelVideoType = 221, kSelServiceNum = 225, kSelServiceName = 226, kCurrentOutputFormat = 267,
-    kVideoWidth = 271, kVideoHeight = 272, kVideoScanType = 275,
+    kReset = 0, kHeartBeat = 1, kSoftwareVersion = 2, kReady = 3, kSamplingRate = 75, kSelAudioPid = 213,
+    kSelAudioType = 214, kSelVideoPid = 220, kSelVideoType = 221, kSelServiceNum = 225, kSelServiceName = 226,
+    kCurrentOutputFormat = 267, kVideoWidth = 271, kVideoHeight = 272, kVideoAspect = 273, kVideoFrameRate = 274,
+    kVideoScanType = 275, kVideoProfile = 276, kVideoLevel = 277, kVideoChroma = 280, kVideoBitDepth = 283,
 };
 
 // The output format code of a progressive 16:9 picture at 50 Hz.

@@ -33,12 +33,6 @@ namespace {
 
 using namespace e2e;  // the operations' numbers
 
-// Operations the host sends, besides those of the rig.
-enum : unsigned {
-    kStatusClear = 8, kAnalogPort = 18, kAnalogLevel = 20, kOverlayType = 155, kOverlayCcType = 156,
-    kOverlayNtscType = 157, kOverlayDtvType = 158, kLine21Cc = 254,
-};
-
 const char* const kScenario =
     "service 1 name=\"golden HD\" pcr=0x100\n"
     "video pid=0x100 codec=h264 width=1920 height=1080 scan=tff fps=25 aspect=16:9\n"

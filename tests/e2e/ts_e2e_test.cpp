@@ -17,13 +17,6 @@ using namespace e2e;  // the rig, its support and the operations' numbers
 
 namespace {
 
-// Operations the host receives, besides those of the rig.
-enum : unsigned {
-    kSamplingRate = 75, kVideoAspect = 273, kVideoFrameRate = 274, kVideoProfile = 276, kVideoLevel = 277,
-    kVideoChroma = 280, kVideoBitDepth = 283,
-};
-constexpr unsigned kOutputInterface = 261;  // sent by the host
-
 // "" when the last value the host received of every operation is c's, else
 // one line per difference.
 std::string Mismatches(const e2e::HostLine& host, const tstest::TsCase& c) {

@@ -108,9 +108,7 @@ TEST_F(BoardLifecycleTest, InjectedFaultsFailTheNextCallsWithoutEffect) {
 TEST_F(BoardLifecycleTest, JournalRecordsEveryCallWithArgumentsAndResult) {
     ASSERT_EQ(system_init(0), 0);
     uint32_t word = 0, av = 0;
-    IpInputParams ip{};
-    ip.ip = 0xEF010203;
-    ip.port = 1234;
+    IpInputParams ip{0xEF010203, 1234, {}, 0};
     ASSERT_EQ(av_init(&word, &ip), 0);
     ASSERT_EQ(av_create(&av, Temp(AvCreateAttr{4, 0}), &ip), 0);
     EXPECT_EQ(av_start_video(0x42), stbsim::kErrInvalidHandle);
