@@ -1,8 +1,8 @@
 // The daemon as a process: the real stbavd on the virtual board, its serial
 // line a pty whose master the test holds, playing the host with the project's
 // own protocol code; the board watched and steered through its control socket
-// and its journal. Every test ends with SIGTERM and a clean exit (status 0, no
-// sanitizer report in the daemon's stderr).
+// and its journal. Every test ends with SIGTERM (the start-up test with SIGINT)
+// and a clean exit (status 0, no sanitizer report in the daemon's stderr).
 #include <gtest/gtest.h>
 #include <sched.h>
 #include <signal.h>
