@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "output/uhd_vid_format.h"
 #include "tests/e2e/e2e_support.h"
 #include "tests/e2e/host_line.h"
 #include "tests/support/child_launcher.h"
@@ -20,15 +21,24 @@ namespace e2e {
 
 // Operations the host sends.
 enum : unsigned {
-    kStatusEnable = 4, kSystemUpdate = 6, kVideoCodecType = 242, kAudioCodecType = 243, kPcr = 245, kVideo = 246,
-    kAudio = 247, kServiceName = 249, kServiceNum = 250, kFormatMode = 262, kManualFormat = 266,
+    kStatusEnable = 4, kSystemUpdate = 6, kStatusClear = 8, kAnalogPort = 18, kAnalogLevel = 20, kOverlayType = 155,
+    kOverlayCcType = 156, kOverlayNtscType = 157, kOverlayDtvType = 158, kVideoCodecType = 242, kAudioCodecType = 243,
+    kPcr = 245, kVideo = 246, kAudio = 247, kServiceName = 249, kServiceNum = 250, kLine21Cc = 254,
+    kOutputInterface = 261, kFormatMode = 262, kManualFormat = 266,
 };
 // Operations the host receives.
 enum : unsigned {
-    kReset = 0, kHeartBeat = 1, kSoftwareVersion = 2, kReady = 3, kSelAudioPid = 213, kSelAudioType = 214,
-    kSelVideoPid = 220, kSelVideoType = 221, kSelServiceNum = 225, kSelServiceName = 226, kCurrentOutputFormat = 267,
-    kVideoWidth = 271, kVideoHeight = 272, kVideoScanType = 275,
+    kReset = 0, kHeartBeat = 1, kSoftwareVersion = 2, kReady = 3, kSamplingRate = 75, kSelAudioPid = 213,
+    kSelAudioType = 214, kSelVideoPid = 220, kSelVideoType = 221, kSelServiceNum = 225, kSelServiceName = 226,
+    kCurrentOutputFormat = 267, kVideoWidth = 271, kVideoHeight = 272, kVideoAspect = 273, kVideoFrameRate = 274,
+    kVideoScanType = 275, kVideoProfile = 276, kVideoLevel = 277, kVideoChroma = 280, kVideoBitDepth = 283,
 };
+
+// The output format code of a progressive 16:9 picture at 50 Hz.
+inline uint32_t Progressive50(uint32_t height, uint32_t width) {
+    return UhdVidFormat(height, width, VideoFormatBase::SCAN_TYPE_PROGRESSIVE, VideoFormatBase::ASPECT_RATIO_16X9,
+                        VideoFormatBase::FRAME_RATE_50).GetId();
+}
 
 class DaemonRig {
 public:
@@ -60,9 +70,8 @@ public:
         std::vector<std::string> args = {"-d", m_Host.DeviceName(), "-R", m_Tmp / "root", "-v", "4"};
         args.insert(args.end(), extra.begin(), extra.end());
         std::vector<std::string> env = SanitizerEnvironment();
-        env.push_back("STBSIM_STREAM=" + stream);
-        env.push_back("STBSIM_CONTROL=" + Socket());
-        env.push_back("STBSIM_JOURNAL=" + JournalFile());
+        env.insert(env.end(),
+                   {"STBSIM_STREAM=" + stream, "STBSIM_CONTROL=" + Socket(), "STBSIM_JOURNAL=" + JournalFile()});
         std::string program = STBAVD_PATH;
         if (!m_Wrapper.empty()) {
             // e.g. setpriv, a program of the build machine: it runs the daemon
@@ -134,7 +143,7 @@ protected:
     HostLine m_Host;
     ChildProcess m_Daemon;
 
-private:
+    // The text of a file in the temporary folder ("" when there is none).
     std::string FileText(const std::string& file) const {
         std::string text;
         ReadFile(m_Tmp / file, text);

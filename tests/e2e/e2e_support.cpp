@@ -3,7 +3,6 @@
 
 #include <arpa/inet.h>
 #include <fcntl.h>
-#include <ftw.h>
 #include <netinet/in.h>
 #include <poll.h>
 #include <signal.h>
@@ -14,11 +13,12 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cctype>
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
+#include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <sstream>
 
 #include "tests/support/child_launcher.h"
@@ -41,15 +41,13 @@ TempDir::TempDir() {
 }
 
 TempDir::~TempDir() {
-    if (m_Path.empty()) return;
-    nftw(
-        m_Path.c_str(), [](const char* path, const struct stat*, int, struct FTW*) { return remove(path); }, 16,
-        FTW_DEPTH | FTW_PHYS);
+    std::error_code ec;
+    if (!m_Path.empty()) std::filesystem::remove_all(m_Path, ec);
 }
 
 bool WriteFile(const std::string& path, const std::string& content) {
-    for (size_t pos = path.find('/', 1); pos != std::string::npos; pos = path.find('/', pos + 1))
-        mkdir(path.substr(0, pos).c_str(), 0755);
+    std::error_code ec;
+    std::filesystem::create_directories(std::filesystem::path(path).parent_path(), ec);
     std::ofstream out(path, std::ios::binary);
     out << content;
     return static_cast<bool>(out);
@@ -57,11 +55,8 @@ bool WriteFile(const std::string& path, const std::string& content) {
 
 bool ReadFile(const std::string& path, std::string& content) {
     std::ifstream in(path, std::ios::binary);
-    if (!in) return false;
-    std::ostringstream all;
-    all << in.rdbuf();
-    content = all.str();
-    return true;
+    if (in) content.assign(std::istreambuf_iterator<char>(in), {});
+    return static_cast<bool>(in);
 }
 
 bool FileExists(const std::string& path) {
@@ -122,11 +117,8 @@ std::vector<JournalEntry> ParseJournal(const std::string& text) {
         const size_t blank = rest.find(' ');
         const size_t paren = rest.find('(');
         if (blank == std::string::npos || paren == std::string::npos || paren < blank) continue;
-        JournalEntry e;
-        e.timeUs = std::strtoull(rest.c_str(), nullptr, 10);
-        e.name = rest.substr(blank + 1, paren - blank - 1);
-        e.line = line;
-        entries.push_back(e);
+        entries.push_back({std::strtoull(rest.c_str(), nullptr, 10), rest.substr(blank + 1, paren - blank - 1),
+                           rest.substr(blank + 1)});
     }
     return entries;
 }
@@ -141,9 +133,8 @@ std::vector<std::string> MergeEnvironment(const std::vector<std::string>& env) {
     for (char** e = environ; *e != nullptr; ++e) {
         const std::string entry = *e;
         const std::string name = entry.substr(0, entry.find('='));
-        bool replaced = false;
-        for (const std::string& add : env) replaced = replaced || add.compare(0, name.size() + 1, name + "=") == 0;
-        if (!replaced) merged.push_back(entry);
+        if (std::none_of(env.begin(), env.end(), [&](const std::string& add) { return add.rfind(name + "=", 0) == 0; }))
+            merged.push_back(entry);
     }
     merged.insert(merged.end(), env.begin(), env.end());
     return merged;

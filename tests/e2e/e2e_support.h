@@ -59,19 +59,18 @@ private:
     std::map<std::string, std::string> m_Values;
 };
 
-// The call names of a journal (one call per line, "[stbsim: ]TIME NAME(...) = R"),
-// with their time stamps (µs, CLOCK_MONOTONIC) and whole lines.
+// The calls of a journal (one call per line, "[stbsim: ]TIME NAME(...) = R"):
+// time stamp (µs, CLOCK_MONOTONIC), name, and the line from the name on.
 struct JournalEntry {
     uint64_t timeUs = 0;
     std::string name;
-    std::string line;
+    std::string call;
 };
 std::vector<JournalEntry> ParseJournal(const std::string& text);
 
 // The daemon under test as a child process. stdout and stderr go to files.
 class ChildProcess {
 public:
-    ChildProcess() = default;
     ~ChildProcess();  // SIGKILL and reap when still running
 
     // Starts program with args; env entries ("NAME=VALUE") are added to (or

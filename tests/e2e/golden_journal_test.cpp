@@ -27,18 +27,11 @@
 #include <string>
 #include <vector>
 
-#include "output/uhd_vid_format.h"
 #include "tests/e2e/daemon_rig.h"
 
 namespace {
 
 using namespace e2e;  // the operations' numbers
-
-// Operations the host sends, besides those of the rig.
-enum : unsigned {
-    kStatusClear = 8, kAnalogPort = 18, kAnalogLevel = 20, kOverlayType = 155, kOverlayCcType = 156,
-    kOverlayNtscType = 157, kOverlayDtvType = 158, kLine21Cc = 254,
-};
 
 const char* const kScenario =
     "service 1 name=\"golden HD\" pcr=0x100\n"
@@ -48,8 +41,6 @@ const char* const kScenario =
 const char* const kGoldenHeader =
     "# Platform calls of one daemon session on the virtual board (tests/e2e/golden_journal_test.cpp).\n"
     "# Rewrite after an intended change: STBAV_UPDATE_GOLDEN=1 build/dev/tests/e2e/golden_journal_test\n";
-
-const char* const kEventSection = "event thread";
 
 bool UpdateMode() {
     const char* v = getenv("STBAV_UPDATE_GOLDEN");
@@ -77,8 +68,7 @@ Calls ReadCalls(const std::string& journalFile, const std::string& tmp) {
     Calls calls;
     for (const e2e::JournalEntry& e : e2e::ParseJournal(text)) {
         if (kTimedReads.count(e.name)) continue;
-        std::string rest = e.line.compare(0, 8, "stbsim: ") == 0 ? e.line.substr(8) : e.line;
-        rest = rest.substr(rest.find(' ') + 1);
+        std::string rest = e.call;
         for (size_t at; (at = rest.find(tmp)) != std::string::npos;) rest.replace(at, tmp.size(), "<tmp>");
         std::string line;
         for (std::smatch m; std::regex_search(rest, m, handle); rest = m.suffix().str()) {
@@ -110,8 +100,7 @@ class GoldenJournalTest : public ::testing::Test, protected e2e::DaemonRig {
 protected:
     GoldenJournalTest() : DaemonRig("version=golden-1\n") {
         e2e::WriteFile(m_Tmp / "input.scn", kScenario);
-        std::string golden;
-        if (!UpdateMode() && e2e::ReadFile(GoldenPath(), golden)) m_Golden = ParseGolden(golden);
+        if (!UpdateMode() && e2e::ReadFile(GoldenPath(), m_GoldenText)) m_Golden = ParseGolden(m_GoldenText);
     }
 
     // Runs one step and waits until its calls are in: as many as the golden file
@@ -124,47 +113,36 @@ protected:
             const auto all = ReadCalls(JournalFile(), m_Tmp.Path()).main;
             return std::vector<std::string>(all.begin() + std::min(from, all.size()), all.end());
         };
-        if (UpdateMode()) {
-            uint64_t quietSince = e2e::MonotonicUs();
-            const uint64_t start = quietSince;
-            while (e2e::MonotonicUs() - quietSince < 3500000 && e2e::MonotonicUs() - start < 20000000) {
-                m_Host.Drain(50);
-                const auto now = since();
-                if (now.size() != got.size()) quietSince = e2e::MonotonicUs();
-                got = now;
-            }
-        } else {
-            const auto& want = m_Golden[name];
-            const uint64_t start = e2e::MonotonicUs();
-            do {
-                m_Host.Drain(20);
-                got = since();
-            } while (got.size() < want.size() && e2e::MonotonicUs() - start < 10000000);
-        }
+        const size_t want = m_Golden[name].size();
+        const uint64_t start = e2e::MonotonicUs();
+        uint64_t quietSince = start;
+        do {
+            m_Host.Drain(20);
+            const auto now = since();
+            if (now.size() != got.size()) quietSince = e2e::MonotonicUs();
+            got = now;
+        } while (UpdateMode() ? e2e::MonotonicUs() - quietSince < 3500000 && e2e::MonotonicUs() - start < 20000000
+                              : got.size() < want && e2e::MonotonicUs() - start < 10000000);
         m_Sections.push_back({name, got});
     }
 
-    std::string Text(const std::vector<std::string>& events) const {
+    std::string Text() const {
         std::string out = kGoldenHeader;
-        for (const auto& s : m_Sections) {
-            out += "== " + s.first + "\n";
-            for (const auto& l : s.second) out += l + "\n";
+        for (const auto& [name, lines] : m_Sections) {
+            out += "== " + name + "\n";
+            for (const auto& l : lines) out += l + "\n";
         }
-        out += std::string("== ") + kEventSection + "\n";
-        for (const auto& l : events) out += l + "\n";
         return out;
     }
 
+    std::string m_GoldenText;  // the golden file ("" when rewriting it)
     std::map<std::string, std::vector<std::string>> m_Golden;
     std::vector<std::pair<std::string, std::vector<std::string>>> m_Sections;
 };
 
 TEST_F(GoldenJournalTest, DaemonSessionMatchesTheGoldenJournal) {
-    std::string golden;
-    ASSERT_TRUE(UpdateMode() || e2e::ReadFile(GoldenPath(), golden))
+    ASSERT_TRUE(UpdateMode() || !m_GoldenText.empty())
         << GoldenPath() << " is missing; write it with STBAV_UPDATE_GOLDEN=1";
-    const uint32_t k1080p50 = UhdVidFormat(1080, 1920, VideoFormatBase::SCAN_TYPE_PROGRESSIVE,
-                                           VideoFormatBase::ASPECT_RATIO_16X9, VideoFormatBase::FRAME_RATE_50).GetId();
 
     Step("bring-up and status on", [&] {
         LaunchReady(m_Tmp / "input.scn");
@@ -175,7 +153,7 @@ TEST_F(GoldenJournalTest, DaemonSessionMatchesTheGoldenJournal) {
         SendService(0x100, 0x100, 0x101, 2, 2, 1, "golden HD");
         m_Host.SendApply();
     });
-    Step("manual output format 1080p50", [&] { SendManualFormat(k1080p50); });
+    Step("manual output format 1080p50", [&] { SendManualFormat(Progressive50(1080, 1920)); });
     // A step of one-byte values, then the apply trigger.
     const auto values = [&](const std::string& name, const std::vector<std::pair<unsigned, int>>& ops) {
         Step(name, [&] {
@@ -195,13 +173,14 @@ TEST_F(GoldenJournalTest, DaemonSessionMatchesTheGoldenJournal) {
     values("status clear", {{kStatusClear, 1}});
     values("upgrade request", {{kSystemUpdate, 1}});
     Step("tear-down", [&] { StopCleanly(); });
-    const std::string now = Text(ReadCalls(JournalFile(), m_Tmp.Path()).events);
+    m_Sections.push_back({"event thread", ReadCalls(JournalFile(), m_Tmp.Path()).events});
+    const std::string now = Text();
     if (UpdateMode()) {
         std::ofstream(GoldenPath()) << now;
         std::cout << "rewrote " << GoldenPath() << "\n";
         return;
     }
-    EXPECT_EQ(golden, now) << "the platform calls differ from " << GoldenPath();
+    EXPECT_EQ(m_GoldenText, now) << "the platform calls differ from " << GoldenPath();
 }
 
 }  // namespace

@@ -31,18 +31,17 @@ HostLine::HostLine() {
         return;
     }
     m_SlaveName = name;
-    termios tio;
-    tcgetattr(m_Slave, &tio);
-    cfmakeraw(&tio);
-    tcsetattr(m_Slave, TCSANOW, &tio);
-    tcgetattr(m_Master, &tio);
-    cfmakeraw(&tio);
-    tcsetattr(m_Master, TCSANOW, &tio);
+    for (int fd : {m_Slave, m_Master}) {
+        termios tio;
+        tcgetattr(fd, &tio);
+        cfmakeraw(&tio);
+        tcsetattr(fd, TCSANOW, &tio);
+    }
 }
 
 HostLine::~HostLine() {
-    if (m_Master >= 0) close(m_Master);
-    if (m_Slave >= 0) close(m_Slave);
+    for (int fd : {m_Master, m_Slave})
+        if (fd >= 0) close(fd);
 }
 
 uint64_t HostLine::Send(SsOp& op) {
@@ -115,9 +114,7 @@ void HostLine::Drain(int timeoutMs) {
 }
 
 size_t HostLine::Count(unsigned opId) const {
-    size_t n = 0;
-    for (const HostOp& op : m_Received) n += op.opId == opId;
-    return n;
+    return std::count_if(m_Received.begin(), m_Received.end(), [&](const HostOp& op) { return op.opId == opId; });
 }
 
 const HostOp* HostLine::Last(unsigned opId) const {
@@ -143,13 +140,7 @@ void HostLine::Pump(int timeoutMs) {
         if (!m_Decoder.Push(buf[i], frame)) continue;
         SsOp op;
         if (op.DeserializeOp(frame) == 0) continue;
-        HostOp h;
-        h.opId = op.GetOpId();
-        h.opType = static_cast<int>(op.GetOpType());
-        h.index = op.GetIndexList();
-        h.data = op.GetRawData();
-        h.monoUs = now;
-        m_Received.push_back(h);
+        m_Received.push_back({op.GetOpId(), op.GetRawData(), now});
     }
 }
 

@@ -104,8 +104,7 @@ video pid=0x500 width=1280 height=720 scan=progressive fps=59.94
     EXPECT_EQ(info.service[1].program_number, 2);
     EXPECT_STREQ(info.service[1].name, "UHD");
     // Service entries are 66 bytes apart from +1556.
-    const unsigned char* raw = reinterpret_cast<const unsigned char*>(&info);
-    EXPECT_EQ(std::string(reinterpret_cast<const char*>(raw + 1556 + 4 * 66 + 2)), "Sport");
+    EXPECT_EQ(std::string(reinterpret_cast<const char*>(&info) + 1556 + 4 * 66 + 2), "Sport");
 
     // Frame-rate parts of the status record, per service.
     const struct {
@@ -151,39 +150,36 @@ struct EventLog {
     std::vector<std::thread::id> threads;
     uint32_t window = 0;
 };
-EventLog* g_log = nullptr;
+EventLog g_log;
 
 int RecordEvent(uint32_t, _AV_EVENT_E event, const void* data) {
     if (event != AV_EVENT_VIDEO_FORMAT_CHANGED) return 0;
     // Like the daemon: reopen the window from inside the callback.
-    vout_window_open(g_log->window);
-    std::lock_guard<std::mutex> lock(g_log->mutex);
-    g_log->events.push_back(*static_cast<const AvVideoFormatEvent*>(data));
-    g_log->threads.push_back(std::this_thread::get_id());
+    vout_window_open(g_log.window);
+    std::lock_guard<std::mutex> lock(g_log.mutex);
+    g_log.events.push_back(*static_cast<const AvVideoFormatEvent*>(data));
+    g_log.threads.push_back(std::this_thread::get_id());
     return 0;
 }
 
-// Plays the default service with RecordEvent registered for the format change.
+// Plays the default service with RecordEvent registered for the format change
+// (the board of an earlier test, and its event thread, are gone).
 class BoardEventTest : public SimTest {
 protected:
-    void TearDown() override {
-        SimTest::TearDown();
-        g_log = nullptr;
-    }
     Handles PlayWithEvents() {
-        g_log = &log;
         const Handles h = BringUp();
-        log.window = h.window;
+        g_log.events.clear();
+        g_log.threads.clear();
+        g_log.window = h.window;
         AvEventConfig cfg{AV_EVENT_VIDEO_FORMAT_CHANGED, &RecordEvent, 1};
         EXPECT_EQ(av_set_event_config(h.av, &cfg, 2), 0);
         PlayDefaultService(h.av);
         return h;
     }
     size_t EventCount() {
-        std::lock_guard<std::mutex> lock(log.mutex);
-        return log.events.size();
+        std::lock_guard<std::mutex> lock(g_log.mutex);
+        return g_log.events.size();
     }
-    EventLog log;
 };
 
 TEST_F(BoardEventTest, FormatChangesReachTheCallbackOnTheBoardsThread) {
@@ -193,15 +189,15 @@ TEST_F(BoardEventTest, FormatChangesReachTheCallbackOnTheBoardsThread) {
     ASSERT_TRUE(stbsim::ChangeVideo("width=720 height=576 aspect=4:3 chroma=4:2:2", &error)) << error;
     ASSERT_TRUE(WaitUntil([&] { return EventCount() >= 2; }));
 
-    std::lock_guard<std::mutex> lock(log.mutex);
+    std::lock_guard<std::mutex> lock(g_log.mutex);
     const auto fields = [](const AvVideoFormatEvent& e) {
         return std::make_tuple(e.source_height, e.aspect_first, e.aspect_second, e.chroma_format);
     };
-    EXPECT_EQ(fields(log.events[0]), std::make_tuple(1080u, 16u, 9u, 1u));
-    EXPECT_EQ(fields(log.events[1]), std::make_tuple(576u, 4u, 3u, 0u));
-    const uint32_t* words = reinterpret_cast<const uint32_t*>(&log.events[1]);
+    EXPECT_EQ(fields(g_log.events[0]), std::make_tuple(1080u, 16u, 9u, 1u));
+    EXPECT_EQ(fields(g_log.events[1]), std::make_tuple(576u, 4u, 3u, 0u));
+    const uint32_t* words = reinterpret_cast<const uint32_t*>(&g_log.events[1]);
     EXPECT_EQ(std::make_pair(words[15], words[20]), std::make_pair(576u, 4u));
-    for (const auto& id : log.threads) EXPECT_NE(id, std::this_thread::get_id());
+    for (const auto& id : g_log.threads) EXPECT_NE(id, std::this_thread::get_id());
     EXPECT_GE(stbsim::State().display.windowOpenCount, 3u);  // bring-up and two callbacks
 }
 

@@ -44,16 +44,13 @@ protected:
         EXPECT_EQ(vout_display_get(h.vout, &attr, nullptr), 0);
         attr.format = 11;
         attr.rate = 64;
-        EXPECT_EQ(vout_display_set(h.vout, &attr, nullptr), 0);
-        EXPECT_EQ(vout_window_open(h.window), 0);
-        EXPECT_EQ(aout_track_create(h.aout, &h.track, 0), 0);
-        EXPECT_EQ(aout_track_attach_input(h.track, 0, h.av), 0);
         CcAttr cc;
-        EXPECT_EQ(cc_init(Temp(CcInitParam{2})), 0);
-        EXPECT_EQ(cc_creat(Temp(CcCreateParam{1})), 0);
-        EXPECT_EQ(cc_set_window(0, 0, 1280, 720), 0);
-        EXPECT_EQ(cc_start(), 0);
-        EXPECT_EQ(cc_getAttr(&cc), 0);
+        // A braced list runs its calls in order.
+        for (int code : {vout_display_set(h.vout, &attr, nullptr), vout_window_open(h.window),
+                         aout_track_create(h.aout, &h.track, 0), aout_track_attach_input(h.track, 0, h.av),
+                         cc_init(Temp(CcInitParam{2})), cc_creat(Temp(CcCreateParam{1})),
+                         cc_set_window(0, 0, 1280, 720), cc_start(), cc_getAttr(&cc)})
+            EXPECT_EQ(code, 0);
         cc.source = 1;
         cc.digital_mode = 3;
         cc.data_type = 1;

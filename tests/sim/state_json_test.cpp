@@ -30,8 +30,7 @@ TEST_F(SimTest, StateIsValidUtf8JsonForAnyServiceName) {
              "service 2 name=\"Caf\xe9 latin\" pcr=0x200\n"
              "video pid=0x200\n");
     const Handles h = BringUp();
-    _AV_SETTING_S s;
-    memset(&s, 0, sizeof s);
+    _AV_SETTING_S s{};
     memcpy(s.service_name, "Gr\xfc\xdf \x01", 6);
     ASSERT_EQ(av_set_config(h.av, &s), 0);
 

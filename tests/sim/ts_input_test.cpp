@@ -2,9 +2,7 @@
 // loaded into the board, and the daemon's own adapters (demux, stream probe,
 // video and audio decoders) read back what the host would be sent. Also the
 // records of the C API, input switching and the failures of a bad file.
-#include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <string>
 #include <tuple>
 
@@ -16,30 +14,19 @@
 #include "platform/stb_video_decoder.h"
 #include "tests/e2e/e2e_support.h"
 #include "tests/sim/sim_fixture.h"
-#include "tests/sim/ts_streams.h"
+#include "tests/sim/ts_cases.h"
 
 namespace {
 
 using stbav_test::BoardHandles;
 using simtest::WaitUntil;
+using namespace tstest;  // the streams and what the daemon makes of them
 
 class TsInputTest : public simtest::SimTest {
 protected:
     void SetUp() override {
         SimTest::SetUp();
-        if (!tstest::HaveFfmpeg())
-            GTEST_SKIP() << "the ffmpeg command-line tool is not installed; these tests make their MPEG-TS files "
-                            "with it (make deps installs it)";
-    }
-
-    // The stream's file, made by ffmpeg the first time any test of this build asks.
-    static std::string File(const tstest::TsStream& s) {
-        std::string why;
-        double seconds = 0;
-        const std::string path = tstest::MakeTsFile(s, STBAV_TS_STREAM_DIR, &why, &seconds);
-        EXPECT_FALSE(path.empty()) << why;
-        if (seconds > 0) printf("[ ffmpeg   ] %s made in %.2f s\n", s.name, seconds);
-        return path;
+        if (!HaveFfmpeg()) GTEST_SKIP() << kNoFfmpeg;
     }
 
     static _AV_SETTING_S FirstProgramme() {
@@ -51,55 +38,12 @@ protected:
     const e2e::TempDir m_Dir;
 };
 
-// What the host is sent for each stream, as the daemon's mappings define it.
-// Where a mapping cannot give the truth (sim/README.md), the expected value is
-// the mapped one and the comment says what the stream really carries.
-struct Case {
-    const tstest::TsStream* stream;
-    const char* serviceName;
-    // av_search_progInfo: service id, video PID (also the PCR), audio PID, video and audio codec codes.
-    std::tuple<uint16_t, uint16_t, uint16_t, uint32_t, uint32_t> programme;
-    VideoType_e videoType;
-    AudioType_e audioType;
-    std::tuple<uint32_t, uint32_t, VideoScanType_e, VideoFrameRate_e, VideoAspectRatio_e> format;
-    std::tuple<VideoProfile_e, VideoLevel_e, VideoChromaFormat_e, ChromaBitDepth_e> coding;
-    std::tuple<uint32_t, AudioTypeStatus_e, AudioChannelCoding_e> audio;  // sampling rate, codec, coding mode
-};
-
-const Case kCases[] = {
-    // MPEG-1 Layer II: the status record has one MPEG code, read as MPEG-2.
-    {&tstest::kMpeg2Sd, "SD MPEG-2", {101, 0x101, 0x102, 0, 0}, VIDEO_TYPE_MPEG2, AUDIO_TYPE_MPEG1,
-     {720, 576, VIDEO_SCAN_TYPE_INTERLACED, VIDEO_FRAME_RATE_25, VIDEO_ASPECT_RATIO_4X3},
-     {VIDEO_PROFILE_MPEG2_MAIN, VIDEO_LEVEL_MPEG2_MAIN, VIDEO_CHROMA_FORMAT_420, CHROMA_BIT_DEPTH_8},
-     {48000, AUDIO_TYPE_STATUS_MPEG2, AUDIO_CHANNEL_CODING_STEREO}},
-    {&tstest::kH264Interlaced, "HD H.264", {202, 0x201, 0x202, 5, 4}, VIDEO_TYPE_H264, AUDIO_TYPE_AC3,
-     {1920, 1080, VIDEO_SCAN_TYPE_INTERLACED, VIDEO_FRAME_RATE_25, VIDEO_ASPECT_RATIO_16X9},
-     {VIDEO_PROFILE_H264_HIGH, VIDEO_LEVEL_4, VIDEO_CHROMA_FORMAT_420, CHROMA_BIT_DEPTH_8},
-     {48000, AUDIO_TYPE_STATUS_AC3, AUDIO_CHANNEL_CODING_3_2}},
-    // ADTS AAC: the status record's only AAC code reads as LATM.
-    {&tstest::kH264Progressive, "HD 720p", {303, 0x301, 0x302, 5, 2}, VIDEO_TYPE_H264, AUDIO_TYPE_AAC_ADTS,
-     {1280, 720, VIDEO_SCAN_TYPE_PROGRESSIVE, VIDEO_FRAME_RATE_59_94, VIDEO_ASPECT_RATIO_16X9},
-     {VIDEO_PROFILE_H264_HIGH, VIDEO_LEVEL_3_2, VIDEO_CHROMA_FORMAT_420, CHROMA_BIT_DEPTH_8},
-     {44100, AUDIO_TYPE_STATUS_AAC_LATM, AUDIO_CHANNEL_CODING_STEREO}},
-    // E-AC-3: no status code maps to E-AC-3.
-    {&tstest::kHevcUhd, "UHD HEVC", {404, 0x401, 0x402, 38, 5}, VIDEO_TYPE_HEVC, AUDIO_TYPE_EAC3,
-     {3840, 2160, VIDEO_SCAN_TYPE_PROGRESSIVE, VIDEO_FRAME_RATE_50, VIDEO_ASPECT_RATIO_16X9},
-     {VIDEO_PROFILE_HEVC_MAIN10, VIDEO_LEVEL_5_1, VIDEO_CHROMA_FORMAT_420, CHROMA_BIT_DEPTH_10},
-     {48000, AUDIO_TYPE_STATUS_9, AUDIO_CHANNEL_CODING_3_2}},
-    {&tstest::kTwoProgrammes, "Studio 422", {0x501, 0x511, 0x512, 0, 1}, VIDEO_TYPE_MPEG2, AUDIO_TYPE_MPEG2,
-     {720, 576, VIDEO_SCAN_TYPE_INTERLACED, VIDEO_FRAME_RATE_25, VIDEO_ASPECT_RATIO_4X3},
-     {VIDEO_PROFILE_MPEG2_422, VIDEO_LEVEL_MPEG2_MAIN, VIDEO_CHROMA_FORMAT_422, CHROMA_BIT_DEPTH_8},
-     {24000, AUDIO_TYPE_STATUS_MPEG2, AUDIO_CHANNEL_CODING_MONO}},
-};
-
-TEST_F(TsInputTest, TheDaemonReadsEachStreamsAttributes) {
+TEST_F(TsInputTest, TheDaemonReadsEachStreamsAttributesAndEveryProgrammeIsListed) {
     const BoardHandles h = BringUpByHand();
-    for (const Case& c : kCases) {
+    for (const TsCase& c : {kSdCase, kHd1080iCase, kHd720pCase, kUhdCase, kStudioCase}) {
         SCOPED_TRACE(c.stream->name);
-        const std::string path = File(*c.stream);
-        ASSERT_FALSE(path.empty());
         std::string error;
-        ASSERT_TRUE(stbsim::SetInputFile(path, &error)) << error;
+        ASSERT_TRUE(stbsim::SetInputFile(TsFile(*c.stream), &error)) << error;
 
         // The host learns the first programme, then selects it as it would.
         const _AV_SETTING_S found = FirstProgramme();
@@ -111,12 +55,11 @@ TEST_F(TsInputTest, TheDaemonReadsEachStreamsAttributes) {
 
         StbDemux demux;
         demux.BondAvHandle(h.av);
-        ASSERT_TRUE(demux.SetServiceVideoCodecType(c.videoType));
-        ASSERT_TRUE(demux.SetServiceAudioCodecType(c.audioType));
-        ASSERT_TRUE(demux.SetPid(found.video_pid, ES_TYPE_VIDEO));
-        ASSERT_TRUE(demux.SetPid(found.audio_pid, ES_TYPE_AUDIO));
-        ASSERT_TRUE(demux.SetPid(found.pcr_pid, ES_TYPE_PCR));
-        ASSERT_TRUE(demux.SetServiceId(found.service_id));
+        // A braced list runs its calls in order.
+        for (bool ok : {demux.SetServiceVideoCodecType(c.videoType), demux.SetServiceAudioCodecType(c.audioType),
+                        demux.SetPid(found.video_pid, ES_TYPE_VIDEO), demux.SetPid(found.audio_pid, ES_TYPE_AUDIO),
+                        demux.SetPid(found.pcr_pid, ES_TYPE_PCR), demux.SetServiceId(found.service_id)})
+            ASSERT_TRUE(ok);
 
         FfAvProbe probe;
         probe.BondAvHandle(h.av);
@@ -143,13 +86,8 @@ TEST_F(TsInputTest, TheDaemonReadsEachStreamsAttributes) {
         EXPECT_EQ(video.GetServiceName(demux.GetServiceId()), c.serviceName);
         EXPECT_TRUE(WaitUntil([&] { return video.GetFrameCount() > 1 && audio.GetFrameCount() > 1; }));
     }
-}
 
-TEST_F(TsInputTest, EveryProgrammeIsListedInTheStreamInformation) {
-    const std::string path = File(tstest::kTwoProgrammes);
-    ASSERT_FALSE(path.empty());
-    ASSERT_TRUE(stbsim::SetInputFile(path));
-    const BoardHandles h = BringUpByHand();
+    // The last file has two programmes, and the stream information lists both.
     AvStreamInfo info{};
     ASSERT_EQ(av_get_stream_info(h.av, &info), 0);
     ASSERT_EQ(std::make_tuple(info.service_count, info.video_count, info.audio_count), std::make_tuple(2u, 2u, 2u));
@@ -173,17 +111,27 @@ TEST_F(TsInputTest, EveryProgrammeIsListedInTheStreamInformation) {
               std::make_tuple(0x522u, 0u, 32000u, 1u, 0u, 64000u));
 }
 
-TEST_F(TsInputTest, SwitchingTheInputFileChangesWhatIsDecoded) {
-    const std::string first = File(tstest::kH264Interlaced);
-    const std::string second = File(tstest::kH264Progressive);
-    ASSERT_FALSE(first.empty() || second.empty());
+// STBSIM_STREAM is probed at system_init, and the stream command probes its
+// file and switches what is decoded; a file that cannot be probed fails either
+// and leaves the input as it was.
+TEST_F(TsInputTest, FilesAreProbedAtSystemInitAndTheStreamCommandSwitchesWhatIsDecoded) {
+    const std::string sd = TsFile(kMpeg2Sd), first = TsFile(kH264Interlaced), second = TsFile(kH264Progressive);
+    // Null packets only: sync bytes, but no programme association table.
+    std::string nullPackets;
+    for (int i = 0; i < 20; ++i) nullPackets += "\x47\x1f\xff\x10" + std::string(184, '\xff');
+    const std::string nulls = m_Dir / "null-packets.ts";
+    ASSERT_TRUE(e2e::WriteFile(nulls, nullPackets));
+    const std::string missing = std::string(STBAV_TS_STREAM_DIR) + "/no-such-file.ts";
+    setenv("STBSIM_STREAM", sd.c_str(), 1);
     const BoardHandles h = BringUpByHand();
+    unsetenv("STBSIM_STREAM");
+    EXPECT_EQ(FirstProgramme().service_id, 101);
+
     ASSERT_EQ(stbsim::Command("stream " + first), "ok\n");
     Play(h.av, 0x201, 5, 0x202, 4, 0x201);
     AvStatusInfo st = Status(h.av);
     EXPECT_EQ(std::make_tuple(st.width, st.height, st.frame_rate_int, st.frame_rate_dec, st.video_pid),
               std::make_tuple(1920u, 1080u, 25, 0, 0x201));
-
     ASSERT_EQ(stbsim::Command("stream " + second), "ok\n");
     st = Status(h.av);
     // The old PIDs are gone from the input.
@@ -196,24 +144,7 @@ TEST_F(TsInputTest, SwitchingTheInputFileChangesWhatIsDecoded) {
     EXPECT_GE(st.audio_pts, 100u * 90000);
     EXPECT_LT(st.audio_pts, 200u * 90000);
     EXPECT_TRUE(WaitUntil([&] { return Status(h.av).video_frame_count > 2; }));
-}
 
-// STBSIM_STREAM is probed at system_init, and the stream command probes its
-// file; a file that cannot be probed fails either and leaves the input as it was.
-TEST_F(TsInputTest, FilesAreProbedAtSystemInitAndByTheStreamCommand) {
-    const std::string good = File(tstest::kMpeg2Sd), later = File(tstest::kH264Progressive);
-    ASSERT_FALSE(good.empty() || later.empty());
-    // Null packets only: sync bytes, but no programme association table.
-    std::string nullPackets;
-    for (int i = 0; i < 20; ++i) nullPackets += "\x47\x1f\xff\x10" + std::string(184, '\xff');
-    const std::string nulls = m_Dir / "null-packets.ts";
-    ASSERT_TRUE(e2e::WriteFile(nulls, nullPackets));
-    const std::string missing = std::string(STBAV_TS_STREAM_DIR) + "/no-such-file.ts";
-    setenv("STBSIM_STREAM", good.c_str(), 1);
-    const BoardHandles h = BringUpByHand();
-    unsetenv("STBSIM_STREAM");
-    EXPECT_EQ(FirstProgramme().service_id, 101);
-    ASSERT_EQ(stbsim::Command("stream " + later), "ok\n");
     const struct {
         std::string path;
         std::string reply;
