@@ -1,7 +1,7 @@
 // FakeAudioDecoder: recording double of IAudioDecoder, IDecoderEventSource and
-// IDecoderControl. Reports the values held in its state; SetCodec stores the
-// codec it was given (GetCodec reports `reportedCodec`, which the test sets, as
-// the real decoder reports what the stream carries). Any thread.
+// IDecoderControl. Reports the values held in its state (GetCodec reports
+// `reportedCodec`, which the test sets, as the real decoder reports what the
+// stream carries); SetCodec is only recorded. Any thread.
 #pragma once
 
 #include <string>
@@ -15,7 +15,6 @@
 namespace stbav_test {
 
 struct FakeAudioDecoderState {
-    AudioType_e codec = AUDIO_TYPE_NONE;  // last SetCodec
     AudioTypeStatus_e reportedCodec = AUDIO_TYPE_STATUS_NONE;
     AudioChannelCoding_e codingMode = AUDIO_CHANNEL_CODING_UNKNOWN;
     uint32_t bitRate = 0;
@@ -36,10 +35,7 @@ public:
 
     explicit FakeAudioDecoder(CallLog& log, std::string name = "IAudioDecoder") : FakeBase(log, std::move(name)) {}
 
-    // Fails when the codec is the one already set.
-    bool SetCodec(AudioType_e codec) override {
-        return Apply([&](State& s) { return std::exchange(s.codec, codec) != codec; }, "SetCodec", codec);
-    }
+    bool SetCodec(AudioType_e codec) override { return Call("SetCodec", codec); }
     AudioTypeStatus_e GetCodec() override { return Report("GetCodec", &State::reportedCodec); }
     AudioChannelCoding_e GetCodingMode() override { return Report("GetCodingMode", &State::codingMode); }
     uint32_t GetBitRate() override { return Report("GetBitRate", &State::bitRate); }

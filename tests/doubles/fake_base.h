@@ -77,10 +77,10 @@ protected:
         Apply([&](State& s) { return (out = read(s), true); }, op, args...);
         return out;
     }
-    // A getter of one field, answering onFailure when op is told to fail.
+    // A getter of one field, answering zero (none, unknown) when op is told to fail.
     template <typename T, typename Part>
-    T Report(const char* op, T Part::*field, T onFailure = T{}) {
-        T out = onFailure;
+    T Report(const char* op, T Part::*field) {
+        T out{};
         Apply([&](State& s) { return (out = s.*field, true); }, op);
         return out;
     }
