@@ -23,17 +23,12 @@
 
 using stbav_test::FakeClock;
 using stbav_test::LogCapture;
+using stbav_test::OpIds;
 using stbav_test::WaitUntil;
 using Ids = std::vector<unsigned int>;
 using Calls = std::vector<std::string>;
 
 namespace {
-
-Ids OpIds(const std::vector<e2e::HostOp>& ops) {
-    Ids ids;
-    for (const e2e::HostOp& op : ops) ids.push_back(op.opId);
-    return ids;
-}
 
 // Threads of ours still alive ("UART Rx", "UART Px", "poller").
 size_t ThreadCount() {

@@ -13,7 +13,7 @@ using stbav_test::FakeAudioDecoder;
 using stbav_test::FakeAudioDecoderState;
 using stbav_test::LogCapture;
 using stbav_test::OpIds;
-using stbav_test::SentOp;
+using e2e::HostOp;
 using stbav_test::StatusFixture;
 using Ids = std::vector<unsigned int>;
 
@@ -85,7 +85,7 @@ TEST_F(AudioStatusTest, ForcedPollSendsAllTenPerDecoderZeroForAnAbnormalPidAndCl
         for (size_t i = 0; i < sent.size(); ++i) {
             SCOPED_TRACE("pid " + std::to_string(pid) + " op " + std::to_string(i));
             EXPECT_EQ(sent[i].opId, kTenItems[i % 10]);
-            EXPECT_EQ(sent[i].Index(), i / 10);
+            EXPECT_EQ(sent[i].index, std::vector<unsigned char>(1, i / 10));
             EXPECT_EQ(sent[i].Value(), i < 10 && pid == 0x101 ? normal[i] : 0u);
         }
     }
@@ -97,5 +97,5 @@ TEST_F(AudioStatusTest, ForcedPollSendsAllTenPerDecoderZeroForAnAbnormalPidAndCl
     Ids expected = kTenItems;
     expected.erase(expected.begin() + 8);  // decoding: always 0
     EXPECT_EQ(OpIds(sent), expected);
-    for (const SentOp& op : sent) EXPECT_EQ(op.Index(), 0u);
+    for (const HostOp& op : sent) EXPECT_EQ(op.index, std::vector<unsigned char>{0});
 }

@@ -1,6 +1,7 @@
 // Helpers shared by the status and control tests: an adapter that records the
-// operations it is asked to send (its port does not exist), a clock the test
-// moves by hand, and (from tests/support) the capture of log4cpp lines.
+// operations it is asked to send (its port does not exist) as the host would
+// receive them, a clock the test moves by hand, and (from tests/support) the
+// capture of log4cpp lines.
 #pragma once
 
 #include <atomic>
@@ -10,31 +11,17 @@
 #include <vector>
 
 #include "protocol/ss_op.h"
+#include "tests/e2e/host_line.h"
 #include "tests/support/log_capture.h"
 #include "toolkit/kt_schedule.h"
 #include "transport/uart_adapter.h"
 
 namespace stbav_test {
 
-// One operation as it would have gone on the line.
-struct SentOp {
-    unsigned int opId = 0;
-    std::vector<unsigned char> index;
-    std::vector<unsigned char> data;
-
-    // The value bytes folded most significant first (sign-less).
-    uint64_t Value() const {
-        uint64_t v = 0;
-        for (unsigned char b : data) v = (v << 8) | b;
-        return v;
-    }
-    std::string Text() const { return std::string(data.begin(), data.end()); }
-    unsigned int Index() const { return index.empty() ? 0u : index.back(); }
-};
-
-inline std::vector<unsigned int> OpIds(const std::vector<SentOp>& ops) {
+// The opIds of operations in the order they went.
+inline std::vector<unsigned int> OpIds(const std::vector<e2e::HostOp>& ops) {
     std::vector<unsigned int> ids;
-    for (const SentOp& op : ops) ids.push_back(op.opId);
+    for (const e2e::HostOp& op : ops) ids.push_back(op.opId);
     return ids;
 }
 
@@ -42,15 +29,20 @@ class RecordingAdapter : public CUartAdapter {
 public:
     RecordingAdapter() : CUartAdapter(std::string("/dev/stbav-status-test-none")) {}
 
+    // Keeps the operation read back from the image the line would carry.
     bool SendOperation(SsOp& op) override {
+        std::vector<unsigned char> image;
+        op.GetSerializedOp(image);
+        SsOp sent;
+        sent.DeserializeOp(image);
         std::lock_guard<std::mutex> lock(m_Mutex);
-        m_Sent.push_back({op.GetOpId(), op.GetIndexList(), op.GetRawData()});
+        m_Sent.push_back({sent.GetOpId(), static_cast<int>(sent.GetOpType()), sent.GetIndexList(), sent.GetRawData()});
         return m_Result;
     }
     // The operations sent so far, and forgets them.
-    std::vector<SentOp> Take() {
+    std::vector<e2e::HostOp> Take() {
         std::lock_guard<std::mutex> lock(m_Mutex);
-        std::vector<SentOp> out;
+        std::vector<e2e::HostOp> out;
         out.swap(m_Sent);
         return out;
     }
@@ -61,7 +53,7 @@ public:
 
 private:
     mutable std::mutex m_Mutex;
-    std::vector<SentOp> m_Sent;  // guarded by m_Mutex
+    std::vector<e2e::HostOp> m_Sent;  // guarded by m_Mutex
     bool m_Result = true;        // guarded by m_Mutex
 };
 

@@ -13,7 +13,7 @@
 
 using stbav_test::LogCapture;
 using stbav_test::OpIds;
-using stbav_test::SentOp;
+using e2e::HostOp;
 using stbav_test::StatusFixture;
 using Ids = std::vector<unsigned int>;
 
@@ -23,9 +23,9 @@ namespace {
 const Ids kAllItems = {220, 225, 221, 229, 270, 271, 272, 273, 274, 275, 276,
                        277, 278, 280, 281, 283, 267, 282, 269, 279};
 
-std::map<unsigned int, uint64_t> ValuesById(const std::vector<SentOp>& ops) {
+std::map<unsigned int, uint64_t> ValuesById(const std::vector<HostOp>& ops) {
     std::map<unsigned int, uint64_t> v;
-    for (const SentOp& op : ops) v[op.opId] = op.Value();
+    for (const HostOp& op : ops) v[op.opId] = op.Value();
     return v;
 }
 
@@ -88,7 +88,7 @@ TEST_F(VideoStatusTest, AbnormalPidKeepsOnlyServiceIdentityAndOutputFormat) {
         ASSERT_FALSE(sent.empty());
         EXPECT_EQ(sent[0].opId, 226u) << "the name goes even when empty";
         EXPECT_EQ(sent[0].Text(), c.name);
-        for (const SentOp& op : sent) {
+        for (const HostOp& op : sent) {
             if (op.opId == 226) continue;
             const uint64_t kept = op.opId == 225 ? 7u : op.opId == 267 ? k1080p50 : 0u;  // service number, format
             EXPECT_EQ(op.Value(), kept) << "opId " << op.opId << " pid " << c.pid;
@@ -150,7 +150,7 @@ TEST_F(VideoStatusTest, ForcedPollSendsEveryItemInOrderAndClearResendsEveryNonDe
     video.Process(false);
     auto resent = adapter.Take();
     Ids nonDefault;
-    for (const SentOp& op : forced)
+    for (const HostOp& op : forced)
         if (op.opId == 226 || op.Value() != 0) nonDefault.push_back(op.opId);
     EXPECT_EQ(OpIds(resent), nonDefault);
 }
