@@ -85,21 +85,6 @@ protected:
         host.SendU8(opId, value);
         host.SendApply();
     }
-    // A stream the status processors can report: one audio service and 1080p50
-    // video, with the output already at the format the automatic mode picks.
-    void ConfigureStream() {
-        d.demux.SetReportedPid(ES_TYPE_AUDIO, 0, 0x101);
-        d.demux.SetReportedPid(ES_TYPE_VIDEO, 0, 0x100);
-        d.audioDecoder->Configure([](stbav_test::FakeAudioDecoderState& s) {
-            s.bitRate = 192000;
-            s.samplingRate = 48000;
-            s.reportedCodec = AUDIO_TYPE_STATUS_AC3;
-        });
-        d.videoDecoder.SetReportedFormat(1920, 1080, VIDEO_SCAN_TYPE_PROGRESSIVE, VIDEO_FRAME_RATE_50,
-                                         VIDEO_ASPECT_RATIO_16X9);
-        d.videoOutput.SetFormat(1920, 1080, VIDEO_SCAN_TYPE_PROGRESSIVE, VIDEO_FRAME_RATE_50, VIDEO_ASPECT_RATIO_16X9,
-                                VOUT_FORMAT_UNSET, VIDEO_OUTPUT_INTERFACE_HD);
-    }
 
     PrintCapture prints;  // read diagnostics of the operation record
     FakeClock clock;
@@ -221,7 +206,7 @@ TEST_F(SubsystemTest, StatusEnableInitialisesTheChipOnceAndRestartsReporting) {
 }
 
 TEST_F(SubsystemTest, ReportingSendsTheFullReportThenChangesAndTheHeartbeatEvery2s) {
-    ConfigureStream();
+    d.PlayStream();
     Start();
     SendAndApply(4);
     ASSERT_TRUE(host.WaitForOp(279));  // the last video item
@@ -267,7 +252,7 @@ TEST_F(SubsystemTest, ReadyCheckAndStatusClearAreAnsweredOnTheNextSecond) {
 
 TEST_F(SubsystemTest, DestructionWhileReceivingAndReportingIsQuickAndLeavesNoThread) {
     const size_t threadsBefore = ThreadCount();
-    ConfigureStream();
+    d.PlayStream();
     Start(nullptr);  // the monotonic clock: the one-second reports really tick
     SendAndApply(4);
     ASSERT_TRUE(host.WaitForOp(279));

@@ -79,6 +79,25 @@ public:
 };
 
 struct FakeDecoderSet {
+    // A stream the status processors can report, set without a recorded call: one
+    // AC-3 audio service (PID 0x101) and 1080p50 16:9 video (PID 0x100), with the
+    // display already at that format.
+    void PlayStream() {
+        demux.SetReportedPid(ES_TYPE_AUDIO, 0, 0x101);
+        demux.SetReportedPid(ES_TYPE_VIDEO, 0, 0x100);
+        audioDecoder->Configure([](FakeAudioDecoderState& s) {
+            s.pts = 1000;
+            s.bitRate = 192000;
+            s.samplingRate = 48000;
+            s.bitsPerSample = 1;
+            s.codingMode = AUDIO_CHANNEL_CODING_STEREO;
+            s.dialNorm = -31;
+            s.reportedCodec = AUDIO_TYPE_STATUS_AC3;
+        });
+        const VideoFormatState f{1920, 1080, VIDEO_SCAN_TYPE_PROGRESSIVE, VIDEO_FRAME_RATE_50, VIDEO_ASPECT_RATIO_16X9};
+        videoDecoder.Configure([&](VideoFormatState& s) { s = f; });
+        videoOutput.Configure([&](VideoFormatState& s) { s = f; });
+    }
     FakeAudioDecoder& AddAudioDecoder() {
         auto d = KT::MakeShared<FakeAudioDecoder>(log, "IAudioDecoder#" + std::to_string(audioDecoders.size()));
         audioDecoders.push_back(KT::CSharedPtr<IAudioDecoder>(d));

@@ -21,24 +21,9 @@ namespace {
 
 const Ids kTenItems = {213, 74, 75, 76, 77, 78, 79, 214, 80, 216};
 
-void ConfigureStream(FakeAudioDecoder& decoder, uint64_t pts) {
-    decoder.Configure([pts](FakeAudioDecoderState& s) {
-        s.pts = pts;
-        s.bitRate = 192000;
-        s.samplingRate = 48000;
-        s.bitsPerSample = 1;
-        s.codingMode = AUDIO_CHANNEL_CODING_STEREO;
-        s.dialNorm = -31;
-        s.reportedCodec = AUDIO_TYPE_STATUS_AC3;
-    });
-}
-
 class AudioStatusTest : public StatusFixture {
 protected:
-    AudioStatusTest() {
-        ConfigureStream(*d.audioDecoder, 1000);
-        d.demux.SetReportedPid(ES_TYPE_AUDIO, 0, 0x101);
-    }
+    AudioStatusTest() { d.PlayStream(); }  // PTS 1000
 
     LogCapture logs{"tevrin.audioStatusProcess"};
     AudioStatusProcessor audio{sender, d.audioDecoders, d.audioOutput, d.demux, d.chip};  // reads every decoder added
@@ -50,7 +35,7 @@ protected:
 // four seconds (360000 ticks) is logged again, as a PCR adjustment.
 TEST_F(AudioStatusTest, PtsStepOfTheFirstDecoderThatMovedIsLoggedAndAJumpReported) {
     FakeAudioDecoder& second = d.AddAudioDecoder();
-    ConfigureStream(second, 5000);
+    second.Configure([](FakeAudioDecoderState& s) { s.pts = 5000; });
     audio.Process(false);  // from 0 to 1000 and 5000
     const std::string debug = "DEBUG tevrin.audioStatusProcess: ";
     const std::string info = "INFO tevrin.audioStatusProcess: Significant PCR adjustment: ";
