@@ -21,12 +21,17 @@ namespace stbav_test {
 struct NoState {};
 
 // What GetFormat of the video doubles reports: the first part of their State.
+// Also the decoded formats of the output tests' tables, written as plain codes:
+// {1920, 1080, 2, 6, 1} is 1920x1080, progressive, 50 fps, 16:9 (all 0: unknown).
 struct VideoFormatState {
-    uint32_t width = 0;
-    uint32_t height = 0;
-    VideoScanType_e scanType = VIDEO_SCAN_TYPE_UNKNOWN;
-    VideoFrameRate_e frameRate = VIDEO_FRAME_RATE_UNKNOWN;
-    VideoAspectRatio_e aspectRatio = VIDEO_ASPECT_RATIO_UNKNOWN;
+    VideoFormatState(uint32_t w = 0, uint32_t h = 0, int scan = 0, int rate = 0, int aspect = 0)
+        : width(w), height(h), scanType(VideoScanType_e(scan)), frameRate(VideoFrameRate_e(rate)),
+          aspectRatio(VideoAspectRatio_e(aspect)) {}
+    uint32_t width;
+    uint32_t height;
+    VideoScanType_e scanType;
+    VideoFrameRate_e frameRate;
+    VideoAspectRatio_e aspectRatio;
 };
 
 template <typename State>

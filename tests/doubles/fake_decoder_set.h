@@ -9,7 +9,7 @@
 //
 //   FakeDecoderSet d;
 //   OutputManager om(d.videoDecoder, d.videoOutput, d.audioOutput, d.chip, d.closedCaption, d.demux);
-//   d.videoDecoder.SetReportedFormat(1920, 1080, VIDEO_SCAN_TYPE_PROGRESSIVE, VIDEO_FRAME_RATE_50, ...);
+//   d.videoDecoder.SetReportedFormat({1920, 1080, 2, 6, 1});  // 1080p50 16:9
 //   om.ApplySettings(true);
 //   EXPECT_EQ(d.log.CallsWithPrefix("IVideoOutput::"), ...);
 #pragma once
@@ -95,7 +95,7 @@ struct FakeDecoderSet {
             s.reportedCodec = AUDIO_TYPE_STATUS_AC3;
         });
         const VideoFormatState f{1920, 1080, VIDEO_SCAN_TYPE_PROGRESSIVE, VIDEO_FRAME_RATE_50, VIDEO_ASPECT_RATIO_16X9};
-        videoDecoder.Configure([&](VideoFormatState& s) { s = f; });
+        videoDecoder.SetReportedFormat(f);
         videoOutput.Configure([&](VideoFormatState& s) { s = f; });
     }
     FakeAudioDecoder& AddAudioDecoder() {

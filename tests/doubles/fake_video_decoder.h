@@ -1,7 +1,7 @@
 // FakeVideoDecoder: recording double of IVideoDecoder and IDecoderControl. Reports
-// the stream attributes held in its state (settable with Configure or
-// SetReportedFormat); SetCodec stores the codec that GetCodec reports. A failing
-// GetFormat returns false with the outputs untouched. Any thread.
+// the stream attributes held in its state (settable with Configure, the format
+// also with SetReportedFormat); SetCodec stores the codec that GetCodec reports.
+// A failing GetFormat returns false with the outputs untouched. Any thread.
 #pragma once
 
 #include <map>
@@ -34,9 +34,8 @@ public:
     explicit FakeVideoDecoder(CallLog& log, std::string name = "IVideoDecoder") : FakeBase(log, std::move(name)) {}
 
     // Test helper: the format GetFormat reports.
-    void SetReportedFormat(uint32_t width, uint32_t height, VideoScanType_e scan, VideoFrameRate_e rate,
-                           VideoAspectRatio_e aspect) {
-        Configure([=](VideoFormatState& s) { s = {width, height, scan, rate, aspect}; });
+    void SetReportedFormat(const VideoFormatState& f) {
+        Configure([&](VideoFormatState& s) { s = f; });
     }
 
     // Fails when the codec is the one already set.

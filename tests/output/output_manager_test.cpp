@@ -16,6 +16,7 @@
 namespace {
 
 using Calls = std::vector<std::string>;
+using DecodedFormat = stbav_test::VideoFormatState;  // {width, height, scan, rate, aspect}
 
 constexpr uint32_t k1080p50 = 0x630D0000u;    // 1920x1080p 16x9 50.00fps
 constexpr uint32_t k2160p60 = 0x83110000u;    // 3840x2160p 16x9 60.00fps
@@ -27,20 +28,12 @@ const Calls kDefaultForcedPass = {"IVideoDecoder::GetFormat()", "IAudioOutput::S
                                   "IAudioOutput::SetAnalogVolume(0)", "IClosedCaption::SetOverlayCcState(false)",
                                   "IClosedCaption::SetVbiLine21CcState(false)"};
 
-struct DecodedFormat {
-    uint32_t width, height;
-    int scan, rate, aspect;
-};
-
 // A fresh manager over a fresh set of doubles.
 struct Rig {
     stbav_test::FakeDecoderSet d;
     OutputManager om{d.videoDecoder, d.videoOutput, d.audioOutput, d.chip, d.closedCaption, d.demux};
 
-    void Decoder(const DecodedFormat& f) {
-        d.videoDecoder.SetReportedFormat(f.width, f.height, static_cast<VideoScanType_e>(f.scan),
-                                         static_cast<VideoFrameRate_e>(f.rate), static_cast<VideoAspectRatio_e>(f.aspect));
-    }
+    void Decoder(const DecodedFormat& f) { d.videoDecoder.SetReportedFormat(f); }
     // The calls an unforced (or forced) pass makes; result receives what it returns.
     Calls Pass(bool* result = nullptr, bool force = false) {
         d.log.Clear();

@@ -56,8 +56,7 @@ protected:
 }  // namespace
 
 TEST_F(VideoStatusTest, UnrecognisedInputSendsOnlyOutputFormatAndDecodeStatus) {
-    d.videoDecoder.SetReportedFormat(1920, 1080, VIDEO_SCAN_TYPE_PROGRESSIVE, VIDEO_FRAME_RATE_UNKNOWN,
-                                     VIDEO_ASPECT_RATIO_16X9);
+    d.videoDecoder.SetReportedFormat({1920, 1080, 2, 0, 1});  // frame rate unknown
     video.Process(true);
     auto sent = adapter.Take();
     EXPECT_EQ(OpIds(sent), kAllItems);  // no service name
@@ -102,8 +101,7 @@ TEST_F(VideoStatusTest, AutomaticModeFollowsAHeightChangeOnce) {
     video.Process(false);  // same input
     EXPECT_EQ(schedule.PendingCount(), 0u);
 
-    d.videoDecoder.SetReportedFormat(1920, 1088, VIDEO_SCAN_TYPE_PROGRESSIVE, VIDEO_FRAME_RATE_50,
-                                     VIDEO_ASPECT_RATIO_16X9);
+    d.videoDecoder.SetReportedFormat({1920, 1088, 2, 6, 1});  // 1088 lines
     video.Process(false);
     EXPECT_EQ(schedule.PendingCount(), 1u);
     video.Process(false);
@@ -121,8 +119,7 @@ TEST_F(VideoStatusTest, ManualModeLogsAResolutionChangeAndLeavesTheOutput) {
     EXPECT_EQ(schedule.PendingCount(), 0u);
     logs.Clear();
     // Frame rate and scan alone do not count in manual mode.
-    d.videoDecoder.SetReportedFormat(1920, 1080, VIDEO_SCAN_TYPE_INTERLACED, VIDEO_FRAME_RATE_25,
-                                     VIDEO_ASPECT_RATIO_16X9);
+    d.videoDecoder.SetReportedFormat({1920, 1080, 1, 3, 1});  // interlaced, 25 fps
     video.Process(false);
     EXPECT_EQ(logs.Count("ERROR tevrin.videoStatusProcess: CheckFormatChange 1920, 1080 ,1"), 0u);
     EXPECT_EQ(SetFormatCalls(), 0);
