@@ -1,7 +1,8 @@
 // FakeAudioDecoder: recording double of IAudioDecoder, IDecoderEventSource and
 // IDecoderControl. Reports the values held in its state (GetCodec reports
 // `reportedCodec`, which the test sets, as the real decoder reports what the
-// stream carries); SetCodec is only recorded. Any thread.
+// stream carries), but frame count and sync status, which nothing above the
+// platform reads, always 0; SetCodec is only recorded. Any thread.
 #pragma once
 
 #include <string>
@@ -21,9 +22,7 @@ struct FakeAudioDecoderState {
     uint32_t bitsPerSample = 0;
     uint32_t samplingRate = 0;
     int8_t dialNorm = 0;
-    uint32_t frameCount = 0;
     uint64_t pts = 0;
-    uint32_t syncStatus = 0;
 };
 
 class FakeAudioDecoder : public IAudioDecoder,
@@ -42,10 +41,10 @@ public:
     uint32_t GetBitsPerSample() override { return Report("GetBitsPerSample", &State::bitsPerSample); }
     uint32_t GetSamplingRate() override { return Report("GetSamplingRate", &State::samplingRate); }
     int8_t GetDialNorm() override { return Report("GetDialNorm", &State::dialNorm); }
-    uint32_t GetFrameCount() override { return Report("GetFrameCount", &State::frameCount); }
+    uint32_t GetFrameCount() override { return Query([](const State&) { return 0u; }, "GetFrameCount"); }
     int SetAudioMode(int mode) override { return Call("SetAudioMode", mode) ? 0 : -1; }
     uint64_t GetPts() override { return Report("GetPts", &State::pts); }
-    uint32_t GetSyncStatus() override { return Report("GetSyncStatus", &State::syncStatus); }
+    uint32_t GetSyncStatus() override { return Query([](const State&) { return 0u; }, "GetSyncStatus"); }
 
     bool Subscribe(const DecoderEventHandler&) override { return Call("Subscribe"); }
     bool Unsubscribe(const DecoderEventHandler&) override { return Call("Unsubscribe"); }

@@ -1,7 +1,8 @@
 // FakeVideoDecoder: recording double of IVideoDecoder and IDecoderControl. Reports
 // the stream attributes held in its state (settable with Configure, the format
-// also with SetReportedFormat); SetCodec stores the codec that GetCodec reports.
-// A failing GetFormat returns false with the outputs untouched. Any thread.
+// also with SetReportedFormat), the sync status (read by nothing above the
+// platform) always 0; SetCodec stores the codec that GetCodec reports. A failing
+// GetFormat returns false with the outputs untouched. Any thread.
 #pragma once
 
 #include <map>
@@ -24,7 +25,6 @@ struct FakeVideoDecoderState : VideoFormatState {
     uint32_t bitrate = 0;
     uint32_t frameCount = 0;
     uint32_t decodeFailureReason = 0;
-    uint32_t syncStatus = 0;
 };
 
 class FakeVideoDecoder : public IVideoDecoder, public IDecoderControl, public FakeBase<FakeVideoDecoderState> {
@@ -63,7 +63,7 @@ public:
     uint32_t GetBitrate() override { return Report("GetBitrate", &State::bitrate); }
     uint32_t GetFrameCount() override { return Report("GetFrameCount", &State::frameCount); }
     uint32_t GetDecodeFailureReason() override { return Report("GetDecodeFailureReason", &State::decodeFailureReason); }
-    uint32_t GetVideoSyncStatus() override { return Report("GetVideoSyncStatus", &State::syncStatus); }
+    uint32_t GetVideoSyncStatus() override { return Query([](const State&) { return 0u; }, "GetVideoSyncStatus"); }
 
     bool Start() override { return Call("Start"); }
     bool Stop() override { return Call("Stop"); }
