@@ -9,28 +9,17 @@
 #include <vector>
 
 #include "tests/protocol/print_capture.h"
+#include "tests/transport/line_bytes.h"
 #include "toolkit/kt_address.h"
-
-using Bytes = std::vector<unsigned char>;
-
-namespace {
-
-Bytes Image(SsOp& op) {
-    Bytes out;
-    op.GetSerializedOp(out);
-    return out;
-}
-
-}  // namespace
 
 TEST(SsOpImage, CacheIsKeptUntilRebuilt) {
     SsOp op(OP_TYPE_DATA, 7);
     op.SetDataU8(1);
-    Bytes first = Image(op);
+    Bytes first = ImageOf(op);
     op.SetDataU8(2);  // setters do not refresh the cached image
-    EXPECT_EQ(Image(op), first);
+    EXPECT_EQ(ImageOf(op), first);
     EXPECT_EQ(op.SerializeOp(), 6u);
-    EXPECT_EQ(Image(op).back(), 2);
+    EXPECT_EQ(ImageOf(op).back(), 2);
 }
 
 TEST(SsOpImage, LongValueIsSentInChunksOf240) {
@@ -254,7 +243,7 @@ TEST(SsOpDeserialize, CornerCases) {
         EXPECT_EQ(op.GetRawData(), c.data) << c.name;
         EXPECT_EQ(prints.Lines(), c.prints) << c.name;
         if (c.consumed > 0) {
-            EXPECT_EQ(Image(op), Bytes(c.buf.begin(), c.buf.begin() + c.consumed)) << "rebuilt from what it consumed";
+            EXPECT_EQ(ImageOf(op), Bytes(c.buf.begin(), c.buf.begin() + c.consumed)) << "rebuilt from what it consumed";
         }
     }
     SsOp op;
