@@ -7,6 +7,7 @@
 #include <string>
 #include <thread>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 #include "output/output_manager.h"
@@ -34,14 +35,14 @@ struct Rig {
     OutputManager om{d.videoDecoder, d.videoOutput, d.audioOutput, d.chip, d.closedCaption, d.demux};
 
     void Decoder(const DecodedFormat& f) { d.videoDecoder.SetReportedFormat(f); }
-    // The calls an unforced (or forced) pass makes; result receives what it returns.
-    Calls Pass(bool* result = nullptr, bool force = false) {
+    // The calls an unforced (or forced) pass makes, and what it returns.
+    std::pair<Calls, bool> Run(bool force = false) {
         d.log.Clear();
-        bool r = om.ApplySettings(force);
-        if (result != nullptr) *result = r;
-        return d.log.Calls();
+        const bool result = om.ApplySettings(force);
+        return {d.log.Calls(), result};
     }
-    Calls Forced(bool* result = nullptr) { return Pass(result, true); }
+    Calls Pass() { return Run().first; }
+    Calls Forced() { return Run(true).first; }
 };
 
 // ---- video format ----------------------------------------------------------
@@ -108,9 +109,7 @@ TEST(OutputManagerVideo, AppliesTheFormatForEachInterfaceAndMode) {
         Calls calls;
         if (c.asksDecoder) calls.push_back("IVideoDecoder::GetFormat()");
         if (c.format != nullptr) calls.push_back(std::string("IVideoOutput::SetFormat(") + c.format + ")");
-        bool result = true;
-        EXPECT_EQ(rig.Pass(&result), calls);
-        EXPECT_FALSE(result) << "the video group never reports success";
+        EXPECT_EQ(rig.Run(), std::make_pair(calls, false)) << "the video group never reports success";
     }
 }
 
@@ -173,9 +172,7 @@ TEST(OutputManagerAudioAndCaptions, AppliesWhatWasSet) {
         if (c.dtv != 0) rig.om.SetOverlayDtvCcDataType(static_cast<OverlayDtvCcType_e>(c.dtv));
         if (c.overlay != 0) rig.om.SetOverlayCcState(static_cast<Enable_e>(c.overlay));
         if (c.line21 != 0) rig.om.SetCompositeLine21Cc(static_cast<Enable_e>(c.line21));
-        bool result = false;
-        EXPECT_EQ(rig.Pass(&result), c.calls);
-        EXPECT_TRUE(result);
+        EXPECT_EQ(rig.Run(), std::make_pair(c.calls, true));
         EXPECT_EQ(rig.d.closedCaption.Snapshot().lastOverload, c.overload);
     }
 }
@@ -210,11 +207,8 @@ TEST(OutputManagerAudioAndCaptions, ResultIsTheOrOfThePlatformResults) {
 
 TEST(OutputManagerPass, ForcedPassReappliesEveryGroupInOrder) {
     Rig rig;
-    bool result = true;
-    EXPECT_EQ(rig.Pass(&result), Calls()) << "nothing dirty";
-    EXPECT_FALSE(result);
-    EXPECT_EQ(rig.Forced(&result), kDefaultForcedPass);
-    EXPECT_TRUE(result);
+    EXPECT_EQ(rig.Run(), std::make_pair(Calls(), false)) << "nothing dirty";
+    EXPECT_EQ(rig.Run(true), std::make_pair(kDefaultForcedPass, true));
     EXPECT_EQ(rig.Pass(), Calls());
 
     rig.om.SetVideoFormatMode(0, FORMAT_MODE_MANUAL);
