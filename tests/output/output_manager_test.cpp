@@ -327,12 +327,10 @@ TEST(OutputManagerDirty, EachSetterMarksItsGroupOnce) {
         Rig rig;
         rig.Decoder({1920, 1080, 1, 3, 1});
         EXPECT_TRUE(c.call(rig.om, 0));
-        const Calls calls = rig.Pass();
-        std::string touched;  // the second letter of each prefix called
+        rig.Pass();
+        std::string touched;  // the second letter of each prefix the pass called
         for (const char* prefix : {"IVideo", "IAudioOutput::", "IClosedCaption::"}) {
-            bool any = false;
-            for (const auto& call : calls) any = any || call.rfind(prefix, 0) == 0;
-            if (any) touched += prefix[1];
+            if (rig.d.log.Count(prefix) > 0) touched += prefix[1];
         }
         EXPECT_EQ(touched, c.groups);
         EXPECT_EQ(rig.Pass(), Calls()) << "flags are cleared by the pass";

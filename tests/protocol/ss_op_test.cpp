@@ -105,7 +105,6 @@ TEST(SsOpGetters, LastIndexIsOneWithoutIndex) {
     EXPECT_EQ(op.GetLastIndex(), 7u);
 }
 
-std::string Show(unsigned char v) { return std::to_string(v); }
 std::string Show(char v) { return std::to_string(static_cast<signed char>(v)); }  // plain char is unsigned on ARM
 std::string Show(bool v) { return v ? "true" : "false"; }
 std::string Show(const KT::CIpAddress& v) { return std::to_string(v.GetIpInt()); }
