@@ -18,30 +18,28 @@ namespace {
 
 char g_banner[96] = "";  // the report's first line: written before the alarm is armed, read by the handler
 
-void Put(const char* text, size_t length) {
-    while (length > 0) {
+void Put(const char* text) {
+    for (size_t length = strlen(text); length > 0;) {
         const ssize_t n = write(STDERR_FILENO, text, length);
         if (n <= 0) return;
         text += n;
         length -= static_cast<size_t>(n);
     }
 }
-void Put(const char* text) { Put(text, strlen(text)); }
 
-// Reads /proc/self/task/<tid>/<what> into `buffer` without its trailing newline.
-size_t ReadTaskFile(const char* tid, const char* what, char* buffer, size_t size) {
+// Reads /proc/self/task/<tid>/<what> into `buffer` without its trailing newline
+// ("" when the thread has gone meanwhile).
+void ReadTaskFile(const char* tid, const char* what, char* buffer, size_t size) {
     char path[96] = "/proc/self/task/";
     strncat(path, tid, 32);
     strcat(path, "/");
     strncat(path, what, 16);
     const int fd = open(path, O_RDONLY | O_CLOEXEC);
-    if (fd < 0) return 0;
-    const ssize_t n = read(fd, buffer, size - 1);
-    close(fd);
+    const ssize_t n = fd < 0 ? 0 : read(fd, buffer, size - 1);
+    if (fd >= 0) close(fd);
     size_t length = n > 0 ? static_cast<size_t>(n) : 0;
     while (length > 0 && (buffer[length - 1] == '\n' || buffer[length - 1] == '\0')) --length;
     buffer[length] = '\0';
-    return length;
 }
 
 void PutThread(const char* tid) {
