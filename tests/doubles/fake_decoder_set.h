@@ -79,12 +79,12 @@ public:
 };
 
 struct FakeDecoderSet {
-    // A stream the status processors can report, set without a recorded call: one
-    // AC-3 audio service (PID 0x101) and 1080p50 16:9 video (PID 0x100), with the
-    // display already at that format.
+    // A stream the status processors can report: one AC-3 audio service (PID 0x101)
+    // and 1080p50 16:9 video (PID 0x100), with the display already at that format.
+    // Only the two SetPid calls are recorded.
     void PlayStream() {
-        demux.SetReportedPid(ES_TYPE_AUDIO, 0, 0x101);
-        demux.SetReportedPid(ES_TYPE_VIDEO, 0, 0x100);
+        demux.SetPid(0x101, ES_TYPE_AUDIO, 0);
+        demux.SetPid(0x100, ES_TYPE_VIDEO, 0);
         audioDecoder->Configure([](FakeAudioDecoderState& s) {
             s.pts = 1000;
             s.bitRate = 192000;

@@ -25,11 +25,6 @@ public:
     using State = FakeDemuxState;
     explicit FakeDemux(CallLog& log, std::string name = "IDemux") : FakeBase(log, std::move(name)) {}
 
-    // Test helper: the PID GetPid reports for (type, index), without recording a call.
-    void SetReportedPid(EsType_e type, uint16_t index, uint16_t pid) {
-        Configure([&](FakeDemuxState& s) { s.pids[{type, index}] = pid; });
-    }
-
     bool SetPid(uint16_t pid, EsType_e type) override { return Call("SetPid", pid, type); }
     bool SetPid(uint16_t pid, EsType_e type, uint16_t index) override {
         return Apply([=](State& s) { return (s.pids[{type, index}] = pid, true); }, "SetPid", pid, type, index);

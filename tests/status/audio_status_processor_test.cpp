@@ -63,7 +63,7 @@ TEST_F(AudioStatusTest, ForcedPollSendsAllTenPerDecoderZeroForAnAbnormalPidAndCl
     d.AddAudioDecoder();  // a second decoder with nothing to report, no PID
     const uint64_t normal[] = {0x101, 192000, 48000, 1, 3, 0xE1, 3, 3, 0, 2};
     for (uint16_t pid : {8191, 0, 0x101}) {
-        d.demux.SetReportedPid(ES_TYPE_AUDIO, 0, pid);
+        d.demux.SetPid(pid, ES_TYPE_AUDIO, 0);
         audio.Process(true);
         auto sent = adapter.Take();
         ASSERT_EQ(sent.size(), 20u);

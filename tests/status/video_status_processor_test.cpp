@@ -75,7 +75,7 @@ TEST_F(VideoStatusTest, AbnormalPidKeepsOnlyServiceIdentityAndOutputFormat) {
         std::string name;
     } cases[] = {{8191, "News"}, {0, "News"}, {0, ""}};
     for (const auto& c : cases) {
-        d.demux.SetReportedPid(ES_TYPE_VIDEO, 0, c.pid);
+        d.demux.SetPid(c.pid, ES_TYPE_VIDEO, 0);
         d.videoDecoder.Configure([&](stbav_test::FakeVideoDecoderState& s) { s.serviceNames[7] = c.name; });
         video.Process(true);
         auto sent = adapter.Take();
