@@ -9,11 +9,11 @@
 
 #include "tests/status/status_fixture.h"
 
+using e2e::HostOp;
 using stbav_test::FakeAudioDecoder;
 using stbav_test::FakeAudioDecoderState;
 using stbav_test::LogCapture;
 using stbav_test::OpIds;
-using e2e::HostOp;
 using stbav_test::StatusFixture;
 using Ids = std::vector<unsigned int>;
 

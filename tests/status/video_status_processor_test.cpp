@@ -8,12 +8,11 @@
 #include <string>
 #include <vector>
 
-#include "output/uhd_vid_format.h"
 #include "tests/status/status_fixture.h"
 
+using e2e::HostOp;
 using stbav_test::LogCapture;
 using stbav_test::OpIds;
-using e2e::HostOp;
 using stbav_test::StatusFixture;
 using Ids = std::vector<unsigned int>;
 
@@ -50,7 +49,7 @@ protected:
 
     LogCapture logs{"tevrin.videoStatusProcess"};
     VideoStatusProcessor video{sender, config, output, d.videoDecoder, d.videoOutput, d.demux};
-    const uint32_t k1080p50 = UhdVidFormat(0x630D0000).GetId();
+    const uint32_t k1080p50 = 0x630D0000;  // 1920x1080p 16x9 50.00fps
 };
 
 }  // namespace
