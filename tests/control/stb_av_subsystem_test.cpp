@@ -210,10 +210,9 @@ TEST_F(SubsystemTest, ReportingSendsTheFullReportThenChangesAndTheHeartbeatEvery
     Start();
     SendAndApply(4);
     ASSERT_TRUE(host.WaitForOp(279));  // the last video item
-    const Ids fullReport = {213, 74, 75, 76, 77, 78, 79, 214, 80, 216,                           // audio
-                            0,   1,                                                              // chip
-                            220, 225, 221, 229, 270, 271, 272, 273, 274, 275, 276, 277, 278, 280,  // video
-                            281, 283, 267, 282, 269, 279};
+    Ids fullReport = stbav_test::kAudioItems;
+    fullReport.insert(fullReport.end(), {0, 1});  // the chip's
+    fullReport.insert(fullReport.end(), stbav_test::kVideoItems.begin(), stbav_test::kVideoItems.end());
     EXPECT_EQ(OpIds(host.Take()), fullReport);
     Fence();  // the next poll is armed once the enabling run is over
 

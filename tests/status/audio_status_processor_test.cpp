@@ -19,8 +19,6 @@ using Ids = std::vector<unsigned int>;
 
 namespace {
 
-const Ids kTenItems = {213, 74, 75, 76, 77, 78, 79, 214, 80, 216};
-
 class AudioStatusTest : public StatusFixture {
 protected:
     AudioStatusTest() { d.PlayStream(); }  // PTS 1000
@@ -69,7 +67,7 @@ TEST_F(AudioStatusTest, ForcedPollSendsAllTenPerDecoderZeroForAnAbnormalPidAndCl
         ASSERT_EQ(sent.size(), 20u);
         for (size_t i = 0; i < sent.size(); ++i) {
             SCOPED_TRACE("pid " + std::to_string(pid) + " op " + std::to_string(i));
-            EXPECT_EQ(sent[i].opId, kTenItems[i % 10]);
+            EXPECT_EQ(sent[i].opId, stbav_test::kAudioItems[i % 10]);
             EXPECT_EQ(sent[i].index, std::vector<unsigned char>(1, i / 10));
             EXPECT_EQ(sent[i].Value(), i < 10 && pid == 0x101 ? normal[i] : 0u);
         }
@@ -79,7 +77,7 @@ TEST_F(AudioStatusTest, ForcedPollSendsAllTenPerDecoderZeroForAnAbnormalPidAndCl
     audio.Clear();
     audio.Process(false);
     auto sent = adapter.Take();
-    Ids expected = kTenItems;
+    Ids expected = stbav_test::kAudioItems;
     expected.erase(expected.begin() + 8);  // decoding: always 0
     EXPECT_EQ(OpIds(sent), expected);
     for (const HostOp& op : sent) EXPECT_EQ(op.index, std::vector<unsigned char>{0});

@@ -18,6 +18,12 @@
 
 namespace stbav_test {
 
+// What the processors send in a full report, in order: the audio items of one
+// decoder, and the video items without the service name (226).
+const std::vector<unsigned int> kAudioItems = {213, 74, 75, 76, 77, 78, 79, 214, 80, 216};
+const std::vector<unsigned int> kVideoItems = {220, 225, 221, 229, 270, 271, 272, 273, 274, 275,
+                                               276, 277, 278, 280, 281, 283, 267, 282, 269, 279};
+
 // The opIds of operations in the order they went.
 inline std::vector<unsigned int> OpIds(const std::vector<e2e::HostOp>& ops) {
     std::vector<unsigned int> ids;

@@ -11,16 +11,13 @@
 #include "tests/status/status_fixture.h"
 
 using e2e::HostOp;
+using stbav_test::kVideoItems;
 using stbav_test::LogCapture;
 using stbav_test::OpIds;
 using stbav_test::StatusFixture;
 using Ids = std::vector<unsigned int>;
 
 namespace {
-
-// Every video item in send order, without the service name (226).
-const Ids kAllItems = {220, 225, 221, 229, 270, 271, 272, 273, 274, 275, 276,
-                       277, 278, 280, 281, 283, 267, 282, 269, 279};
 
 std::map<unsigned int, uint64_t> ValuesById(const std::vector<HostOp>& ops) {
     std::map<unsigned int, uint64_t> v;
@@ -58,7 +55,7 @@ TEST_F(VideoStatusTest, UnrecognisedInputSendsOnlyOutputFormatAndDecodeStatus) {
     d.videoDecoder.SetReportedFormat({1920, 1080, 2, 0, 1});  // frame rate unknown
     video.Process(true);
     auto sent = adapter.Take();
-    EXPECT_EQ(OpIds(sent), kAllItems);  // no service name
+    EXPECT_EQ(OpIds(sent), kVideoItems);  // no service name
     auto v = ValuesById(sent);
     for (unsigned int id : {276u, 277u, 278u, 280u, 281u, 283u, 282u, 269u}) EXPECT_EQ(v[id], 0u) << id;
     EXPECT_EQ((std::vector<uint64_t>{v[267], v[270]}), (std::vector<uint64_t>{k1080p50, 1}));
@@ -127,7 +124,7 @@ TEST_F(VideoStatusTest, ForcedPollSendsEveryItemInOrderAndClearResendsEveryNonDe
     video.Process(true);
     auto forced = adapter.Take();
     Ids all = {226};
-    all.insert(all.end(), kAllItems.begin(), kAllItems.end());
+    all.insert(all.end(), kVideoItems.begin(), kVideoItems.end());
     EXPECT_EQ(OpIds(forced), all);
     EXPECT_EQ(forced[0].Text(), "News");
     auto v = ValuesById(forced);
