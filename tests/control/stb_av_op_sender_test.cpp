@@ -65,7 +65,7 @@ TEST_F(StbAvOpSenderTest, TextEntryThroughTheTypedPathOrAnUnknownOpIdSendsNothin
 }
 
 TEST_F(StbAvOpSenderTest, FailedSendsAreLogged) {
-    adapter.SetResult(false);
+    adapter.result = false;
     sender.TransmitStatus(3u, 1u, static_cast<signed char>(1));
     sender.TransmitStatus(2u, 0u, std::string("v"));
     EXPECT_EQ(adapter.Take().size(), 2u);

@@ -85,9 +85,7 @@ protected:
     // A getter of one field, answering zero (none, unknown) when op is told to fail.
     template <typename T, typename Part>
     T Report(const char* op, T Part::*field) {
-        T out{};
-        Apply([&](State& s) { return (out = s.*field, true); }, op);
-        return out;
+        return Query([field](const State& s) { return s.*field; }, op);
     }
     // GetFormat of the video doubles: records it and reports the stored format.
     bool ReportFormat(uint32_t& width, uint32_t& height, VideoScanType_e& scanType, VideoFrameRate_e& frameRate,

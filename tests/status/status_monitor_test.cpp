@@ -37,7 +37,7 @@ TEST_F(StatusMonitorTest, SendNewStatusSendsOnlyChangesUnlessForced) {
     } cases[] = {{0, 0, false, false, false}, {5, 5, false, false, false}, {5, 6, false, true, false},
                  {5, 5, true, true, false},   {0, 0, true, true, false},    {5, 6, false, true, true}};
     for (const auto& c : cases) {
-        adapter.SetResult(!c.fails);
+        adapter.result = !c.fails;
         unsigned short last = c.last;
         EXPECT_TRUE(probe.SendNewStatus(271u, 0u, c.value, last, c.force));
         EXPECT_EQ(last, c.value);

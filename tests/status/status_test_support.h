@@ -43,7 +43,7 @@ public:
         sent.DeserializeOp(image);
         std::lock_guard<std::mutex> lock(m_Mutex);
         m_Sent.push_back({sent.GetOpId(), static_cast<int>(sent.GetOpType()), sent.GetIndexList(), sent.GetRawData()});
-        return m_Result;
+        return result;
     }
     // The operations sent so far, and forgets them.
     std::vector<e2e::HostOp> Take() {
@@ -52,15 +52,11 @@ public:
         out.swap(m_Sent);
         return out;
     }
-    void SetResult(bool result) {
-        std::lock_guard<std::mutex> lock(m_Mutex);
-        m_Result = result;
-    }
+    std::atomic<bool> result{true};  // what SendOperation answers
 
 private:
     mutable std::mutex m_Mutex;
     std::vector<e2e::HostOp> m_Sent;  // guarded by m_Mutex
-    bool m_Result = true;        // guarded by m_Mutex
 };
 
 // Milliseconds that move only when the test says so.
