@@ -15,7 +15,6 @@
 #pragma once
 
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "platform/i_audio_output.h"
@@ -37,7 +36,7 @@ struct FakeDecoderChipState {
 
 class FakeDecoderChip : public IDecoderChip, public FakeBase<FakeDecoderChipState> {
 public:
-    explicit FakeDecoderChip(CallLog& log, std::string name = "IDecoderChip") : FakeBase(log, std::move(name)) {}
+    explicit FakeDecoderChip(CallLog& log) : FakeBase(log, "IDecoderChip") {}
 
     bool Initialize() override { return Apply([](auto& s) { return ++s.initializeCount > 0; }, "Initialize"); }
     bool Reset() override { return Call("Reset"); }
@@ -47,7 +46,7 @@ public:
 
 class FakeAudioOutput : public IAudioOutput, public FakeBase<NoState> {
 public:
-    explicit FakeAudioOutput(CallLog& log, std::string name = "IAudioOutput") : FakeBase(log, std::move(name)) {}
+    explicit FakeAudioOutput(CallLog& log) : FakeBase(log, "IAudioOutput") {}
 
     int SetVolume(_AOUT_DEVICE_TYPE_E device, bool linear, int value) override {
         return Call("SetVolume", device, linear, value) ? 0 : -1;
@@ -64,7 +63,7 @@ struct FakeClosedCaptionState {
 class FakeClosedCaption : public IClosedCaption, public FakeBase<FakeClosedCaptionState> {
 public:
     using State = FakeClosedCaptionState;
-    explicit FakeClosedCaption(CallLog& log, std::string name = "IClosedCaption") : FakeBase(log, std::move(name)) {}
+    explicit FakeClosedCaption(CallLog& log) : FakeBase(log, "IClosedCaption") {}
 
     int Initialize() override { return Call("Initialize") ? 0 : -1; }
     int Deinitialize() override { return Call("Deinitialize") ? 0 : -1; }

@@ -23,7 +23,7 @@ struct FakeDemuxState {
 class FakeDemux : public IDemux, public IDecoderControl, public FakeBase<FakeDemuxState> {
 public:
     using State = FakeDemuxState;
-    explicit FakeDemux(CallLog& log, std::string name = "IDemux") : FakeBase(log, std::move(name)) {}
+    explicit FakeDemux(CallLog& log) : FakeBase(log, "IDemux") {}
 
     bool SetPid(uint16_t pid, EsType_e type) override { return Call("SetPid", pid, type); }
     bool SetPid(uint16_t pid, EsType_e type, uint16_t index) override {

@@ -31,7 +31,7 @@ class FakeVideoDecoder : public IVideoDecoder, public IDecoderControl, public Fa
 public:
     using State = FakeVideoDecoderState;
 
-    explicit FakeVideoDecoder(CallLog& log, std::string name = "IVideoDecoder") : FakeBase(log, std::move(name)) {}
+    explicit FakeVideoDecoder(CallLog& log) : FakeBase(log, "IVideoDecoder") {}
 
     // Test helper: the format GetFormat reports.
     void SetReportedFormat(const VideoFormatState& f) {

@@ -3,9 +3,6 @@
 // GetFormat reports the format last set, as the display does. Any thread.
 #pragma once
 
-#include <string>
-#include <utility>
-
 #include "platform/i_decoder_control.h"
 #include "platform/i_decoder_event_source.h"
 #include "platform/i_video_output.h"
@@ -24,7 +21,7 @@ class FakeVideoOutput : public IVideoOutput,
 public:
     using State = FakeVideoOutputState;
 
-    explicit FakeVideoOutput(CallLog& log, std::string name = "IVideoOutput") : FakeBase(log, std::move(name)) {}
+    explicit FakeVideoOutput(CallLog& log) : FakeBase(log, "IVideoOutput") {}
 
     bool SetFormat(uint32_t width, uint32_t height, VideoScanType_e scanType, VideoFrameRate_e frameRate,
                    VideoAspectRatio_e aspectRatio, _VOUT_FORMAT_E compositeStd,
