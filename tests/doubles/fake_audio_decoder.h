@@ -30,8 +30,6 @@ class FakeAudioDecoder : public IAudioDecoder,
                          public IDecoderControl,
                          public FakeBase<FakeAudioDecoderState> {
 public:
-    using State = FakeAudioDecoderState;
-
     explicit FakeAudioDecoder(CallLog& log, std::string name = "IAudioDecoder") : FakeBase(log, std::move(name)) {}
 
     bool SetCodec(AudioType_e codec) override { return Call("SetCodec", codec); }

@@ -34,9 +34,10 @@ struct VideoFormatState {
     VideoAspectRatio_e aspectRatio;
 };
 
-template <typename State>
+template <typename S>
 class FakeBase {
 public:
+    using State = S;  // the name each fake uses for its state
     FakeBase(CallLog& log, std::string name) : m_Log(log), m_Name(std::move(name)) {}
 
     // Changes the state under the fake's lock: fake.Configure([](auto& s) { s.width = 1920; });

@@ -62,7 +62,6 @@ struct FakeClosedCaptionState {
 
 class FakeClosedCaption : public IClosedCaption, public FakeBase<FakeClosedCaptionState> {
 public:
-    using State = FakeClosedCaptionState;
     explicit FakeClosedCaption(CallLog& log) : FakeBase(log, "IClosedCaption") {}
 
     int Initialize() override { return Call("Initialize") ? 0 : -1; }

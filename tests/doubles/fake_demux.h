@@ -22,7 +22,6 @@ struct FakeDemuxState {
 
 class FakeDemux : public IDemux, public IDecoderControl, public FakeBase<FakeDemuxState> {
 public:
-    using State = FakeDemuxState;
     explicit FakeDemux(CallLog& log) : FakeBase(log, "IDemux") {}
 
     bool SetPid(uint16_t pid, EsType_e type) override { return Call("SetPid", pid, type); }

@@ -29,8 +29,6 @@ struct FakeVideoDecoderState : VideoFormatState {
 
 class FakeVideoDecoder : public IVideoDecoder, public IDecoderControl, public FakeBase<FakeVideoDecoderState> {
 public:
-    using State = FakeVideoDecoderState;
-
     explicit FakeVideoDecoder(CallLog& log) : FakeBase(log, "IVideoDecoder") {}
 
     // Test helper: the format GetFormat reports.

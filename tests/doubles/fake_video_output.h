@@ -19,8 +19,6 @@ class FakeVideoOutput : public IVideoOutput,
                         public IDecoderControl,
                         public FakeBase<FakeVideoOutputState> {
 public:
-    using State = FakeVideoOutputState;
-
     explicit FakeVideoOutput(CallLog& log) : FakeBase(log, "IVideoOutput") {}
 
     bool SetFormat(uint32_t width, uint32_t height, VideoScanType_e scanType, VideoFrameRate_e frameRate,
