@@ -9,7 +9,6 @@
 #include <utility>
 
 #include "platform/i_audio_decoder.h"
-#include "platform/i_decoder_control.h"
 #include "platform/i_decoder_event_source.h"
 #include "tests/doubles/fake_base.h"
 
@@ -25,12 +24,9 @@ struct FakeAudioDecoderState {
     uint64_t pts = 0;
 };
 
-class FakeAudioDecoder : public IAudioDecoder,
-                         public IDecoderEventSource,
-                         public IDecoderControl,
-                         public FakeBase<FakeAudioDecoderState> {
+class FakeAudioDecoder : public IAudioDecoder, public IDecoderEventSource, public FakeControl<FakeAudioDecoderState> {
 public:
-    explicit FakeAudioDecoder(CallLog& log, std::string name = "IAudioDecoder") : FakeBase(log, std::move(name)) {}
+    explicit FakeAudioDecoder(CallLog& log, std::string name = "IAudioDecoder") : FakeControl(log, std::move(name)) {}
 
     bool SetCodec(AudioType_e codec) override { return Call("SetCodec", codec); }
     AudioTypeStatus_e GetCodec() override { return Report("GetCodec", &State::reportedCodec); }
@@ -46,8 +42,6 @@ public:
 
     bool Subscribe(const DecoderEventHandler&) override { return Call("Subscribe"); }
     bool Unsubscribe(const DecoderEventHandler&) override { return Call("Unsubscribe"); }
-    bool Start() override { return Call("Start"); }
-    bool Stop() override { return Call("Stop"); }
 };
 
 }  // namespace stbav_test

@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "platform/decoder_types.h"
+#include "platform/i_decoder_control.h"
 #include "tests/doubles/call_log.h"
 
 namespace stbav_test {
@@ -105,6 +106,16 @@ private:
     CallLog& m_Log;
     const std::string m_Name;
     std::set<std::string> m_Failing;  // guarded by m_Mutex
+};
+
+// The base of the fakes that are also an IDecoderControl: Start and Stop are
+// only recorded.
+template <typename S>
+class FakeControl : public IDecoderControl, public FakeBase<S> {
+public:
+    using FakeBase<S>::FakeBase;
+    bool Start() override { return this->Call("Start"); }
+    bool Stop() override { return this->Call("Stop"); }
 };
 
 }  // namespace stbav_test

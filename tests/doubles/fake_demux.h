@@ -8,7 +8,6 @@
 #include <string>
 #include <utility>
 
-#include "platform/i_decoder_control.h"
 #include "platform/i_demux.h"
 #include "tests/doubles/fake_base.h"
 
@@ -20,9 +19,9 @@ struct FakeDemuxState {
     uint16_t serviceId = 0;
 };
 
-class FakeDemux : public IDemux, public IDecoderControl, public FakeBase<FakeDemuxState> {
+class FakeDemux : public IDemux, public FakeControl<FakeDemuxState> {
 public:
-    explicit FakeDemux(CallLog& log) : FakeBase(log, "IDemux") {}
+    explicit FakeDemux(CallLog& log) : FakeControl(log, "IDemux") {}
 
     bool SetPid(uint16_t pid, EsType_e type) override { return Call("SetPid", pid, type); }
     bool SetPid(uint16_t pid, EsType_e type, uint16_t index) override {
@@ -46,8 +45,6 @@ public:
     bool RaiseEvent(DecoderEvents_e event) override { return Call("RaiseEvent", event); }
     bool Unsubscribe(const EventHandler&) override { return Call("Unsubscribe"); }
 
-    bool Start() override { return Call("Start"); }
-    bool Stop() override { return Call("Stop"); }
 
 private:
     static uint16_t PidIn(const State& s, EsType_e type, uint16_t index) {

@@ -9,7 +9,6 @@
 #include <string>
 #include <utility>
 
-#include "platform/i_decoder_control.h"
 #include "platform/i_video_decoder.h"
 #include "tests/doubles/fake_base.h"
 
@@ -27,9 +26,9 @@ struct FakeVideoDecoderState : VideoFormatState {
     uint32_t decodeFailureReason = 0;
 };
 
-class FakeVideoDecoder : public IVideoDecoder, public IDecoderControl, public FakeBase<FakeVideoDecoderState> {
+class FakeVideoDecoder : public IVideoDecoder, public FakeControl<FakeVideoDecoderState> {
 public:
-    explicit FakeVideoDecoder(CallLog& log) : FakeBase(log, "IVideoDecoder") {}
+    explicit FakeVideoDecoder(CallLog& log) : FakeControl(log, "IVideoDecoder") {}
 
     // Test helper: the format GetFormat reports.
     void SetReportedFormat(const VideoFormatState& f) {
@@ -63,8 +62,6 @@ public:
     uint32_t GetDecodeFailureReason() override { return Report("GetDecodeFailureReason", &State::decodeFailureReason); }
     uint32_t GetVideoSyncStatus() override { return Query([](const State&) { return 0u; }, "GetVideoSyncStatus"); }
 
-    bool Start() override { return Call("Start"); }
-    bool Stop() override { return Call("Stop"); }
 };
 
 }  // namespace stbav_test
