@@ -23,17 +23,12 @@
 
 using stbav_test::FakeClock;
 using stbav_test::LogCapture;
+using stbav_test::OpIds;
 using stbav_test::WaitUntil;
 using Ids = std::vector<unsigned int>;
 using Calls = std::vector<std::string>;
 
 namespace {
-
-Ids OpIds(const std::vector<e2e::HostOp>& ops) {
-    Ids ids;
-    for (const e2e::HostOp& op : ops) ids.push_back(op.opId);
-    return ids;
-}
 
 // Threads of ours still alive ("UART Rx", "UART Px", "poller").
 size_t ThreadCount() {
@@ -89,21 +84,6 @@ protected:
     void SendAndApply(unsigned int opId, unsigned char value = 1) {
         host.SendU8(opId, value);
         host.SendApply();
-    }
-    // A stream the status processors can report: one audio service and 1080p50
-    // video, with the output already at the format the automatic mode picks.
-    void ConfigureStream() {
-        d.demux.SetReportedPid(ES_TYPE_AUDIO, 0, 0x101);
-        d.demux.SetReportedPid(ES_TYPE_VIDEO, 0, 0x100);
-        d.audioDecoder->Configure([](stbav_test::FakeAudioDecoderState& s) {
-            s.bitRate = 192000;
-            s.samplingRate = 48000;
-            s.reportedCodec = AUDIO_TYPE_STATUS_AC3;
-        });
-        d.videoDecoder.SetReportedFormat(1920, 1080, VIDEO_SCAN_TYPE_PROGRESSIVE, VIDEO_FRAME_RATE_50,
-                                         VIDEO_ASPECT_RATIO_16X9);
-        d.videoOutput.SetFormat(1920, 1080, VIDEO_SCAN_TYPE_PROGRESSIVE, VIDEO_FRAME_RATE_50, VIDEO_ASPECT_RATIO_16X9,
-                                VOUT_FORMAT_UNSET, VIDEO_OUTPUT_INTERFACE_HD);
     }
 
     PrintCapture prints;  // read diagnostics of the operation record
@@ -226,14 +206,13 @@ TEST_F(SubsystemTest, StatusEnableInitialisesTheChipOnceAndRestartsReporting) {
 }
 
 TEST_F(SubsystemTest, ReportingSendsTheFullReportThenChangesAndTheHeartbeatEvery2s) {
-    ConfigureStream();
+    d.PlayStream();
     Start();
     SendAndApply(4);
     ASSERT_TRUE(host.WaitForOp(279));  // the last video item
-    const Ids fullReport = {213, 74, 75, 76, 77, 78, 79, 214, 80, 216,                           // audio
-                            0,   1,                                                              // chip
-                            220, 225, 221, 229, 270, 271, 272, 273, 274, 275, 276, 277, 278, 280,  // video
-                            281, 283, 267, 282, 269, 279};
+    Ids fullReport = stbav_test::kAudioItems;
+    fullReport.insert(fullReport.end(), {0, 1});  // the chip's
+    fullReport.insert(fullReport.end(), stbav_test::kVideoItems.begin(), stbav_test::kVideoItems.end());
     EXPECT_EQ(OpIds(host.Take()), fullReport);
     Fence();  // the next poll is armed once the enabling run is over
 
@@ -272,7 +251,7 @@ TEST_F(SubsystemTest, ReadyCheckAndStatusClearAreAnsweredOnTheNextSecond) {
 
 TEST_F(SubsystemTest, DestructionWhileReceivingAndReportingIsQuickAndLeavesNoThread) {
     const size_t threadsBefore = ThreadCount();
-    ConfigureStream();
+    d.PlayStream();
     Start(nullptr);  // the monotonic clock: the one-second reports really tick
     SendAndApply(4);
     ASSERT_TRUE(host.WaitForOp(279));

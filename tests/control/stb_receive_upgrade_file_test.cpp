@@ -29,8 +29,6 @@ using stbav_test::WaitUntil;
 
 #define PREFIX "StbReceiveUpgradeFile::ReceiveUpgradeFileProcess() - "
 const char* const kSuccess = PREFIX "recv file successfule!\n";
-const char* const kClose = PREFIX "close connect!\n";
-const char* const kFailed = PREFIX "recv file failed!\n";
 
 // Connects to 127.0.0.1:port, retrying while the receiver is not listening yet,
 // and writes data (a blocking send writes it whole); the open socket, or -1.
@@ -98,7 +96,7 @@ TEST_F(UpgradeReceiverTest, EachUploadReplacesThePreviousFile) {
     for (size_t i = 0; i < 3; ++i) {
         Upload(uploads[i]);
         ASSERT_TRUE(m_Log.WaitFor("INFO", kSuccess, i + 1));
-        EXPECT_EQ(m_Log.Count("INFO", kClose), i + 1);
+        EXPECT_EQ(m_Log.Count("INFO", PREFIX "close connect!\n"), i + 1);
         EXPECT_EQ(ReadTarget(), uploads[i]) << i;
     }
     EXPECT_EQ(m_Log.CountPrefix(PREFIX "Error"), 0u);
@@ -113,7 +111,7 @@ TEST_F(UpgradeReceiverTest, ResetMidTransferLeavesPartialFileAndLogsFailure) {
     setsockopt(fd, SOL_SOCKET, SO_LINGER, &lg, sizeof lg);
     close(fd);
 
-    ASSERT_TRUE(m_Log.WaitFor("ERROR", kFailed));
+    ASSERT_TRUE(m_Log.WaitFor("ERROR", PREFIX "recv file failed!\n"));
     std::string readError = std::string(PREFIX "Error: call read: ") + strerror(ECONNRESET) + "!\n";
     EXPECT_TRUE(m_Log.Has("ERROR", readError));
     EXPECT_FALSE(m_Log.Has("INFO", kSuccess));

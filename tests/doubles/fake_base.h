@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "platform/decoder_types.h"
+#include "platform/i_decoder_control.h"
 #include "tests/doubles/call_log.h"
 
 namespace stbav_test {
@@ -21,17 +22,23 @@ namespace stbav_test {
 struct NoState {};
 
 // What GetFormat of the video doubles reports: the first part of their State.
+// Also the decoded formats of the output tests' tables, written as plain codes:
+// {1920, 1080, 2, 6, 1} is 1920x1080, progressive, 50 fps, 16:9 (all 0: unknown).
 struct VideoFormatState {
-    uint32_t width = 0;
-    uint32_t height = 0;
-    VideoScanType_e scanType = VIDEO_SCAN_TYPE_UNKNOWN;
-    VideoFrameRate_e frameRate = VIDEO_FRAME_RATE_UNKNOWN;
-    VideoAspectRatio_e aspectRatio = VIDEO_ASPECT_RATIO_UNKNOWN;
+    VideoFormatState(uint32_t w = 0, uint32_t h = 0, int scan = 0, int rate = 0, int aspect = 0)
+        : width(w), height(h), scanType(VideoScanType_e(scan)), frameRate(VideoFrameRate_e(rate)),
+          aspectRatio(VideoAspectRatio_e(aspect)) {}
+    uint32_t width;
+    uint32_t height;
+    VideoScanType_e scanType;
+    VideoFrameRate_e frameRate;
+    VideoAspectRatio_e aspectRatio;
 };
 
-template <typename State>
+template <typename S>
 class FakeBase {
 public:
+    using State = S;  // the name each fake uses for its state
     FakeBase(CallLog& log, std::string name) : m_Log(log), m_Name(std::move(name)) {}
 
     // Changes the state under the fake's lock: fake.Configure([](auto& s) { s.width = 1920; });
@@ -77,12 +84,10 @@ protected:
         Apply([&](State& s) { return (out = read(s), true); }, op, args...);
         return out;
     }
-    // A getter of one field, answering onFailure when op is told to fail.
+    // A getter of one field, answering zero (none, unknown) when op is told to fail.
     template <typename T, typename Part>
-    T Report(const char* op, T Part::*field, T onFailure = T{}) {
-        T out = onFailure;
-        Apply([&](State& s) { return (out = s.*field, true); }, op);
-        return out;
+    T Report(const char* op, T Part::*field) {
+        return Query([field](const State& s) { return s.*field; }, op);
     }
     // GetFormat of the video doubles: records it and reports the stored format.
     bool ReportFormat(uint32_t& width, uint32_t& height, VideoScanType_e& scanType, VideoFrameRate_e& frameRate,
@@ -101,6 +106,16 @@ private:
     CallLog& m_Log;
     const std::string m_Name;
     std::set<std::string> m_Failing;  // guarded by m_Mutex
+};
+
+// The base of the fakes that are also an IDecoderControl: Start and Stop are
+// only recorded.
+template <typename S>
+class FakeControl : public IDecoderControl, public FakeBase<S> {
+public:
+    using FakeBase<S>::FakeBase;
+    bool Start() override { return this->Call("Start"); }
+    bool Stop() override { return this->Call("Stop"); }
 };
 
 }  // namespace stbav_test

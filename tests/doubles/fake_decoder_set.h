@@ -9,13 +9,12 @@
 //
 //   FakeDecoderSet d;
 //   OutputManager om(d.videoDecoder, d.videoOutput, d.audioOutput, d.chip, d.closedCaption, d.demux);
-//   d.videoDecoder.SetReportedFormat(1920, 1080, VIDEO_SCAN_TYPE_PROGRESSIVE, VIDEO_FRAME_RATE_50, ...);
+//   d.videoDecoder.SetReportedFormat({1920, 1080, 2, 6, 1});  // 1080p50 16:9
 //   om.ApplySettings(true);
 //   EXPECT_EQ(d.log.CallsWithPrefix("IVideoOutput::"), ...);
 #pragma once
 
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "platform/i_audio_output.h"
@@ -37,7 +36,7 @@ struct FakeDecoderChipState {
 
 class FakeDecoderChip : public IDecoderChip, public FakeBase<FakeDecoderChipState> {
 public:
-    explicit FakeDecoderChip(CallLog& log, std::string name = "IDecoderChip") : FakeBase(log, std::move(name)) {}
+    explicit FakeDecoderChip(CallLog& log) : FakeBase(log, "IDecoderChip") {}
 
     bool Initialize() override { return Apply([](auto& s) { return ++s.initializeCount > 0; }, "Initialize"); }
     bool Reset() override { return Call("Reset"); }
@@ -47,7 +46,7 @@ public:
 
 class FakeAudioOutput : public IAudioOutput, public FakeBase<NoState> {
 public:
-    explicit FakeAudioOutput(CallLog& log, std::string name = "IAudioOutput") : FakeBase(log, std::move(name)) {}
+    explicit FakeAudioOutput(CallLog& log) : FakeBase(log, "IAudioOutput") {}
 
     int SetVolume(_AOUT_DEVICE_TYPE_E device, bool linear, int value) override {
         return Call("SetVolume", device, linear, value) ? 0 : -1;
@@ -63,8 +62,7 @@ struct FakeClosedCaptionState {
 
 class FakeClosedCaption : public IClosedCaption, public FakeBase<FakeClosedCaptionState> {
 public:
-    using State = FakeClosedCaptionState;
-    explicit FakeClosedCaption(CallLog& log, std::string name = "IClosedCaption") : FakeBase(log, std::move(name)) {}
+    explicit FakeClosedCaption(CallLog& log) : FakeBase(log, "IClosedCaption") {}
 
     int Initialize() override { return Call("Initialize") ? 0 : -1; }
     int Deinitialize() override { return Call("Deinitialize") ? 0 : -1; }
@@ -79,6 +77,25 @@ public:
 };
 
 struct FakeDecoderSet {
+    // A stream the status processors can report: one AC-3 audio service (PID 0x101)
+    // and 1080p50 16:9 video (PID 0x100), with the display already at that format.
+    // Only the two SetPid calls are recorded.
+    void PlayStream() {
+        demux.SetPid(0x101, ES_TYPE_AUDIO, 0);
+        demux.SetPid(0x100, ES_TYPE_VIDEO, 0);
+        audioDecoder->Configure([](FakeAudioDecoderState& s) {
+            s.pts = 1000;
+            s.bitRate = 192000;
+            s.samplingRate = 48000;
+            s.bitsPerSample = 1;
+            s.codingMode = AUDIO_CHANNEL_CODING_STEREO;
+            s.dialNorm = -31;
+            s.reportedCodec = AUDIO_TYPE_STATUS_AC3;
+        });
+        const VideoFormatState f{1920, 1080, VIDEO_SCAN_TYPE_PROGRESSIVE, VIDEO_FRAME_RATE_50, VIDEO_ASPECT_RATIO_16X9};
+        videoDecoder.SetReportedFormat(f);
+        videoOutput.Configure([&](VideoFormatState& s) { s = f; });
+    }
     FakeAudioDecoder& AddAudioDecoder() {
         auto d = KT::MakeShared<FakeAudioDecoder>(log, "IAudioDecoder#" + std::to_string(audioDecoders.size()));
         audioDecoders.push_back(KT::CSharedPtr<IAudioDecoder>(d));

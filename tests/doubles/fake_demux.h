@@ -1,15 +1,13 @@
-// FakeDemux: recording double of IDemux and IDecoderControl. Stores the PIDs
-// per stream type and index, the service name and id it is given and reports
-// them back; RaiseEvent calls the subscribed handlers on the caller's thread.
-// Any thread.
+// FakeDemux: recording double of IDemux and IDecoderControl. Stores the PIDs set
+// by stream type and index (the daemon's form), the service name and id it is
+// given and reports them back; the other calls are only recorded (nothing above
+// the platform raises or subscribes to demux events). Any thread.
 #pragma once
 
 #include <map>
 #include <string>
 #include <utility>
-#include <vector>
 
-#include "platform/i_decoder_control.h"
 #include "platform/i_demux.h"
 #include "tests/doubles/fake_base.h"
 
@@ -19,22 +17,13 @@ struct FakeDemuxState {
     std::map<std::pair<EsType_e, uint16_t>, uint16_t> pids;  // (type, index) -> PID; GetPid answers 0 if absent
     std::string serviceName;
     uint16_t serviceId = 0;
-    std::vector<IDemux::EventHandler> handlers;
 };
 
-class FakeDemux : public IDemux, public IDecoderControl, public FakeBase<FakeDemuxState> {
+class FakeDemux : public IDemux, public FakeControl<FakeDemuxState> {
 public:
-    using State = FakeDemuxState;
-    explicit FakeDemux(CallLog& log, std::string name = "IDemux") : FakeBase(log, std::move(name)) {}
+    explicit FakeDemux(CallLog& log) : FakeControl(log, "IDemux") {}
 
-    // Test helper: the PID GetPid reports for (type, index), without recording a call.
-    void SetReportedPid(EsType_e type, uint16_t index, uint16_t pid) {
-        Configure([&](FakeDemuxState& s) { s.pids[{type, index}] = pid; });
-    }
-
-    bool SetPid(uint16_t pid, EsType_e type) override {
-        return Apply([=](State& s) { return (s.pids[{type, 0}] = pid, true); }, "SetPid", pid, type);
-    }
+    bool SetPid(uint16_t pid, EsType_e type) override { return Call("SetPid", pid, type); }
     bool SetPid(uint16_t pid, EsType_e type, uint16_t index) override {
         return Apply([=](State& s) { return (s.pids[{type, index}] = pid, true); }, "SetPid", pid, type, index);
     }
@@ -46,34 +35,16 @@ public:
     }
 
     bool SetServiceName(std::string name) override { return Store("SetServiceName", &State::serviceName, name); }
-    std::string GetServiceName() override {
-        return Report("GetServiceName", &State::serviceName, std::string("Undefined"));
-    }
+    std::string GetServiceName() override { return Report("GetServiceName", &State::serviceName); }
     bool SetServiceId(uint16_t id) override { return Store("SetServiceId", &State::serviceId, id); }
     uint16_t GetServiceId() override { return Report("GetServiceId", &State::serviceId); }
     bool SetServiceVideoCodecType(VideoType_e type) override { return Call("SetServiceVideoCodecType", type); }
     bool SetServiceAudioCodecType(AudioType_e type) override { return Call("SetServiceAudioCodecType", type); }
     bool ClearBuffer() override { return Call("ClearBuffer"); }
-    bool Subscribe(const EventHandler& handler) override {
-        return Apply([&](State& s) { return (s.handlers.push_back(handler), true); }, "Subscribe");
-    }
-    bool RaiseEvent(DecoderEvents_e event) override {
-        std::vector<EventHandler> handlers;
-        if (!Apply([&](State& s) { return (handlers = s.handlers, true); }, "RaiseEvent", event)) return false;
-        for (const auto& h : handlers) h(event);
-        return true;
-    }
-    // Handlers cannot be compared; the fake drops the oldest one.
-    bool Unsubscribe(const EventHandler&) override {
-        auto dropOldest = [](State& s) {
-            if (!s.handlers.empty()) s.handlers.erase(s.handlers.begin());
-            return true;
-        };
-        return Apply(dropOldest, "Unsubscribe");
-    }
+    bool Subscribe(const EventHandler&) override { return Call("Subscribe"); }
+    bool RaiseEvent(DecoderEvents_e event) override { return Call("RaiseEvent", event); }
+    bool Unsubscribe(const EventHandler&) override { return Call("Unsubscribe"); }
 
-    bool Start() override { return Call("Start"); }
-    bool Stop() override { return Call("Stop"); }
 
 private:
     static uint16_t PidIn(const State& s, EsType_e type, uint16_t index) {

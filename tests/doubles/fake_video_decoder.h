@@ -1,6 +1,7 @@
 // FakeVideoDecoder: recording double of IVideoDecoder and IDecoderControl. Reports
-// the stream attributes held in its state (settable with Configure or
-// SetReportedFormat); SetCodec stores the codec that GetCodec reports. A failing
+// the stream attributes held in its state (settable with Configure, the format
+// also with SetReportedFormat), the sync status (read by nothing above the
+// platform) always 0; SetCodec stores the codec that GetCodec reports. A failing
 // GetFormat returns false with the outputs untouched. Any thread.
 #pragma once
 
@@ -8,7 +9,6 @@
 #include <string>
 #include <utility>
 
-#include "platform/i_decoder_control.h"
 #include "platform/i_video_decoder.h"
 #include "tests/doubles/fake_base.h"
 
@@ -24,19 +24,15 @@ struct FakeVideoDecoderState : VideoFormatState {
     uint32_t bitrate = 0;
     uint32_t frameCount = 0;
     uint32_t decodeFailureReason = 0;
-    uint32_t syncStatus = 0;
 };
 
-class FakeVideoDecoder : public IVideoDecoder, public IDecoderControl, public FakeBase<FakeVideoDecoderState> {
+class FakeVideoDecoder : public IVideoDecoder, public FakeControl<FakeVideoDecoderState> {
 public:
-    using State = FakeVideoDecoderState;
-
-    explicit FakeVideoDecoder(CallLog& log, std::string name = "IVideoDecoder") : FakeBase(log, std::move(name)) {}
+    explicit FakeVideoDecoder(CallLog& log) : FakeControl(log, "IVideoDecoder") {}
 
     // Test helper: the format GetFormat reports.
-    void SetReportedFormat(uint32_t width, uint32_t height, VideoScanType_e scan, VideoFrameRate_e rate,
-                           VideoAspectRatio_e aspect) {
-        Configure([=](VideoFormatState& s) { s = {width, height, scan, rate, aspect}; });
+    void SetReportedFormat(const VideoFormatState& f) {
+        Configure([&](VideoFormatState& s) { s = f; });
     }
 
     // Fails when the codec is the one already set.
@@ -64,10 +60,8 @@ public:
     uint32_t GetBitrate() override { return Report("GetBitrate", &State::bitrate); }
     uint32_t GetFrameCount() override { return Report("GetFrameCount", &State::frameCount); }
     uint32_t GetDecodeFailureReason() override { return Report("GetDecodeFailureReason", &State::decodeFailureReason); }
-    uint32_t GetVideoSyncStatus() override { return Report("GetVideoSyncStatus", &State::syncStatus); }
+    uint32_t GetVideoSyncStatus() override { return Query([](const State&) { return 0u; }, "GetVideoSyncStatus"); }
 
-    bool Start() override { return Call("Start"); }
-    bool Stop() override { return Call("Stop"); }
 };
 
 }  // namespace stbav_test

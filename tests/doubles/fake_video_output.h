@@ -3,10 +3,6 @@
 // GetFormat reports the format last set, as the display does. Any thread.
 #pragma once
 
-#include <string>
-#include <utility>
-
-#include "platform/i_decoder_control.h"
 #include "platform/i_decoder_event_source.h"
 #include "platform/i_video_output.h"
 #include "tests/doubles/fake_base.h"
@@ -17,14 +13,9 @@ struct FakeVideoOutputState : VideoFormatState {
     int setFormatCount = 0;
 };
 
-class FakeVideoOutput : public IVideoOutput,
-                        public IDecoderEventSource,
-                        public IDecoderControl,
-                        public FakeBase<FakeVideoOutputState> {
+class FakeVideoOutput : public IVideoOutput, public IDecoderEventSource, public FakeControl<FakeVideoOutputState> {
 public:
-    using State = FakeVideoOutputState;
-
-    explicit FakeVideoOutput(CallLog& log, std::string name = "IVideoOutput") : FakeBase(log, std::move(name)) {}
+    explicit FakeVideoOutput(CallLog& log) : FakeControl(log, "IVideoOutput") {}
 
     bool SetFormat(uint32_t width, uint32_t height, VideoScanType_e scanType, VideoFrameRate_e frameRate,
                    VideoAspectRatio_e aspectRatio, _VOUT_FORMAT_E compositeStd,
@@ -51,8 +42,6 @@ public:
 
     bool Subscribe(const DecoderEventHandler&) override { return Call("Subscribe"); }
     bool Unsubscribe(const DecoderEventHandler&) override { return Call("Unsubscribe"); }
-    bool Start() override { return Call("Start"); }
-    bool Stop() override { return Call("Stop"); }
 };
 
 }  // namespace stbav_test

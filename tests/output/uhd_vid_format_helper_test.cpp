@@ -7,26 +7,21 @@
 
 #include "output/uhd_vid_format_helper.h"
 #include "output/video_output_format_generator.h"
+#include "tests/doubles/fake_base.h"
 #include "tests/support/log_capture.h"
 
 namespace {
 
-struct Fmt {
-    uint32_t height, width;
-    int scan, rate, aspect;
-};
+using Fmt = stbav_test::VideoFormatState;  // {width, height, scan, rate, aspect}
 
 std::string Describe(const Fmt& f) {
-    return std::to_string(f.height) + "x" + std::to_string(f.width) + " scan " + std::to_string(f.scan) + " rate " +
-           std::to_string(f.rate) + " aspect " + std::to_string(f.aspect);
+    return std::to_string(f.width) + "x" + std::to_string(f.height) + " scan " + std::to_string(f.scanType) +
+           " rate " + std::to_string(f.frameRate) + " aspect " + std::to_string(f.aspectRatio);
 }
 
-Fmt Scale(Fmt in, unsigned videoIndex = 0) {
-    auto scan = static_cast<VideoScanType_e>(in.scan);
-    auto rate = static_cast<VideoFrameRate_e>(in.rate);
-    auto aspect = static_cast<VideoAspectRatio_e>(in.aspect);
-    GetValidScalerSettings(in.height, in.width, scan, rate, aspect, videoIndex);
-    return {in.height, in.width, scan, rate, aspect};
+Fmt Scale(Fmt f, unsigned videoIndex = 0) {
+    GetValidScalerSettings(f.height, f.width, f.scanType, f.frameRate, f.aspectRatio, videoIndex);
+    return f;
 }
 
 TEST(GetValidScalerSettings, MapsInputsOntoScalerOutputsOrFallsBackToStandardDefinition) {
@@ -34,39 +29,39 @@ TEST(GetValidScalerSettings, MapsInputsOntoScalerOutputsOrFallsBackToStandardDef
         const char* why;
         Fmt in, out;
     } const cases[] = {
-        {"1080p29.97 passes unchanged", {1080, 1920, 2, 4, 2}, {1080, 1920, 2, 4, 1}},
-        {"1440-wide 1080i: progressive candidate first, interlaced row wins", {1080, 1440, 1, 4, 1}, {1080, 1920, 1, 4, 1}},
-        {"1088-line input is cropped to 1080", {1088, 1920, 1, 3, 1}, {1080, 1920, 1, 3, 1}},
-        {"1100 lines use the 1088 rows", {1100, 1920, 2, 6, 1}, {1080, 1920, 2, 6, 1}},
-        {"2160p 3840 at 59.94 goes up to 60", {2160, 3840, 2, 7, 1}, {2160, 3840, 2, 8, 1}},
-        {"2160p 4096 at 29.97 goes up to 30", {2160, 4096, 2, 4, 1}, {2160, 4096, 2, 5, 1}},
-        {"2160i has no interlaced row: first progressive candidate", {2160, 3840, 1, 3, 1}, {2160, 3840, 2, 3, 1}},
-        {"720p25 becomes 720p50", {720, 1280, 2, 3, 1}, {720, 1280, 2, 6, 1}},
-        {"720p23.976 becomes 720p59.94", {720, 1280, 2, 1, 1}, {720, 1280, 2, 7, 1}},
-        {"720p29.97 becomes 720p59.94", {720, 1280, 2, 4, 1}, {720, 1280, 2, 7, 1}},
-        {"960-wide 720p25 is widened", {720, 960, 2, 3, 2}, {720, 1280, 2, 6, 1}},
-        {"720i has no interlaced row", {720, 1280, 1, 3, 1}, {720, 1280, 2, 6, 1}},
-        {"no 1080 row fits 800 pixels: next lower height", {1080, 800, 2, 6, 1}, {720, 1280, 2, 6, 1}},
-        {"576p25 becomes 576p50", {576, 720, 2, 3, 1}, {576, 720, 2, 6, 1}},
-        {"576i50 becomes 576i25", {576, 720, 1, 6, 1}, {576, 720, 1, 3, 1}},
-        {"704-wide 576i25 is widened", {576, 704, 1, 3, 1}, {576, 720, 1, 3, 1}},
-        {"480i29.97 comes out at 30", {480, 720, 1, 4, 2}, {480, 720, 1, 5, 1}},
-        {"480p8: row 135 answers before the odd row 141", {480, 720, 2, 8, 1}, {480, 720, 2, 8, 1}},
-        {"480i8: no interlaced row, first candidate progressive", {480, 720, 1, 8, 1}, {480, 720, 2, 8, 1}},
-        {"640-wide 480i25: row 168 gives 576 lines at 30", {480, 640, 1, 3, 1}, {576, 720, 1, 5, 1}},
-        {"640-wide 480i29.97", {480, 640, 1, 4, 1}, {480, 720, 1, 5, 1}},
-        {"528-wide 480p23.976", {480, 528, 2, 1, 1}, {480, 720, 2, 8, 1}},
-        {"frame rate 0 is logged but still matched", {1080, 1920, 2, 0, 1}, {1080, 1920, 2, 1, 1}},
+        {"1080p29.97 passes unchanged", {1920, 1080, 2, 4, 2}, {1920, 1080, 2, 4, 1}},
+        {"1440-wide 1080i: progressive candidate first, interlaced row wins", {1440, 1080, 1, 4, 1}, {1920, 1080, 1, 4, 1}},
+        {"1088-line input is cropped to 1080", {1920, 1088, 1, 3, 1}, {1920, 1080, 1, 3, 1}},
+        {"1100 lines use the 1088 rows", {1920, 1100, 2, 6, 1}, {1920, 1080, 2, 6, 1}},
+        {"2160p 3840 at 59.94 goes up to 60", {3840, 2160, 2, 7, 1}, {3840, 2160, 2, 8, 1}},
+        {"2160p 4096 at 29.97 goes up to 30", {4096, 2160, 2, 4, 1}, {4096, 2160, 2, 5, 1}},
+        {"2160i has no interlaced row: first progressive candidate", {3840, 2160, 1, 3, 1}, {3840, 2160, 2, 3, 1}},
+        {"720p25 becomes 720p50", {1280, 720, 2, 3, 1}, {1280, 720, 2, 6, 1}},
+        {"720p23.976 becomes 720p59.94", {1280, 720, 2, 1, 1}, {1280, 720, 2, 7, 1}},
+        {"720p29.97 becomes 720p59.94", {1280, 720, 2, 4, 1}, {1280, 720, 2, 7, 1}},
+        {"960-wide 720p25 is widened", {960, 720, 2, 3, 2}, {1280, 720, 2, 6, 1}},
+        {"720i has no interlaced row", {1280, 720, 1, 3, 1}, {1280, 720, 2, 6, 1}},
+        {"no 1080 row fits 800 pixels: next lower height", {800, 1080, 2, 6, 1}, {1280, 720, 2, 6, 1}},
+        {"576p25 becomes 576p50", {720, 576, 2, 3, 1}, {720, 576, 2, 6, 1}},
+        {"576i50 becomes 576i25", {720, 576, 1, 6, 1}, {720, 576, 1, 3, 1}},
+        {"704-wide 576i25 is widened", {704, 576, 1, 3, 1}, {720, 576, 1, 3, 1}},
+        {"480i29.97 comes out at 30", {720, 480, 1, 4, 2}, {720, 480, 1, 5, 1}},
+        {"480p8: row 135 answers before the odd row 141", {720, 480, 2, 8, 1}, {720, 480, 2, 8, 1}},
+        {"480i8: no interlaced row, first candidate progressive", {720, 480, 1, 8, 1}, {720, 480, 2, 8, 1}},
+        {"640-wide 480i25: row 168 gives 576 lines at 30", {640, 480, 1, 3, 1}, {720, 576, 1, 5, 1}},
+        {"640-wide 480i29.97", {640, 480, 1, 4, 1}, {720, 480, 1, 5, 1}},
+        {"528-wide 480p23.976", {528, 480, 2, 1, 1}, {720, 480, 2, 8, 1}},
+        {"frame rate 0 is logged but still matched", {1920, 1080, 2, 0, 1}, {1920, 1080, 2, 1, 1}},
         // No row fits: a standard-definition fall-back.
-        {"1080p at rate 9: no row anywhere", {1080, 1920, 2, 9, 2}, {480, 720, 1, 4, 1}},
-        {"576p at rate 9", {576, 720, 2, 9, 1}, {480, 720, 1, 4, 1}},
-        {"300 lines at 50: 576i25, 4:3 kept", {300, 720, 2, 6, 2}, {576, 720, 1, 3, 2}},
-        {"300 lines at 25: 576i25, 16:9 kept", {300, 720, 2, 3, 1}, {576, 720, 1, 3, 1}},
-        {"300 lines at 50: unknown aspect becomes 16:9", {300, 720, 2, 6, 0}, {576, 720, 1, 3, 1}},
-        {"300 lines at 29.97: 480i", {300, 720, 2, 4, 5}, {480, 720, 1, 4, 1}},
-        {"narrower than 352 pixels", {576, 300, 1, 3, 2}, {576, 720, 1, 3, 2}},
-        {"negative frame rate", {1080, 1920, 2, -1, 2}, {480, 720, 1, 4, 2}},
-        {"zero height", {0, 1920, 2, 6, 0}, {576, 720, 1, 3, 1}},
+        {"1080p at rate 9: no row anywhere", {1920, 1080, 2, 9, 2}, {720, 480, 1, 4, 1}},
+        {"576p at rate 9", {720, 576, 2, 9, 1}, {720, 480, 1, 4, 1}},
+        {"300 lines at 50: 576i25, 4:3 kept", {720, 300, 2, 6, 2}, {720, 576, 1, 3, 2}},
+        {"300 lines at 25: 576i25, 16:9 kept", {720, 300, 2, 3, 1}, {720, 576, 1, 3, 1}},
+        {"300 lines at 50: unknown aspect becomes 16:9", {720, 300, 2, 6, 0}, {720, 576, 1, 3, 1}},
+        {"300 lines at 29.97: 480i", {720, 300, 2, 4, 5}, {720, 480, 1, 4, 1}},
+        {"narrower than 352 pixels", {300, 576, 1, 3, 2}, {720, 576, 1, 3, 2}},
+        {"negative frame rate", {1920, 1080, 2, -1, 2}, {720, 480, 1, 4, 2}},
+        {"zero height", {1920, 0, 2, 6, 0}, {720, 576, 1, 3, 1}},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.why);
@@ -76,10 +71,10 @@ TEST(GetValidScalerSettings, MapsInputsOntoScalerOutputsOrFallsBackToStandardDef
 
 TEST(GetValidScalerSettings, LogsBadInputAndIgnoresOtherOutputs) {
     stbav_test::LogCapture log("UhdVidFormatHelper");
-    Fmt in{1080, 1920, 2, 6, 2};
+    Fmt in{1920, 1080, 2, 6, 2};
     EXPECT_EQ(Describe(Scale(in, 1)), Describe(in));
     EXPECT_TRUE(log.Has("ERROR", "OutputManager::GetValidScalerSettings, videoIndex is out of range (0), actual: 1"));
-    Scale({1080, 1920, 2, 0, 1});
+    Scale({1920, 1080, 2, 0, 1});
     EXPECT_TRUE(log.Has("ERROR",
                         "OutputManager::GetValidScalerSettings invalid input: height: 1080, width: 1920, frameRate: 0, "
                         "videoIndex: 0"));
@@ -90,48 +85,40 @@ TEST(GetVideoMode, NumbersEveryFamily) {
         Fmt f;
         int mode;
     } const cases[] = {
-        {{2160, 4096, 2, 1, 1}, 7},  {{2160, 4096, 2, 8, 1}, 0},  {{2160, 4096, 2, 9, 1}, 3},
-        {{2160, 3840, 2, 1, 1}, 15}, {{2160, 3840, 2, 8, 1}, 8},  {{2160, 3840, 2, 0, 1}, 11},
-        {{2160, 2000, 2, 6, 1}, 40}, {{1080, 1920, 2, 1, 1}, 23}, {{1080, 1920, 2, 8, 1}, 16},
-        {{1080, 1920, 2, 0, 1}, 19}, {{1080, 1920, 3, 6, 1}, 40}, {{1080, 1920, 1, 3, 1}, 26},
-        {{1080, 1920, 1, 4, 1}, 25}, {{1080, 1920, 1, 5, 1}, 24}, {{1080, 1920, 0, 6, 1}, 24},
-        {{720, 1280, 2, 6, 1}, 31},  {{720, 1280, 2, 7, 1}, 30},  {{720, 1280, 2, 8, 1}, 29},
-        {{576, 720, 1, 3, 1}, 33},   {{576, 720, 1, 3, 2}, 37},   {{576, 720, 1, 3, 0}, 37},
-        {{480, 720, 1, 4, 1}, 35},   {{480, 720, 1, 4, 2}, 39},   {{1000, 1920, 2, 6, 1}, 8},
+        {{4096, 2160, 2, 1, 1}, 7},  {{4096, 2160, 2, 8, 1}, 0},  {{4096, 2160, 2, 9, 1}, 3},
+        {{3840, 2160, 2, 1, 1}, 15}, {{3840, 2160, 2, 8, 1}, 8},  {{3840, 2160, 2, 0, 1}, 11},
+        {{2000, 2160, 2, 6, 1}, 40}, {{1920, 1080, 2, 1, 1}, 23}, {{1920, 1080, 2, 8, 1}, 16},
+        {{1920, 1080, 2, 0, 1}, 19}, {{1920, 1080, 3, 6, 1}, 40}, {{1920, 1080, 1, 3, 1}, 26},
+        {{1920, 1080, 1, 4, 1}, 25}, {{1920, 1080, 1, 5, 1}, 24}, {{1920, 1080, 0, 6, 1}, 24},
+        {{1280, 720, 2, 6, 1}, 31},  {{1280, 720, 2, 7, 1}, 30},  {{1280, 720, 2, 8, 1}, 29},
+        {{720, 576, 1, 3, 1}, 33},   {{720, 576, 1, 3, 2}, 37},   {{720, 576, 1, 3, 0}, 37},
+        {{720, 480, 1, 4, 1}, 35},   {{720, 480, 1, 4, 2}, 39},   {{1920, 1000, 2, 6, 1}, 8},
         {{0, 0, 0, 0, 0}, 8},
     };
     for (const auto& c : cases) {
-        EXPECT_EQ(getVideoMode(c.f.height, c.f.width, VideoScanType_e(c.f.scan), VideoFrameRate_e(c.f.rate),
-                               VideoAspectRatio_e(c.f.aspect), 0),
-                  c.mode)
+        EXPECT_EQ(getVideoMode(c.f.height, c.f.width, c.f.scanType, c.f.frameRate, c.f.aspectRatio, 0), c.mode)
             << Describe(c.f);
     }
 }
 
-Fmt SdBeside(Fmt f) {
-    auto scan = static_cast<VideoScanType_e>(f.scan);
-    auto rate = static_cast<VideoFrameRate_e>(f.rate);
-    auto aspect = static_cast<VideoAspectRatio_e>(f.aspect);
-    EXPECT_TRUE(GetSDFormatSimultaneousHD(f.width, f.height, scan, rate, aspect));
-    return {f.height, f.width, scan, rate, aspect};
-}
-
 TEST(GetSDFormatSimultaneousHD, PicksTheSdFamily) {
-    const Fmt pal{576, 720, 1, 3, 1};
-    const Fmt ntsc{480, 720, 1, 4, 1};
+    const Fmt pal{720, 576, 1, 3, 1};
+    const Fmt ntsc{720, 480, 1, 4, 1};
     struct {
         Fmt hd, sd;
     } const cases[] = {
-        {{1080, 1920, 2, 6, 2}, pal},  {{1080, 1920, 2, 3, 1}, pal},  {{1080, 1920, 1, 3, 1}, pal},
-        {{720, 1280, 2, 6, 1}, pal},   {{1080, 1920, 2, 8, 1}, ntsc}, {{1080, 1920, 2, 1, 1}, ntsc},
-        {{1080, 1920, 2, 0, 1}, ntsc}, {{1080, 1920, 1, 5, 2}, ntsc}, {{720, 1280, 2, 7, 1}, ntsc},
+        {{1920, 1080, 2, 6, 2}, pal},  {{1920, 1080, 2, 3, 1}, pal},  {{1920, 1080, 1, 3, 1}, pal},
+        {{1280, 720, 2, 6, 1}, pal},   {{1920, 1080, 2, 8, 1}, ntsc}, {{1920, 1080, 2, 1, 1}, ntsc},
+        {{1920, 1080, 2, 0, 1}, ntsc}, {{1920, 1080, 1, 5, 2}, ntsc}, {{1280, 720, 2, 7, 1}, ntsc},
         // UHD, SD, invalid and unknown formats stay as they are ({}).
-        {{2160, 3840, 2, 6, 1}, {}},   {{576, 720, 1, 3, 2}, {}},     {{480, 720, 2, 8, 2}, {}},
-        {{1080, 1920, 3, 6, 1}, {}},   {{1000, 1920, 2, 6, 1}, {}},
+        {{3840, 2160, 2, 6, 1}, {}},   {{720, 576, 1, 3, 2}, {}},     {{720, 480, 2, 8, 2}, {}},
+        {{1920, 1080, 3, 6, 1}, {}},   {{1920, 1000, 2, 6, 1}, {}},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(Describe(c.hd));
-        EXPECT_EQ(Describe(SdBeside(c.hd)), Describe(c.sd.height == 0 ? c.hd : c.sd));
+        Fmt f = c.hd;
+        EXPECT_TRUE(GetSDFormatSimultaneousHD(f.width, f.height, f.scanType, f.frameRate, f.aspectRatio));
+        EXPECT_EQ(Describe(f), Describe(c.sd.height == 0 ? c.hd : c.sd));
     }
 }
 
@@ -168,19 +155,17 @@ TEST(VideoOutputFormatGenerator, ChecksTheSupportedList) {
         bool valid;
         uint32_t code;
     } const cases[] = {
-        {{1080, 1920, 2, 4, 1}, true, 0x430D0000u},  {{1080, 1920, 2, 4, 2}, false, 0x420D0000u},
-        {{1080, 1920, 1, 3, 1}, true, 0x330C0000u},  {{1080, 1920, 1, 6, 1}, false, 0x630C0000u},
-        {{576, 720, 1, 3, 1}, true, 0x33040000u},    {{576, 720, 1, 3, 2}, true, 0x32040000u},
-        {{480, 720, 1, 4, 2}, true, 0x42000000u},    {{480, 720, 2, 4, 1}, false, 0x43010000u},
-        {{720, 1280, 2, 6, 1}, true, 0x63090000u},   {{720, 1280, 2, 5, 1}, false, 0x53090000u},
-        {{2160, 4096, 2, 1, 1}, true, 0x13150000u},  {{2160, 3840, 2, 8, 1}, true, 0x83110000u},
-        {{2160, 3840, 1, 8, 1}, false, 0x83100000u}, {{1080, 1920, 2, 0, 1}, false, 0x130D0000u},
+        {{1920, 1080, 2, 4, 1}, true, 0x430D0000u},  {{1920, 1080, 2, 4, 2}, false, 0x420D0000u},
+        {{1920, 1080, 1, 3, 1}, true, 0x330C0000u},  {{1920, 1080, 1, 6, 1}, false, 0x630C0000u},
+        {{720, 576, 1, 3, 1}, true, 0x33040000u},    {{720, 576, 1, 3, 2}, true, 0x32040000u},
+        {{720, 480, 1, 4, 2}, true, 0x42000000u},    {{720, 480, 2, 4, 1}, false, 0x43010000u},
+        {{1280, 720, 2, 6, 1}, true, 0x63090000u},   {{1280, 720, 2, 5, 1}, false, 0x53090000u},
+        {{4096, 2160, 2, 1, 1}, true, 0x13150000u},  {{3840, 2160, 2, 8, 1}, true, 0x83110000u},
+        {{3840, 2160, 1, 8, 1}, false, 0x83100000u}, {{1920, 1080, 2, 0, 1}, false, 0x130D0000u},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(Describe(c.f));
-        ValueState_t r = gen.GetFormat(c.f.height, c.f.width, static_cast<VideoScanType_e>(c.f.scan),
-                                       static_cast<VideoFrameRate_e>(c.f.rate),
-                                       static_cast<VideoAspectRatio_e>(c.f.aspect));
+        ValueState_t r = gen.GetFormat(c.f.height, c.f.width, c.f.scanType, c.f.frameRate, c.f.aspectRatio);
         EXPECT_EQ(r.valid, c.valid);
         EXPECT_EQ(r.format.GetId(), c.code);
     }

@@ -9,28 +9,17 @@
 #include <vector>
 
 #include "tests/protocol/print_capture.h"
+#include "tests/transport/line_bytes.h"
 #include "toolkit/kt_address.h"
-
-using Bytes = std::vector<unsigned char>;
-
-namespace {
-
-Bytes Image(SsOp& op) {
-    Bytes out;
-    op.GetSerializedOp(out);
-    return out;
-}
-
-}  // namespace
 
 TEST(SsOpImage, CacheIsKeptUntilRebuilt) {
     SsOp op(OP_TYPE_DATA, 7);
     op.SetDataU8(1);
-    Bytes first = Image(op);
+    Bytes first = ImageOf(op);
     op.SetDataU8(2);  // setters do not refresh the cached image
-    EXPECT_EQ(Image(op), first);
+    EXPECT_EQ(ImageOf(op), first);
     EXPECT_EQ(op.SerializeOp(), 6u);
-    EXPECT_EQ(Image(op).back(), 2);
+    EXPECT_EQ(ImageOf(op).back(), 2);
 }
 
 TEST(SsOpImage, LongValueIsSentInChunksOf240) {
@@ -116,7 +105,6 @@ TEST(SsOpGetters, LastIndexIsOneWithoutIndex) {
     EXPECT_EQ(op.GetLastIndex(), 7u);
 }
 
-std::string Show(unsigned char v) { return std::to_string(v); }
 std::string Show(char v) { return std::to_string(static_cast<signed char>(v)); }  // plain char is unsigned on ARM
 std::string Show(bool v) { return v ? "true" : "false"; }
 std::string Show(const KT::CIpAddress& v) { return std::to_string(v.GetIpInt()); }
@@ -254,7 +242,7 @@ TEST(SsOpDeserialize, CornerCases) {
         EXPECT_EQ(op.GetRawData(), c.data) << c.name;
         EXPECT_EQ(prints.Lines(), c.prints) << c.name;
         if (c.consumed > 0) {
-            EXPECT_EQ(Image(op), Bytes(c.buf.begin(), c.buf.begin() + c.consumed)) << "rebuilt from what it consumed";
+            EXPECT_EQ(ImageOf(op), Bytes(c.buf.begin(), c.buf.begin() + c.consumed)) << "rebuilt from what it consumed";
         }
     }
     SsOp op;

@@ -9,36 +9,19 @@
 
 #include "tests/status/status_fixture.h"
 
+using e2e::HostOp;
 using stbav_test::FakeAudioDecoder;
 using stbav_test::FakeAudioDecoderState;
 using stbav_test::LogCapture;
 using stbav_test::OpIds;
-using stbav_test::SentOp;
 using stbav_test::StatusFixture;
 using Ids = std::vector<unsigned int>;
 
 namespace {
 
-const Ids kTenItems = {213, 74, 75, 76, 77, 78, 79, 214, 80, 216};
-
-void ConfigureStream(FakeAudioDecoder& decoder, uint64_t pts) {
-    decoder.Configure([pts](FakeAudioDecoderState& s) {
-        s.pts = pts;
-        s.bitRate = 192000;
-        s.samplingRate = 48000;
-        s.bitsPerSample = 1;
-        s.codingMode = AUDIO_CHANNEL_CODING_STEREO;
-        s.dialNorm = -31;
-        s.reportedCodec = AUDIO_TYPE_STATUS_AC3;
-    });
-}
-
 class AudioStatusTest : public StatusFixture {
 protected:
-    AudioStatusTest() {
-        ConfigureStream(*d.audioDecoder, 1000);
-        d.demux.SetReportedPid(ES_TYPE_AUDIO, 0, 0x101);
-    }
+    AudioStatusTest() { d.PlayStream(); }  // PTS 1000
 
     LogCapture logs{"tevrin.audioStatusProcess"};
     AudioStatusProcessor audio{sender, d.audioDecoders, d.audioOutput, d.demux, d.chip};  // reads every decoder added
@@ -50,7 +33,7 @@ protected:
 // four seconds (360000 ticks) is logged again, as a PCR adjustment.
 TEST_F(AudioStatusTest, PtsStepOfTheFirstDecoderThatMovedIsLoggedAndAJumpReported) {
     FakeAudioDecoder& second = d.AddAudioDecoder();
-    ConfigureStream(second, 5000);
+    second.Configure([](FakeAudioDecoderState& s) { s.pts = 5000; });
     audio.Process(false);  // from 0 to 1000 and 5000
     const std::string debug = "DEBUG tevrin.audioStatusProcess: ";
     const std::string info = "INFO tevrin.audioStatusProcess: Significant PCR adjustment: ";
@@ -78,14 +61,14 @@ TEST_F(AudioStatusTest, ForcedPollSendsAllTenPerDecoderZeroForAnAbnormalPidAndCl
     d.AddAudioDecoder();  // a second decoder with nothing to report, no PID
     const uint64_t normal[] = {0x101, 192000, 48000, 1, 3, 0xE1, 3, 3, 0, 2};
     for (uint16_t pid : {8191, 0, 0x101}) {
-        d.demux.SetReportedPid(ES_TYPE_AUDIO, 0, pid);
+        d.demux.SetPid(pid, ES_TYPE_AUDIO, 0);
         audio.Process(true);
         auto sent = adapter.Take();
         ASSERT_EQ(sent.size(), 20u);
         for (size_t i = 0; i < sent.size(); ++i) {
             SCOPED_TRACE("pid " + std::to_string(pid) + " op " + std::to_string(i));
-            EXPECT_EQ(sent[i].opId, kTenItems[i % 10]);
-            EXPECT_EQ(sent[i].Index(), i / 10);
+            EXPECT_EQ(sent[i].opId, stbav_test::kAudioItems[i % 10]);
+            EXPECT_EQ(sent[i].index, std::vector<unsigned char>(1, i / 10));
             EXPECT_EQ(sent[i].Value(), i < 10 && pid == 0x101 ? normal[i] : 0u);
         }
     }
@@ -94,8 +77,8 @@ TEST_F(AudioStatusTest, ForcedPollSendsAllTenPerDecoderZeroForAnAbnormalPidAndCl
     audio.Clear();
     audio.Process(false);
     auto sent = adapter.Take();
-    Ids expected = kTenItems;
+    Ids expected = stbav_test::kAudioItems;
     expected.erase(expected.begin() + 8);  // decoding: always 0
     EXPECT_EQ(OpIds(sent), expected);
-    for (const SentOp& op : sent) EXPECT_EQ(op.Index(), 0u);
+    for (const HostOp& op : sent) EXPECT_EQ(op.index, std::vector<unsigned char>{0});
 }

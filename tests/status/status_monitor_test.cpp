@@ -37,7 +37,7 @@ TEST_F(StatusMonitorTest, SendNewStatusSendsOnlyChangesUnlessForced) {
     } cases[] = {{0, 0, false, false, false}, {5, 5, false, false, false}, {5, 6, false, true, false},
                  {5, 5, true, true, false},   {0, 0, true, true, false},    {5, 6, false, true, true}};
     for (const auto& c : cases) {
-        adapter.SetResult(!c.fails);
+        adapter.result = !c.fails;
         unsigned short last = c.last;
         EXPECT_TRUE(probe.SendNewStatus(271u, 0u, c.value, last, c.force));
         EXPECT_EQ(last, c.value);
@@ -53,7 +53,6 @@ TEST_F(StatusMonitorTest, SendNewStatusSendsOnlyChangesUnlessForced) {
 TEST_F(StatusMonitorTest, ReportingPollsAtOnceForcedThenEvery2000ms) {
     ChipStatusProcessor* chip = new ChipStatusProcessor(sender, d.chip);
     processors.push_back(KT::CSharedPtr<StatusProcessor>(chip));
-    EXPECT_EQ(StatusMonitor::m_PollingIntervals[0], 2000u);
 
     monitor.StartReporting();
     EXPECT_EQ(OpIds(adapter.Take()), (Ids{0, 1}));

@@ -1,6 +1,7 @@
 // Helpers shared by the status and control tests: an adapter that records the
-// operations it is asked to send (its port does not exist), a clock the test
-// moves by hand, and (from tests/support) the capture of log4cpp lines.
+// operations it is asked to send (its port does not exist) as the host would
+// receive them, a clock the test moves by hand, and (from tests/support) the
+// capture of log4cpp lines.
 #pragma once
 
 #include <atomic>
@@ -10,31 +11,23 @@
 #include <vector>
 
 #include "protocol/ss_op.h"
+#include "tests/e2e/host_line.h"
 #include "tests/support/log_capture.h"
 #include "toolkit/kt_schedule.h"
 #include "transport/uart_adapter.h"
 
 namespace stbav_test {
 
-// One operation as it would have gone on the line.
-struct SentOp {
-    unsigned int opId = 0;
-    std::vector<unsigned char> index;
-    std::vector<unsigned char> data;
+// What the processors send in a full report, in order: the audio items of one
+// decoder, and the video items without the service name (226).
+const std::vector<unsigned int> kAudioItems = {213, 74, 75, 76, 77, 78, 79, 214, 80, 216};
+const std::vector<unsigned int> kVideoItems = {220, 225, 221, 229, 270, 271, 272, 273, 274, 275,
+                                               276, 277, 278, 280, 281, 283, 267, 282, 269, 279};
 
-    // The value bytes folded most significant first (sign-less).
-    uint64_t Value() const {
-        uint64_t v = 0;
-        for (unsigned char b : data) v = (v << 8) | b;
-        return v;
-    }
-    std::string Text() const { return std::string(data.begin(), data.end()); }
-    unsigned int Index() const { return index.empty() ? 0u : index.back(); }
-};
-
-inline std::vector<unsigned int> OpIds(const std::vector<SentOp>& ops) {
+// The opIds of operations in the order they went.
+inline std::vector<unsigned int> OpIds(const std::vector<e2e::HostOp>& ops) {
     std::vector<unsigned int> ids;
-    for (const SentOp& op : ops) ids.push_back(op.opId);
+    for (const e2e::HostOp& op : ops) ids.push_back(op.opId);
     return ids;
 }
 
@@ -42,27 +35,28 @@ class RecordingAdapter : public CUartAdapter {
 public:
     RecordingAdapter() : CUartAdapter(std::string("/dev/stbav-status-test-none")) {}
 
+    // Keeps the operation read back from the image the line would carry.
     bool SendOperation(SsOp& op) override {
+        std::vector<unsigned char> image;
+        op.GetSerializedOp(image);
+        SsOp sent;
+        sent.DeserializeOp(image);
         std::lock_guard<std::mutex> lock(m_Mutex);
-        m_Sent.push_back({op.GetOpId(), op.GetIndexList(), op.GetRawData()});
-        return m_Result;
+        m_Sent.push_back({sent.GetOpId(), static_cast<int>(sent.GetOpType()), sent.GetIndexList(), sent.GetRawData()});
+        return result;
     }
     // The operations sent so far, and forgets them.
-    std::vector<SentOp> Take() {
+    std::vector<e2e::HostOp> Take() {
         std::lock_guard<std::mutex> lock(m_Mutex);
-        std::vector<SentOp> out;
+        std::vector<e2e::HostOp> out;
         out.swap(m_Sent);
         return out;
     }
-    void SetResult(bool result) {
-        std::lock_guard<std::mutex> lock(m_Mutex);
-        m_Result = result;
-    }
+    std::atomic<bool> result{true};  // what SendOperation answers
 
 private:
     mutable std::mutex m_Mutex;
-    std::vector<SentOp> m_Sent;  // guarded by m_Mutex
-    bool m_Result = true;        // guarded by m_Mutex
+    std::vector<e2e::HostOp> m_Sent;  // guarded by m_Mutex
 };
 
 // Milliseconds that move only when the test says so.

@@ -9,48 +9,37 @@
 #include <unistd.h>
 
 #include <cstddef>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
 namespace stbav_test {
 namespace {
 
-unsigned g_seconds = 0;  // written before the alarm is armed, read by the handler
+char g_banner[96] = "";  // the report's first line: written before the alarm is armed, read by the handler
 
-void Put(const char* text, size_t length) {
-    while (length > 0) {
+void Put(const char* text) {
+    for (size_t length = strlen(text); length > 0;) {
         const ssize_t n = write(STDERR_FILENO, text, length);
         if (n <= 0) return;
         text += n;
         length -= static_cast<size_t>(n);
     }
 }
-void Put(const char* text) { Put(text, strlen(text)); }
 
-void PutNumber(unsigned long value) {
-    char digits[24];
-    size_t i = sizeof digits;
-    do {
-        digits[--i] = static_cast<char>('0' + value % 10);
-        value /= 10;
-    } while (value != 0 && i > 0);
-    Put(digits + i, sizeof digits - i);
-}
-
-// Reads /proc/self/task/<tid>/<what> into `buffer` without its trailing newline.
-size_t ReadTaskFile(const char* tid, const char* what, char* buffer, size_t size) {
+// Reads /proc/self/task/<tid>/<what> into `buffer` without its trailing newline
+// ("" when the thread has gone meanwhile).
+void ReadTaskFile(const char* tid, const char* what, char* buffer, size_t size) {
     char path[96] = "/proc/self/task/";
     strncat(path, tid, 32);
     strcat(path, "/");
     strncat(path, what, 16);
     const int fd = open(path, O_RDONLY | O_CLOEXEC);
-    if (fd < 0) return 0;
-    const ssize_t n = read(fd, buffer, size - 1);
-    close(fd);
+    const ssize_t n = fd < 0 ? 0 : read(fd, buffer, size - 1);
+    if (fd >= 0) close(fd);
     size_t length = n > 0 ? static_cast<size_t>(n) : 0;
     while (length > 0 && (buffer[length - 1] == '\n' || buffer[length - 1] == '\0')) --length;
     buffer[length] = '\0';
-    return length;
 }
 
 void PutThread(const char* tid) {
@@ -68,9 +57,7 @@ void PutThread(const char* tid) {
 }
 
 void OnAlarm(int) {
-    Put("hang watchdog: the test is still running after ");
-    PutNumber(g_seconds);
-    Put(" s; its threads:\n");
+    Put(g_banner);
     const int dir = open("/proc/self/task", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (dir >= 0) {
         alignas(8) char buffer[4096];
@@ -99,7 +86,8 @@ void OnAlarm(int) {
 }  // namespace
 
 void ArmHangWatchdog(unsigned seconds) {
-    g_seconds = seconds;
+    std::snprintf(g_banner, sizeof g_banner, "hang watchdog: the test is still running after %u s; its threads:\n",
+                  seconds);
     struct sigaction action {};
     action.sa_handler = OnAlarm;
     sigemptyset(&action.sa_mask);

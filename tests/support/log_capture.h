@@ -7,7 +7,6 @@
 #include <chrono>
 #include <mutex>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include <log4cpp/AppenderSkeleton.hh>

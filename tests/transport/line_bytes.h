@@ -1,13 +1,23 @@
-// Bytes of the serial line for the transport and host library tests: an image
-// framed as the daemon sends it, and parts joined into one buffer. Any thread.
+// Bytes of the serial line for the protocol, transport and host library tests:
+// an operation's image, an image framed as the daemon sends it, and parts joined
+// into one buffer. Any thread.
 #pragma once
 
 #include <initializer_list>
 #include <vector>
 
+#include "protocol/ss_op.h"
 #include "transport/uart_framing.h"
 
 using Bytes = std::vector<unsigned char>;
+
+// The image the operation goes out as (its cached one, if it has one).
+inline Bytes ImageOf(SsOp& op) {
+    Bytes image;
+    op.GetSerializedOp(image);
+    return image;
+}
+inline Bytes ImageOf(SsOp&& op) { return ImageOf(op); }
 
 inline Bytes Frame(const Bytes& image) { return FrameEncoder::EncodeToBytes(image); }
 

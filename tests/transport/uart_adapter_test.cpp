@@ -25,14 +25,13 @@ namespace {
 
 constexpr unsigned kGenerousMs = 10000;
 
-Bytes ImageOf(unsigned opId, Bytes index, Bytes data, OpType_e type = OP_TYPE_DATA) {
+SsOp Op(unsigned opId, Bytes index, Bytes data, OpType_e type = OP_TYPE_DATA) {
     SsOp op(type, opId);
     op.SetIndexList(index);
     op.SetDataU8(data.data(), static_cast<unsigned>(data.size()));
-    Bytes image;
-    op.GetSerializedOp(image);
-    return image;
+    return op;
 }
+
 
 class UartAdapterPty : public ::testing::Test {
 protected:
@@ -49,14 +48,11 @@ protected:
     // The next received operation's image; empty if none came in time.
     Bytes NextImage() {
         KT::CSharedPtr<SsOp> op;
-        if (!queue.Dequeue(kGenerousMs, op)) return {};
-        Bytes image;
-        op->GetSerializedOp(image);
-        return image;
+        return queue.Dequeue(kGenerousMs, op) ? ImageOf(*op) : Bytes{};
     }
     // Sends a marker frame and checks it is the next operation: nothing else came before it.
     void ExpectNothingMoreThenSentinel() {
-        const Bytes sentinel = ImageOf(0x7777, {9}, {9});
+        const Bytes sentinel = ImageOf(Op(0x7777, {9}, {9}));
         ASSERT_TRUE(pty.Write(Frame(sentinel)));
         EXPECT_EQ(NextImage(), sentinel);
     }
@@ -76,9 +72,9 @@ protected:
 TEST_F(UartAdapterPty, ReceivesFramesHoweverTheBytesArrive) {
     Bytes value(200);
     for (size_t i = 0; i < value.size(); ++i) value[i] = static_cast<unsigned char>(i * 7);
-    const Bytes one = ImageOf(0x0105, {1}, {3}), two = ImageOf(0x00F5, {1}, {0x01, 0x00}),
-                apply = ImageOf(0x0000, {}, {}, OP_TYPE_APPLY_CONFIG), big = ImageOf(0x00E2, {2}, value),
-                special = ImageOf(0x100F, {0x11}, {0x0F, 0x10, 0x11, 0x12, 0x13});
+    const Bytes one = ImageOf(Op(0x0105, {1}, {3})), two = ImageOf(Op(0x00F5, {1}, {0x01, 0x00})),
+                apply = ImageOf(Op(0x0000, {}, {}, OP_TYPE_APPLY_CONFIG)), big = ImageOf(Op(0x00E2, {2}, value)),
+                special = ImageOf(Op(0x100F, {0x11}, {0x0F, 0x10, 0x11, 0x12, 0x13}));
     const struct {
         const char* why;
         Bytes line;
@@ -109,12 +105,8 @@ TEST_F(UartAdapterPty, ReceivesFramesHoweverTheBytesArrive) {
 // One stuffed frame per operation (of a long value only the first chunk) or per
 // WriteData call; a received operation goes out again as it came.
 TEST_F(UartAdapterPty, SendOperationAndWriteDataWriteOneStuffedFrameEach) {
-    SsOp status(OP_TYPE_DATA, 0x0105), special(OP_TYPE_DATA, 0x1110), text(OP_TYPE_DATA, 226);
-    status.SetIndexList({1});
-    status.SetDataU8(3);
-    special.SetIndexList({0x12});
-    special.SetDataU16(0x0F13);
-    text.SetDataU8(std::string(300, 'z'));
+    SsOp status = Op(0x0105, {1}, {3}), special = Op(0x1110, {0x12}, {0x0F, 0x13});
+    SsOp text = Op(226, {}, Bytes(300, 'z'));
     const struct {
         SsOp* op;
         Bytes line;
@@ -130,7 +122,7 @@ TEST_F(UartAdapterPty, SendOperationAndWriteDataWriteOneStuffedFrameEach) {
     Bytes payload{0x10, 'A', 0x0F};  // WriteData frames the bytes it is given alike
     ASSERT_TRUE(adapter->WriteData(KT::CSlice<unsigned char>(payload.data(), payload.size())));
     EXPECT_EQ(pty.Read(7), (Bytes{0x0F, 0x12, 0x30, 'A', 0x12, 0x2F, 0x10}));
-    const Bytes image = ImageOf(0x010F, {1}, {0x07, 0x80});
+    const Bytes image = ImageOf(Op(0x010F, {1}, {0x07, 0x80}));
     ASSERT_TRUE(pty.Write(Frame(image)));
     KT::CSharedPtr<SsOp> op;
     ASSERT_TRUE(queue.Dequeue(kGenerousMs, op));
@@ -193,10 +185,10 @@ TEST(UartAdapter, PortNames) {
 // episode however many frames are lost, one notice when a doubled start marker
 // brings a frame through again; the counters tell the same story.
 TEST_F(UartAdapterPty, OutOfStepEpisodeIsReportedOnceAndEndsWithADoubledStart) {
-    const Bytes lost = ImageOf(0x0105, {1}, {3});
+    const Bytes lost = ImageOf(Op(0x0105, {1}, {3}));
     ASSERT_TRUE(pty.Write(Concat({{0x10}, Frame(lost), Frame(lost), Frame(lost)})));
     ASSERT_TRUE(stbav_test::WaitUntil([&] { return adapter->GetFrameCounters().received == 3; }));
-    const Bytes kept = ImageOf(0x0106, {1}, {4});
+    const Bytes kept = ImageOf(Op(0x0106, {1}, {4}));
     ASSERT_TRUE(pty.Write(Concat({{0x0F}, Frame(kept)})));
     EXPECT_EQ(NextImage(), kept);
     ASSERT_TRUE(stbav_test::WaitUntil([&] { return log.Lines().size() == 2; }));
