@@ -140,7 +140,7 @@ void HostLine::Pump(int timeoutMs) {
         if (!m_Decoder.Push(buf[i], frame)) continue;
         SsOp op;
         if (op.DeserializeOp(frame) == 0) continue;
-        m_Received.push_back({op.GetOpId(), op.GetRawData(), now});
+        m_Received.push_back({op.GetOpId(), static_cast<int>(op.GetOpType()), op.GetIndexList(), op.GetRawData(), now});
     }
 }
 

@@ -17,6 +17,8 @@ namespace e2e {
 // One operation received from the daemon, with the time its frame was complete.
 struct HostOp {
     unsigned opId = 0;
+    int opType = 0;
+    std::vector<unsigned char> index;
     std::vector<unsigned char> data;
     uint64_t monoUs = 0;  // CLOCK_MONOTONIC
 
