@@ -124,10 +124,7 @@ TEST(AvhostProcess, SessionOnItsOwnPtyExpectsWhatTheDaemonSendsAndFailsOnATimeOu
     EXPECT_EQ(child.Stderr(),
               "avhost: " + script + ":4: expect videoHeight 0.05: nothing matching received within 0.05 s\n");
     EXPECT_NE(child.Stdout().find(" < videoWidth[0] = 1920\n"), std::string::npos) << child.Stdout();
-    std::vector<DaemonSide::Bytes> got = daemon.Received(2);
-    ASSERT_EQ(got.size(), 2u);
-    EXPECT_EQ(avhost::HexString(got[0]), "00 06 01 01 00 01 02");
-    EXPECT_EQ(avhost::HexString(got[1]), "06 00 00 00 00");
+    EXPECT_EQ(daemon.Received(2), (std::vector<std::string>{"00 06 01 01 00 01 02", "06 00 00 00 00"}));
 }
 
 TEST(AvhostProcess, MonitorPrintsJsonAndCapturesUntilTerminated) {

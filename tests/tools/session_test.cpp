@@ -127,11 +127,8 @@ TEST(SessionRunner, DrivesTheDaemonsAdapterOverAPtyAndExpectsOnlyWhatCameAfterTh
     EXPECT_EQ(runner.RunInteractive(fresh, "script"), 0) << err.str();
     session.Stop();
 
-    std::vector<DaemonSide::Bytes> got = daemon.Received(3);
-    ASSERT_EQ(got.size(), 3u);
-    EXPECT_EQ(HexString(got[0]), "00 06 01 01 00 01 02");
-    EXPECT_EQ(HexString(got[1]), "00 0A 01 01 01 04 73 09 00 00");
-    EXPECT_EQ(HexString(got[2]), "06 00 00 00 00");
+    EXPECT_EQ(daemon.Received(3),
+              (std::vector<std::string>{"00 06 01 01 00 01 02", "00 0A 01 01 01 04 73 09 00 00", "06 00 00 00 00"}));
     EXPECT_NE(out.str().find(" < videoHeight[0] = 1080\n"), std::string::npos) << out.str();
 
     std::vector<CaptureChunk> chunks;
