@@ -4,6 +4,7 @@
 #include "platform/stb_demux.h"
 
 #include <cstring>
+#include <iterator>
 #include <functional>
 #include <string>
 #include <vector>
@@ -24,6 +25,20 @@ const std::vector<std::string> kReadThenRestart = {"av_get_config", "av_stop", "
 const std::vector<std::string> kPlayerCalls = {"av_get_config", "av_stop",        "av_set_config",
                                                "av_start_audio", "av_start_video", "av_reset"};
 
+// Each setter with a value, under the name its log lines carry.
+const struct {
+    const char* name;
+    std::function<bool(StbDemux&)> set;
+} kSetters[] = {
+    {"SetPid", [](StbDemux& d) { return d.SetPid(0x100, ES_TYPE_VIDEO); }},
+    {"SetPid", [](StbDemux& d) { return d.SetPid(0x101, ES_TYPE_AUDIO, 3); }},
+    {"SetPid", [](StbDemux& d) { return d.SetPid(0x100, ES_TYPE_PCR); }},
+    {"SetServiceId", [](StbDemux& d) { return d.SetServiceId(7); }},
+    {"SetServiceName", [](StbDemux& d) { return d.SetServiceName("News"); }},
+    {"SetServiceVideoCodecType", [](StbDemux& d) { return d.SetServiceVideoCodecType(VIDEO_TYPE_H264); }},
+    {"SetServiceAudioCodecType", [](StbDemux& d) { return d.SetServiceAudioCodecType(AUDIO_TYPE_AC3); }},
+};
+
 class DemuxTest : public BoardTest {
 protected:
     void SetUp() override {
@@ -38,27 +53,14 @@ protected:
 };
 
 TEST_F(DemuxTest, EverySetterRestartsThePlayerOnlyForANewValue) {
-    struct Case {
-        const char* name;
-        std::function<bool(StbDemux&)> set;
-    };
-    const std::vector<Case> cases = {
-        {"video pid", [](StbDemux& d) { return d.SetPid(0x100, ES_TYPE_VIDEO); }},
-        {"audio pid", [](StbDemux& d) { return d.SetPid(0x101, ES_TYPE_AUDIO, 3); }},
-        {"pcr pid", [](StbDemux& d) { return d.SetPid(0x100, ES_TYPE_PCR); }},
-        {"service id", [](StbDemux& d) { return d.SetServiceId(7); }},
-        {"service name", [](StbDemux& d) { return d.SetServiceName("News"); }},
-        {"video codec", [](StbDemux& d) { return d.SetServiceVideoCodecType(VIDEO_TYPE_H264); }},
-        {"audio codec", [](StbDemux& d) { return d.SetServiceAudioCodecType(AUDIO_TYPE_AC3); }},
-    };
-    for (size_t i = 0; i < cases.size(); ++i) {
-        SCOPED_TRACE(cases[i].name);
+    for (size_t i = 0; i < std::size(kSetters); ++i) {
+        SCOPED_TRACE(testing::Message() << i << " " << kSetters[i].name);
         stbsim::ClearJournal();
-        ASSERT_TRUE(cases[i].set(m_Demux));
+        ASSERT_TRUE(kSetters[i].set(m_Demux));
         EXPECT_EQ(PlayerCalls(), kReadThenRestart);
         EXPECT_EQ(m_Log.Count("DEBUG", "UpdateProgSettings progSettings is changed"), i + 1);
         stbsim::ClearJournal();
-        ASSERT_TRUE(cases[i].set(m_Demux));
+        ASSERT_TRUE(kSetters[i].set(m_Demux));
         EXPECT_EQ(PlayerCalls(), std::vector<std::string>{"av_get_config"});
         EXPECT_EQ(m_Log.Count("DEBUG", "UpdateProgSettings progSettings is not changed"), i + 1);
     }
@@ -152,18 +154,7 @@ TEST_F(DemuxTest, ServiceNameOverwritesOnlyItsOwnBytes) {
 }
 
 TEST_F(DemuxTest, FailedSettingsReadFailsTheSetterAndGivesTheGettersDefaults) {
-    struct Case {
-        const char* name;
-        std::function<bool(StbDemux&)> set;
-    };
-    const std::vector<Case> cases = {
-        {"SetPid", [](StbDemux& d) { return d.SetPid(0x100, ES_TYPE_VIDEO); }},
-        {"SetServiceName", [](StbDemux& d) { return d.SetServiceName("x"); }},
-        {"SetServiceId", [](StbDemux& d) { return d.SetServiceId(3); }},
-        {"SetServiceVideoCodecType", [](StbDemux& d) { return d.SetServiceVideoCodecType(VIDEO_TYPE_HEVC); }},
-        {"SetServiceAudioCodecType", [](StbDemux& d) { return d.SetServiceAudioCodecType(AUDIO_TYPE_DRA); }},
-    };
-    for (const Case& c : cases) {
+    for (const auto& c : kSetters) {
         SCOPED_TRACE(c.name);
         stbsim::ClearJournal();
         Fail("av_get_config");
