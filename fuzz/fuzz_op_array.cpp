@@ -24,11 +24,6 @@ void ReadAs(const SsOp& op, DataVarType_e type) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    stbav_fuzz::Quiet();
-    return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (size < 2) return 0;
     const unsigned offset = data[0];
