@@ -7,22 +7,15 @@
 #include <sstream>
 
 #include "tests/e2e/e2e_support.h"
+#include "tests/tools/op_text.h"
 #include "tools/avhost_commands.h"
 #include "tools/capture_reader.h"
 #include "tools/capture_writer.h"
 #include "tools/line_decoder.h"
 #include "tools/pcap_file.h"
-#include "tools/value_parser.h"
 
 namespace avhost {
 namespace {
-
-Bytes Hex(const std::string& text) {
-    Bytes bytes;
-    std::string error;
-    EXPECT_TRUE(ParseHexBytes(text, bytes, error)) << text;
-    return bytes;
-}
 
 std::vector<std::string> Kinds(const std::vector<LineFrame>& frames) {
     static const char* const names[] = {"op", "bad", "stray", "incomplete"};
@@ -85,9 +78,8 @@ TEST(EncodeOpFrames, CutsLongValuesIntoChunksOf240) {
     op.SetDataU8(std::string(300, 'a'));
     std::vector<Bytes> frames = EncodeOpFrames(op);
     ASSERT_EQ(frames.size(), 2u);
-    LineDecoder decoder;
-    std::vector<LineFrame> decoded;
-    for (const Bytes& f : frames) decoder.Push(f.data(), f.size(), decoded);
+    frames[0].insert(frames[0].end(), frames[1].begin(), frames[1].end());
+    const std::vector<LineFrame> decoded = FramesOf(frames[0]);
     ASSERT_EQ(decoded.size(), 2u);
     EXPECT_EQ(decoded[0].op.GetDataLength(), 240u);
     EXPECT_EQ(decoded[1].op.GetDataLength(), 60u);

@@ -3,7 +3,6 @@
 // when the host's apply trigger arrives, answers with a status operation given
 // in advance. Handlers run on the adapter's "UART Px" thread; the test thread
 // waits on Received.
-// OpFrom builds the operation for what a person types, on the test thread.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -14,19 +13,9 @@
 #include <string>
 #include <vector>
 
-#include "tools/line_decoder.h"
-#include "tools/value_parser.h"
+#include "tests/tools/op_text.h"
 #include "transport/i_comm_op_handler.h"
 #include "transport/uart_adapter.h"
-
-// NAME=VALUE[@INDEX] as an operation; the text must parse.
-inline SsOp OpFrom(const std::string& assignment) {
-    static const avhost::OpCatalog catalog;
-    SsOp op;
-    std::string error;
-    EXPECT_TRUE(avhost::ParseAssignment(catalog, assignment, op, error)) << error;
-    return op;
-}
 
 class DaemonSide : public iCommOpHandler {
 public:

@@ -3,20 +3,14 @@
 
 #include <gtest/gtest.h>
 
-#include "tools/value_parser.h"
+#include "tests/tools/op_text.h"
 
 namespace avhost {
 namespace {
 
 // A frame as the line carries it, decoded as the monitor decodes it.
 LineFrame FrameOf(const std::string& imageHex) {
-    Bytes image;
-    std::string error;
-    EXPECT_TRUE(ParseHexBytes(imageHex, image, error)) << imageHex;
-    Bytes line = FrameEncoder::EncodeToBytes(image);
-    LineDecoder decoder;
-    std::vector<LineFrame> frames;
-    decoder.Push(line.data(), line.size(), frames);
+    const std::vector<LineFrame> frames = FramesOf(FrameEncoder::EncodeToBytes(Hex(imageHex)));
     EXPECT_EQ(frames.size(), 1u) << imageHex;
     return frames.empty() ? LineFrame() : frames[0];
 }
@@ -74,13 +68,7 @@ TEST_F(OpFormatterTest, ShowsEachValueByItsDictionaryType) {
 }
 
 TEST_F(OpFormatterTest, ReportsFramesThatAreNoOperation) {
-    LineDecoder decoder;
-    std::vector<LineFrame> frames;
-    const Bytes line = {0x41, 0x0F, 0x00, 0x01, 0x10, 0x0F, 0x00};
-    decoder.Push(line.data(), line.size(), frames);
-    LineFrame rest;
-    ASSERT_TRUE(decoder.Flush(rest));
-    frames.push_back(rest);
+    const std::vector<LineFrame> frames = FramesOf(Hex("41 0F 00 01 10 0F 00"));
     ASSERT_EQ(frames.size(), 3u);
     EXPECT_EQ(formatter.Text(0, '<', frames[0]), "   0.000 < stray bytes: 41");
     EXPECT_EQ(formatter.Text(0, '<', frames[1]), "   0.000 < decode failed: 0F 00 01 10");
