@@ -37,9 +37,9 @@ const std::vector<std::string> kTearDownCalls = {
 
 // Every adapter the chip wires, owned here as the subsystem assembly would.
 struct Adapters {
-    explicit Adapters(uint32_t audioCount = 2, size_t audioDecoders = 2) : count(audioCount) {
+    explicit Adapters(uint32_t audioCount = 2, size_t audioDecoders = 2) {
         for (size_t i = 0; i < audioDecoders; ++i) audio.push_back(KT::MakeShared<StbAudioDecoder>(probe));
-        chip = std::make_unique<StbDecoderChip>(demux, audio, count, videoDecoder, videoOutput, audioOutput,
+        chip = std::make_unique<StbDecoderChip>(demux, audio, audioCount, videoDecoder, videoOutput, audioOutput,
                                                  captions, probe);
     }
     FfAvProbe probe;
@@ -49,7 +49,6 @@ struct Adapters {
     StbAudioOutput audioOutput;
     StbClosedCaption captions;
     std::vector<KT::CSharedPtr<StbAudioDecoder>> audio;
-    uint32_t count;
     std::unique_ptr<StbDecoderChip> chip;  // destroyed first
 };
 
