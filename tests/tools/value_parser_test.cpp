@@ -45,7 +45,6 @@ TEST(ParseAssignment, BuildsTheImageByTheEntrysValueAndIndexTypeOrSaysWhatIsWron
         {"videoWidth=1.5", nullptr, "malformed value"},
         {"avssconfigGenlockAvail=2", nullptr, "malformed value \"2\" for VT_BOOL (0, 1, true or false)"},
         {"videoWidth=1@256", nullptr, "videoWidth: bad index \"256\" (0..255)"},
-        {"videoWidht=1", nullptr, "unknown operation name \"videoWidht\""},
         {"VIDEOWIDTH=1", nullptr, "(did you mean videoWidth?)"},
         {"videoWidth", nullptr, "expected NAME=VALUE[@INDEX], got \"videoWidth\""},
         {"videooutputManualFormat=1920x1080p51", nullptr, "unknown frame rate \"51\""},
