@@ -135,10 +135,7 @@ TEST(AvhostProcess, MonitorPrintsJsonAndCapturesUntilTerminated) {
     ASSERT_FALSE(slave.empty()) << child.Stderr();
     DaemonSide daemon(slave);
     ASSERT_TRUE(daemon.Start());
-    SsOp ready(OP_TYPE_DATA, 3);
-    ready.SetIndexList({0});
-    ready.SetDataU8(std::string("stbav_ready"));
-    ASSERT_TRUE(daemon.Send(ready));
+    ASSERT_TRUE(daemon.Send(FrameOf("00 03 00 01 00 0B 73 74 62 61 76 5F 72 65 61 64 79").op));  // stbav_ready
     ASSERT_TRUE(daemon.Send(OpFrom("videooutputCurrentOutputFormat=0x630D0000")));
     ASSERT_TRUE(child.WaitForOutput("\"text\":\"1920x1080p 16x9 50.00fps\"}\n")) << child.Stdout();
     child.Signal(SIGTERM);

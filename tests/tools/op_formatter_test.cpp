@@ -8,13 +8,6 @@
 namespace avhost {
 namespace {
 
-// A frame as the line carries it, decoded as the monitor decodes it.
-LineFrame FrameOf(const std::string& imageHex) {
-    const std::vector<LineFrame> frames = FramesOf(FrameEncoder::EncodeToBytes(Hex(imageHex)));
-    EXPECT_EQ(frames.size(), 1u) << imageHex;
-    return frames.empty() ? LineFrame() : frames[0];
-}
-
 class OpFormatterTest : public ::testing::Test {
 protected:
     const OpCatalog catalog;

@@ -85,10 +85,8 @@ TEST(ExpectSpec, MatchesByNameIndexAndValue) {
         EXPECT_EQ(Parsed(catalog, c.expect).expect.Matches(OpFrom(c.op), formatter), c.matches)
             << c.expect << " / " << c.op;
     }
-    // A status text sent under a numeric type matches its text.
-    SsOp ready(OP_TYPE_DATA, 3);
-    ready.SetIndexList({0});
-    ready.SetDataU8(std::string("stbav_ready"));
+    // A status text sent under a numeric type (stbsystemReady[0] = "stbav_ready") matches its text.
+    const SsOp ready = FrameOf("00 03 00 01 00 0B 73 74 62 61 76 5F 72 65 61 64 79").op;
     EXPECT_TRUE(Parsed(catalog, "expect stbsystemReady=stbav_ready").expect.Matches(ready, formatter));
 }
 
