@@ -8,22 +8,15 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/status/status_test_support.h"
 #include "tests/support/wait_until.h"
 #include "toolkit/kt_schedule.h"
 #include "toolkit/kt_thread.h"
 
 namespace {
 
+using stbav_test::FakeClock;  // the status tests' hand-moved clock
 using stbav_test::WaitUntil;
-
-class FakeClock : public KT::IClock {
-public:
-    uint64_t NowMs() const override { return m_now.load(); }
-    void Advance(uint64_t ms) { m_now += ms; }
-
-private:
-    std::atomic<uint64_t> m_now{1000};
-};
 
 class ScheduleTest : public ::testing::Test {
 protected:
