@@ -139,11 +139,10 @@ TEST(Decode, RawBinaryAndPlainHexGiveTheSameLinesAMalformedCaptureFails) {
 }
 
 TEST(Decode, GoldenCaptureOfASession) {
-    std::string capture, expected;
-    ASSERT_TRUE(e2e::ReadFile(TOOLS_TEST_DATA "/golden/session_capture.txt", capture));
+    std::string expected;
     ASSERT_TRUE(e2e::ReadFile(TOOLS_TEST_DATA "/golden/session_capture.decoded.txt", expected));
     std::string out, err;
-    EXPECT_EQ(Decode({}, capture, out, err), 0) << err;
+    EXPECT_EQ(Decode({TOOLS_TEST_DATA "/golden/session_capture.txt"}, "", out, err), 0) << err;
     EXPECT_EQ(out, expected);
 }
 

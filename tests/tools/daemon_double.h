@@ -5,8 +5,6 @@
 // waits on Received.
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
