@@ -50,7 +50,6 @@ protected:
     }
 
     PtyPair pty{false};
-    const std::string& slaveName = pty.SlaveName();
     KT::CRs232 port;
 };
 
@@ -138,7 +137,7 @@ TEST_F(Rs232Test, ReadTimeOutCloseAndReopen) {
     }
     EXPECT_EQ(port.Write(slice), 0);
     port.Flush();
-    ASSERT_TRUE(port.Open(slaveName, 9600, KT::CRs232::FLOW_NONE));
+    ASSERT_TRUE(port.Open(pty.SlaveName(), 9600, KT::CRs232::FLOW_NONE));
     ASSERT_TRUE(pty.Write({0x13}));
     EXPECT_EQ(ReadPort(1), Bytes{0x13});
 }
@@ -174,15 +173,15 @@ TEST(Rs232Open, FailsOnMissingDeviceUnknownRateOrNonTerminal) {
 // and the device is free again once the first closes.
 TEST_F(Rs232Test, SecondOpenerIsRefusedAndTheFirstKeepsTheLine) {
     KT::CRs232 second;
-    EXPECT_FALSE(second.Open(slaveName, 115200, KT::CRs232::FLOW_SOFTWARE));
+    EXPECT_FALSE(second.Open(pty.SlaveName(), 115200, KT::CRs232::FLOW_SOFTWARE));
     EXPECT_EQ(second.OpenError(), EBUSY);
-    EXPECT_EQ(second.OpenErrorText(slaveName),
-              slaveName + ": in use by another program (a serial line has one user at a time)");
+    EXPECT_EQ(second.OpenErrorText(pty.SlaveName()),
+              pty.SlaveName() + ": in use by another program (a serial line has one user at a time)");
     const Bytes sent = {1, 2, 3, 4, 5};
     ASSERT_TRUE(pty.Write(sent));
     EXPECT_EQ(ReadPort(sent.size()), sent);
     port.Close();
-    EXPECT_TRUE(second.Open(slaveName, 115200, KT::CRs232::FLOW_SOFTWARE));
+    EXPECT_TRUE(second.Open(pty.SlaveName(), 115200, KT::CRs232::FLOW_SOFTWARE));
 }
 
 }  // namespace
