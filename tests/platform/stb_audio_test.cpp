@@ -143,10 +143,9 @@ TEST_F(AudioOutputTest, AnalogVolumeInDbAndItsFailures) {
     EXPECT_TRUE(m_Log.Has("ERROR", "Set analog audio volume with invalid value: 11 dBv."));
     EXPECT_TRUE(m_Log.Has("ERROR", "set analog audio volume failed: 0xffffffff."));
 
-    Fail("aout_set_volume");
+    Fail("aout_set_volume", 2);
     EXPECT_EQ(m_Output.SetVolume(AOUT_DEVICE_ANALOG, true, 50), stbav_test::kInjected);
     EXPECT_TRUE(m_Log.Has("ERROR", "call aout_set_volume failed: 0x1234."));
-    Fail("aout_set_volume");
     EXPECT_FALSE(m_Output.SetAnalogVolume(0));
     EXPECT_TRUE(m_Log.Has("ERROR", "set analog audio volume failed: 0x1234."));
     EXPECT_EQ(stbsim::State().audio.volume, -30);

@@ -104,7 +104,6 @@ TEST(Capture, WhatIsWrittenReadsBack) {
 
     std::vector<CaptureChunk> chunks;
     std::string error;
-    ASSERT_EQ(CaptureReader::Detect(text.str()), CaptureReader::kText);
     ASSERT_TRUE(CaptureReader::Read(text.str(), '<', chunks, error)) << error;
     EXPECT_EQ(Lines(chunks), (std::vector<std::string>{"0.000000 > 0F 06 00 00 00 00 10",
                                                        "1.250000 < 0F 00 03 00 01 00 02 6F 6B 10", "12.500000 < 41"}));
@@ -164,7 +163,6 @@ TEST(Pcap, RecordsFramesWithDirectionAndTimeAndReadsThemBack) {
     std::string content;
     ASSERT_TRUE(e2e::ReadFile(path, content));
     ASSERT_GT(content.size(), 24u);
-    EXPECT_EQ(CaptureReader::Detect(content), CaptureReader::kPcap);
     EXPECT_EQ(static_cast<unsigned char>(content[20]), 147);  // link type DLT_USER0 (little-endian host)
     std::vector<CaptureChunk> chunks;
     ASSERT_TRUE(CaptureReader::Read(content, '<', chunks, error)) << error;
