@@ -2,7 +2,6 @@
 // codec, coding mode and sample size mappings over an input of several audio
 // streams, volume ranges, and the platform failure paths.
 #include <functional>
-#include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
