@@ -22,8 +22,6 @@ using stbav_test::LogCapture;
 // The settings read, then the player restarted with the new ones.
 const std::vector<std::string> kReadThenRestart = {"av_get_config", "av_stop", "av_set_config", "av_start_audio",
                                                    "av_start_video"};
-const std::vector<std::string> kPlayerCalls = {"av_get_config", "av_stop",        "av_set_config",
-                                               "av_start_audio", "av_start_video", "av_reset"};
 
 // Each setter with a value, under the name its log lines carry.
 const struct {
@@ -46,7 +44,6 @@ protected:
         BringUpByHand();
         m_Demux.BondAvHandle(m_Handles.av);
     }
-    std::vector<std::string> PlayerCalls() { return CallsMatching(kPlayerCalls); }
 
     LogCapture m_Log{"stbav.stbdemux"};
     StbDemux m_Demux;
@@ -57,11 +54,11 @@ TEST_F(DemuxTest, EverySetterRestartsThePlayerOnlyForANewValue) {
         SCOPED_TRACE(testing::Message() << i << " " << kSetters[i].name);
         stbsim::ClearJournal();
         ASSERT_TRUE(kSetters[i].set(m_Demux));
-        EXPECT_EQ(PlayerCalls(), kReadThenRestart);
+        EXPECT_EQ(Calls(), kReadThenRestart);
         EXPECT_EQ(m_Log.Count("DEBUG", "UpdateProgSettings progSettings is changed"), i + 1);
         stbsim::ClearJournal();
         ASSERT_TRUE(kSetters[i].set(m_Demux));
-        EXPECT_EQ(PlayerCalls(), std::vector<std::string>{"av_get_config"});
+        EXPECT_EQ(Calls(), std::vector<std::string>{"av_get_config"});
         EXPECT_EQ(m_Log.Count("DEBUG", "UpdateProgSettings progSettings is not changed"), i + 1);
     }
     EXPECT_EQ(m_Log.Count("DEBUG", "Send STOP_REQUIRED"), 3u);  // once per changed PID, never for a repeat
@@ -82,7 +79,7 @@ TEST_F(DemuxTest, SettingsChangedOnThePlayerRestartEvenForARememberedPid) {
     ASSERT_EQ(av_set_config(m_Handles.av, &s), 0);
     stbsim::ClearJournal();
     ASSERT_TRUE(m_Demux.SetPid(0x101, ES_TYPE_AUDIO));
-    EXPECT_EQ(PlayerCalls(), kReadThenRestart);
+    EXPECT_EQ(Calls(), kReadThenRestart);
 }
 
 TEST_F(DemuxTest, ExtraStreamsTypeTwoAndBadIndexesNeverRestartThePlayer) {
@@ -90,7 +87,7 @@ TEST_F(DemuxTest, ExtraStreamsTypeTwoAndBadIndexesNeverRestartThePlayer) {
         SCOPED_TRACE(type);
         stbsim::ClearJournal();
         EXPECT_TRUE(m_Demux.SetPid(0x300, type, 2));
-        EXPECT_EQ(PlayerCalls(), std::vector<std::string>{"av_get_config"});
+        EXPECT_EQ(Calls(), std::vector<std::string>{"av_get_config"});
     }
     EXPECT_EQ(m_Demux.GetPid(ES_TYPE_EXTRA), 0x300);
     EXPECT_EQ(m_Demux.GetPid(ES_TYPE_EXTRA_INDEXED, 2), 0x300);
@@ -101,7 +98,7 @@ TEST_F(DemuxTest, ExtraStreamsTypeTwoAndBadIndexesNeverRestartThePlayer) {
         SCOPED_TRACE(type);
         stbsim::ClearJournal();
         EXPECT_FALSE(m_Demux.SetPid(0x101, type, 4));
-        EXPECT_EQ(PlayerCalls(), std::vector<std::string>{"av_get_config"});
+        EXPECT_EQ(Calls(), std::vector<std::string>{"av_get_config"});
     }
     EXPECT_EQ(m_Demux.GetPid(ES_TYPE_EXTRA_INDEXED, 4), 0);
     EXPECT_TRUE(m_Log.Has("ERROR", "Index 4 is invalid"));
@@ -160,7 +157,7 @@ TEST_F(DemuxTest, FailedSettingsReadFailsTheSetterAndGivesTheGettersDefaults) {
         Fail("av_get_config");
         EXPECT_FALSE(c.set(m_Demux));
         EXPECT_TRUE(m_Log.Has("ERROR", std::string(c.name) + " av_get_config error"));
-        EXPECT_EQ(PlayerCalls(), std::vector<std::string>{"av_get_config"});
+        EXPECT_EQ(Calls(), std::vector<std::string>{"av_get_config"});
     }
     _AV_SETTING_S zero;
     memset(&zero, 0, sizeof zero);
@@ -204,11 +201,11 @@ TEST_F(DemuxTest, RestartFailures) {
         Fail(c.function);
         EXPECT_EQ(m_Demux.SetPid(++pid, ES_TYPE_VIDEO), c.result);
         EXPECT_TRUE(m_Log.Has("ERROR", c.text));
-        EXPECT_EQ(PlayerCalls(), c.calls);
+        EXPECT_EQ(Calls(), c.calls);
         uint16_t onPlayer = stbsim::State().player.settings.video_pid;
         stbsim::ClearJournal();
         EXPECT_TRUE(m_Demux.SetPid(pid, ES_TYPE_VIDEO));
-        EXPECT_EQ(PlayerCalls(), c.nextRestarts ? kReadThenRestart : std::vector<std::string>{"av_get_config"});
+        EXPECT_EQ(Calls(), c.nextRestarts ? kReadThenRestart : std::vector<std::string>{"av_get_config"});
         EXPECT_EQ(stbsim::State().player.settings.video_pid, onPlayer);
     }
 }
@@ -217,7 +214,7 @@ TEST_F(DemuxTest, ClearBufferAlwaysStopsResetsAndRestarts) {
     ASSERT_TRUE(m_Demux.SetPid(0x100, ES_TYPE_VIDEO));
     stbsim::ClearJournal();
     EXPECT_TRUE(m_Demux.ClearBuffer());
-    EXPECT_EQ(PlayerCalls(),
+    EXPECT_EQ(Calls(),
               (std::vector<std::string>{"av_stop", "av_reset", "av_stop", "av_set_config", "av_start_audio",
                                         "av_start_video"}));
     Fail("av_reset");

@@ -79,10 +79,8 @@ TEST_F(OpFormatterTest, PlainValueIsWhatOneWouldType) {
 // Names beside codes in all three styles; service names always valid UTF-8 in
 // JSON (UTF-8 kept, Latin-1 converted); absolute UTC stamps with microseconds.
 TEST_F(OpFormatterTest, NamesUtf8AndUtcInEveryStyle) {
-    OpFormatter::Output output;
-    output.utc = true;
-    output.epochAtZero = 1714564800.0;  // 2024-05-01T12:00:00Z
-    const OpFormatter utc(catalog, output);
+    // Text style, UTC stamps, t = 0 at 2024-05-01T12:00:00Z.
+    const OpFormatter utc(catalog, OpFormatter::Output{OpFormatter::kText, true, 1714564800.0});
     const LineFrame rate = FrameOf("00 12 01 01 00 02 00 03");  // videoFrameRate[0] = 3
     EXPECT_EQ(utc.Text(1.000123, '<', rate), "2024-05-01T12:00:01.000123Z < videoFrameRate[0] = 3 (25 fps)");
     EXPECT_EQ(utc.Json(1.5, '<', rate),
