@@ -144,15 +144,14 @@ TEST_F(Rs232Test, ReadTimeOutCloseAndReopen) {
 
 TEST(Rs232Open, FailsOnMissingDeviceUnknownRateOrNonTerminal) {
     PtyPair pty;
-    const std::string name = pty.SlaveName();
     const struct {
         std::string device;
         int rate;
         int error;
     } cases[] = {
         {"/dev/kt-no-such-serial-device", 115200, ENOENT},
-        {name, 12345, EINVAL},
-        {name, 0, EINVAL},
+        {pty.SlaveName(), 12345, EINVAL},
+        {pty.SlaveName(), 0, EINVAL},
         {"/dev/null", 115200, ENOTTY},
     };
     for (const auto& c : cases) {
@@ -164,7 +163,7 @@ TEST(Rs232Open, FailsOnMissingDeviceUnknownRateOrNonTerminal) {
     }
     KT::CRs232 port;
     for (int rate : {9600, 19200, 38400, 57600, 115200, 230400, 460800, 921600}) {
-        EXPECT_TRUE(port.Open(name, rate, KT::CRs232::FLOW_SOFTWARE)) << rate;
+        EXPECT_TRUE(port.Open(pty.SlaveName(), rate, KT::CRs232::FLOW_SOFTWARE)) << rate;
     }
 }
 
