@@ -78,10 +78,8 @@ TEST_F(AudioDecoderTest, StatusFailuresReadAsZeroWithoutALogLine) {
         [&] { return uint64_t(m_Decoder.GetSamplingRate()); }, [&] { return uint64_t(m_Decoder.GetFrameCount()); },
         [&] { return m_Decoder.GetPts(); },
     };
-    for (size_t i = 0; i < getters.size(); ++i) {
-        Fail("av_get_status_info");
-        EXPECT_EQ(getters[i](), 0u) << i;
-    }
+    Fail("av_get_status_info", static_cast<unsigned>(getters.size()));  // one failing read for each
+    for (size_t i = 0; i < getters.size(); ++i) EXPECT_EQ(getters[i](), 0u) << i;
     EXPECT_TRUE(m_Log.Lines().empty());
 }
 
