@@ -25,27 +25,26 @@ protected:
 };
 
 TEST_F(HostExample, DemoSessionAgainstTheDaemonOnTheVirtualBoard) {
-    const e2e::TempDir& tmp = m_Tmp;
-    ASSERT_TRUE(e2e::WriteFile(tmp / "input.scn", kScenario));
+    ASSERT_TRUE(e2e::WriteFile(m_Tmp / "input.scn", kScenario));
 
     e2e::ChildProcess socat, host;
     ASSERT_TRUE(socat.Start("/usr/bin/socat",
-                            {"pty,raw,echo=0,link=" + tmp / "host", "pty,raw,echo=0,link=" + tmp / "board"}, {},
-                            tmp / "socat.out", tmp / "socat.err"));
-    ASSERT_TRUE(e2e::WaitUntil([&] { return e2e::FileExists(tmp / "host") && e2e::FileExists(tmp / "board"); }));
+                            {"pty,raw,echo=0,link=" + m_Tmp / "host", "pty,raw,echo=0,link=" + m_Tmp / "board"}, {},
+                            m_Tmp / "socat.out", m_Tmp / "socat.err"));
+    ASSERT_TRUE(e2e::WaitUntil([&] { return e2e::FileExists(m_Tmp / "host") && e2e::FileExists(m_Tmp / "board"); }));
     // The host first, so that it sees the daemon's start-up reports.
-    ASSERT_TRUE(host.Start(HOST_EXAMPLE_PATH, {tmp / "host"}, e2e::SanitizerEnvironment(), tmp / "host.out",
-                           tmp / "host.err"));
+    ASSERT_TRUE(host.Start(HOST_EXAMPLE_PATH, {m_Tmp / "host"}, e2e::SanitizerEnvironment(), m_Tmp / "host.out",
+                           m_Tmp / "host.err"));
     std::vector<std::string> env = e2e::SanitizerEnvironment();
-    env.insert(env.end(), {"STBSIM_STREAM=" + tmp / "input.scn", "STBSIM_CONTROL=" + Socket()});
-    ASSERT_TRUE(m_Daemon.Start(STBAVD_PATH, {"-d", tmp / "board", "-R", Root(""), "-v", "2"}, env,
-                               tmp / "daemon.out", tmp / "daemon.err"));
+    env.insert(env.end(), {"STBSIM_STREAM=" + m_Tmp / "input.scn", "STBSIM_CONTROL=" + Socket()});
+    ASSERT_TRUE(m_Daemon.Start(STBAVD_PATH, {"-d", m_Tmp / "board", "-R", Root(""), "-v", "2"}, env,
+                               m_Tmp / "daemon.out", m_Tmp / "daemon.err"));
 
     int status = -1;
     ASSERT_TRUE(host.Wait(60000, status)) << "the example host did not finish";
     std::string out, err;
-    e2e::ReadFile(tmp / "host.out", out);
-    e2e::ReadFile(tmp / "host.err", err);
+    e2e::ReadFile(m_Tmp / "host.out", out);
+    e2e::ReadFile(m_Tmp / "host.err", err);
     std::printf("--- the example host's session ---\n%s", out.c_str());
     EXPECT_EQ(e2e::DescribeStatus(status), "exit 0") << err;
     for (const char* line : {"< stbsystemSoftwareVersion[0]=\"host-example-1\"", "< stbsystemReady[0]=\"stbav_ready\"",
