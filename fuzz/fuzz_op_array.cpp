@@ -14,21 +14,6 @@
 #include "protocol/ss_op.h"
 #include "toolkit/kt_address.h"
 
-namespace {
-
-template <typename T>
-void ReadAs(const SsOp& op, DataVarType_e type) {
-    T value{};
-    op.GetData(type, value);
-}
-
-}  // namespace
-
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    stbav_fuzz::Quiet();
-    return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (size < 2) return 0;
     const unsigned offset = data[0];
@@ -52,17 +37,19 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
 
     SsOp op;
     if (op.DeserializeOp(exact.get(), static_cast<unsigned>(len)) == 0) return 0;
-    ReadAs<unsigned char>(op, VT_UINT8);
-    ReadAs<char>(op, VT_INT8);
-    ReadAs<unsigned short>(op, VT_UINT16);
-    ReadAs<short>(op, VT_INT16);
-    ReadAs<unsigned int>(op, VT_UINT32);
-    ReadAs<int>(op, VT_INT32);
-    ReadAs<bool>(op, VT_BOOL);
-    ReadAs<long long>(op, VT_INT64);
-    ReadAs<unsigned long long>(op, VT_UINT64);
-    ReadAs<KT::CIpAddress>(op, VT_IP);
-    ReadAs<KT::CMacAddress>(op, VT_MAC);
+    // Each typed read into a value of its own type.
+    const auto read = [&op](auto value, DataVarType_e type) { op.GetData(type, value); };
+    read(uint8_t{}, VT_UINT8);
+    read(char{}, VT_INT8);
+    read(uint16_t{}, VT_UINT16);
+    read(int16_t{}, VT_INT16);
+    read(uint32_t{}, VT_UINT32);
+    read(int32_t{}, VT_INT32);
+    read(bool{}, VT_BOOL);
+    read(0LL, VT_INT64);
+    read(0ULL, VT_UINT64);
+    read(KT::CIpAddress{}, VT_IP);
+    read(KT::CMacAddress{}, VT_MAC);
     op.GetLastIndex();
     op.GetDataString();
     std::vector<unsigned char> image;

@@ -1,6 +1,8 @@
-// Shared set-up of the fuzz targets: every log category on at debug level into a
+// Shared set-up of the fuzz targets that include it: libFuzzer's initialiser, run
+// once before the first input, puts every log category on at debug level into a
 // sink that drops the lines (so the formatting code runs but nothing is printed),
-// and the toolkit's print silenced. Called once from LLVMFuzzerInitialize.
+// and silences the toolkit's print. Each target is one source file, so the
+// initialiser is defined here once per target.
 #pragma once
 
 #include <log4cpp/AppenderSkeleton.hh>
@@ -21,12 +23,13 @@ protected:
     void _append(const log4cpp::LoggingEvent&) override {}
 };
 
-inline void Quiet() {
+}  // namespace stbav_fuzz
+
+extern "C" int LLVMFuzzerInitialize(int*, char***) {
     log4cpp::Category& root = log4cpp::Category::getRoot();
     root.removeAllAppenders();
-    root.addAppender(new DropAppender());
+    root.addAppender(new stbav_fuzz::DropAppender());
     root.setPriority(log4cpp::Priority::DEBUG);
     KT::SetPrintSink([](const std::string&) {});
+    return 0;
 }
-
-}  // namespace stbav_fuzz

@@ -39,11 +39,6 @@ struct Daemon {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    stbav_fuzz::Quiet();
-    return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     Daemon daemon;
     FrameDecoder decoder;

@@ -21,7 +21,6 @@
 #include "tests/transport/line_bytes.h"
 
 static_assert(sizeof(stbav_decoder) < 300, "decoder state stays under 300 bytes");
-static_assert(STBAV_MAX_FRAME == 3 + 2 * (5 + 4 + 240), "worst-case frame");
 
 namespace {
 
@@ -52,13 +51,15 @@ Bytes DaemonImage(const COpSsData& e, uint32_t instance, DataVarType_e type, uin
     return image;
 }
 
-// Every operation the C decoder finds in bytes, fed in pieces of step bytes.
-struct Decoded {
+// Every operation a new C decoder finds in line, fed in pieces of step bytes.
+struct CDecode {
+    CDecode(const Bytes& line, size_t step);
+    stbav_decoder d;            // with its counters; ops point into it
     std::vector<stbav_op> ops;
     std::vector<Bytes> images;  // each op re-encoded by the library (no markers)
 };
-Decoded CDecode(stbav_decoder& d, const Bytes& line, size_t step) {
-    Decoded out;
+CDecode::CDecode(const Bytes& line, size_t step) {
+    stbav_decoder_init(&d);
     for (size_t at = 0; at < line.size();) {
         const size_t n = std::min(step, line.size() - at);
         size_t used = 0;
@@ -67,16 +68,15 @@ Decoded CDecode(stbav_decoder& d, const Bytes& line, size_t step) {
         EXPECT_LE(used, n);
         at += used;
         if (got) {
-            out.ops.push_back(op);
+            ops.push_back(op);
             Bytes image = {op.type, static_cast<unsigned char>(op.op_id), static_cast<unsigned char>(op.op_id >> 8),
                            op.index_len};
             image.insert(image.end(), op.index, op.index + op.index_len);
             image.push_back(op.value_len);
             image.insert(image.end(), op.value, op.value + op.value_len);
-            out.images.push_back(image);
+            images.push_back(image);
         }
     }
-    return out;
 }
 
 // The daemon's receiver over a frame: the image it decodes, or empty.
@@ -129,9 +129,7 @@ TEST(HostLibrary, EveryEntryAndValueTypeRoundTripsWithTheDaemonBothWays) {
                 differences += cFrame != daemonFrame;
                 differences += DaemonDecode(cFrame) != image;
                 // The daemon encodes, C decodes.
-                stbav_decoder d;
-                stbav_decoder_init(&d);
-                const Decoded got = CDecode(d, daemonFrame, 7);
+                const CDecode got(daemonFrame, 7);
                 differences += got.ops.size() != 1 || got.images.at(0) != image || got.ops[0].entry != c;
                 if (!bytes && got.ops.size() == 1) {
                     uint64_t v = 0;
@@ -265,13 +263,11 @@ TEST(HostLibrary, DecoderResynchronisesCountsAndKeepsItsBounds) {
     };
     for (const DecodeCase& c : cases) {
         for (size_t step : {size_t{1}, size_t{5}, c.line.size()}) {
-            stbav_decoder d;
-            stbav_decoder_init(&d);
-            const Decoded got = CDecode(d, c.line, step);
+            const CDecode got(c.line, step);
             std::vector<unsigned> ids;
             for (const stbav_op& op : got.ops) ids.push_back(op.op_id);
             // Operations, then the frame, bad frame and dropped byte counters.
-            EXPECT_EQ(std::make_tuple(ids, d.frames, d.bad_frames, d.dropped_bytes),
+            EXPECT_EQ(std::make_tuple(ids, got.d.frames, got.d.bad_frames, got.d.dropped_bytes),
                       std::make_tuple(c.opIds, c.opIds.size(), c.bad, c.dropped))
                 << c.what << " (pieces of " << step << ")";
         }

@@ -25,22 +25,22 @@ protected:
     void SetUp() override {
         BoardTest::SetUp();
         BringUpByHand();
-        m_Probe.BondAvHandle(m_Handles.av);
+        m_Probe->BondAvHandle(m_Handles.av);
     }
     void StartAndWaitFor(const char* serviceName) {
-        m_Probe.StartProbe();
-        ASSERT_TRUE(WaitUntil([&] { return m_Probe.GetServiceName(1) == serviceName; }));
+        m_Probe->StartProbe();
+        ASSERT_TRUE(WaitUntil([&] { return m_Probe->GetServiceName(1) == serviceName; }));
     }
 
     LogCapture m_Log{"stbav.ffavprobe"};
-    FfAvProbe m_Probe;
+    std::unique_ptr<FfAvProbe> m_Probe = std::make_unique<FfAvProbe>();
 };
 
 // Each getter on a stream of the default input and on a PID it does not carry.
 TEST_F(ProbeTest, EntriesOfTheDefaultInputAndDefaultsForUnknownKeys) {
     StartAndWaitFor("stbsim HD");
     EXPECT_TRUE(m_Log.Has("DEBUG", "StartProbe"));
-    FfAvProbe& p = m_Probe;
+    FfAvProbe& p = *m_Probe;
     struct Case {
         const char* name;
         uint16_t pid;
@@ -66,7 +66,7 @@ TEST_F(ProbeTest, EntriesOfTheDefaultInputAndDefaultsForUnknownKeys) {
         EXPECT_EQ(c.get(c.pid), c.known) << c.name;
         EXPECT_EQ(c.get(0x1234), c.unknown) << c.name;
     }
-    EXPECT_EQ(m_Probe.GetServiceName(7), "");
+    EXPECT_EQ(m_Probe->GetServiceName(7), "");
 }
 
 // A failed pass keeps the cache and the next pass still runs; a section the
@@ -77,24 +77,22 @@ TEST_F(ProbeTest, FailedPassKeepsTheCacheAndStaleSectionsStayUntilCleared) {
     Fail("av_get_stream_info", 1000000);
     SetInput("service 1 name=Later\nvideo pid=0x200\n");
     ASSERT_TRUE(m_Log.WaitFor("WARN", "ProbeAvInfo get stream info failed: 0x1234"));
-    EXPECT_EQ(m_Probe.GetServiceName(1), "stbsim HD");
-    EXPECT_EQ(m_Probe.GetVideoProfile(0x100), 100u);
+    EXPECT_EQ(m_Probe->GetServiceName(1), "stbsim HD");
+    EXPECT_EQ(m_Probe->GetVideoProfile(0x100), 100u);
     Fail("av_get_stream_info", 0);
-    ASSERT_TRUE(WaitUntil([&] { return m_Probe.GetServiceName(1) == "Later"; }));
-    EXPECT_EQ(m_Probe.GetAudioSampleRate(0x101), 48000u);
+    ASSERT_TRUE(WaitUntil([&] { return m_Probe->GetServiceName(1) == "Later"; }));
+    EXPECT_EQ(m_Probe->GetAudioSampleRate(0x101), 48000u);
     // The clearing pass zeroes the cache before it refills it: wait for the refilled one.
-    m_Probe.ClearStreamInfo();
-    EXPECT_TRUE(WaitUntil([&] { return m_Probe.GetAudioSampleRate(0x101) == 0 && m_Probe.GetServiceName(1) == "Later"; }));
+    m_Probe->ClearStreamInfo();
+    EXPECT_TRUE(
+        WaitUntil([&] { return m_Probe->GetAudioSampleRate(0x101) == 0 && m_Probe->GetServiceName(1) == "Later"; }));
 }
 
 // The thread sleeps between passes; a cancel must cut that short.
 TEST_F(ProbeTest, DestructionStopsTheThreadPromptly) {
-    auto probe = std::make_unique<FfAvProbe>();
-    probe->BondAvHandle(m_Handles.av);
-    probe->StartProbe();
-    ASSERT_TRUE(WaitUntil([&] { return probe->GetServiceName(1) == "stbsim HD"; }));
+    StartAndWaitFor("stbsim HD");
     auto start = std::chrono::steady_clock::now();
-    probe.reset();
+    m_Probe.reset();
     auto ms = std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start).count();
     std::printf("probe destruction took %lld ms\n", static_cast<long long>(ms));
     EXPECT_LT(ms, 500);  // the goal is well under that; the bound only catches a full pass interval

@@ -4,6 +4,7 @@
 #include "platform/stb_demux.h"
 
 #include <cstring>
+#include <iterator>
 #include <functional>
 #include <string>
 #include <vector>
@@ -21,8 +22,20 @@ using stbav_test::LogCapture;
 // The settings read, then the player restarted with the new ones.
 const std::vector<std::string> kReadThenRestart = {"av_get_config", "av_stop", "av_set_config", "av_start_audio",
                                                    "av_start_video"};
-const std::vector<std::string> kPlayerCalls = {"av_get_config", "av_stop",        "av_set_config",
-                                               "av_start_audio", "av_start_video", "av_reset"};
+
+// Each setter with a value, under the name its log lines carry.
+const struct {
+    const char* name;
+    std::function<bool(StbDemux&)> set;
+} kSetters[] = {
+    {"SetPid", [](StbDemux& d) { return d.SetPid(0x100, ES_TYPE_VIDEO); }},
+    {"SetPid", [](StbDemux& d) { return d.SetPid(0x101, ES_TYPE_AUDIO, 3); }},
+    {"SetPid", [](StbDemux& d) { return d.SetPid(0x100, ES_TYPE_PCR); }},
+    {"SetServiceId", [](StbDemux& d) { return d.SetServiceId(7); }},
+    {"SetServiceName", [](StbDemux& d) { return d.SetServiceName("News"); }},
+    {"SetServiceVideoCodecType", [](StbDemux& d) { return d.SetServiceVideoCodecType(VIDEO_TYPE_H264); }},
+    {"SetServiceAudioCodecType", [](StbDemux& d) { return d.SetServiceAudioCodecType(AUDIO_TYPE_AC3); }},
+};
 
 class DemuxTest : public BoardTest {
 protected:
@@ -31,35 +44,21 @@ protected:
         BringUpByHand();
         m_Demux.BondAvHandle(m_Handles.av);
     }
-    std::vector<std::string> PlayerCalls() { return CallsMatching(kPlayerCalls); }
 
     LogCapture m_Log{"stbav.stbdemux"};
     StbDemux m_Demux;
 };
 
 TEST_F(DemuxTest, EverySetterRestartsThePlayerOnlyForANewValue) {
-    struct Case {
-        const char* name;
-        std::function<bool(StbDemux&)> set;
-    };
-    const std::vector<Case> cases = {
-        {"video pid", [](StbDemux& d) { return d.SetPid(0x100, ES_TYPE_VIDEO); }},
-        {"audio pid", [](StbDemux& d) { return d.SetPid(0x101, ES_TYPE_AUDIO, 3); }},
-        {"pcr pid", [](StbDemux& d) { return d.SetPid(0x100, ES_TYPE_PCR); }},
-        {"service id", [](StbDemux& d) { return d.SetServiceId(7); }},
-        {"service name", [](StbDemux& d) { return d.SetServiceName("News"); }},
-        {"video codec", [](StbDemux& d) { return d.SetServiceVideoCodecType(VIDEO_TYPE_H264); }},
-        {"audio codec", [](StbDemux& d) { return d.SetServiceAudioCodecType(AUDIO_TYPE_AC3); }},
-    };
-    for (size_t i = 0; i < cases.size(); ++i) {
-        SCOPED_TRACE(cases[i].name);
+    for (size_t i = 0; i < std::size(kSetters); ++i) {
+        SCOPED_TRACE(testing::Message() << i << " " << kSetters[i].name);
         stbsim::ClearJournal();
-        ASSERT_TRUE(cases[i].set(m_Demux));
-        EXPECT_EQ(PlayerCalls(), kReadThenRestart);
+        ASSERT_TRUE(kSetters[i].set(m_Demux));
+        EXPECT_EQ(Calls(), kReadThenRestart);
         EXPECT_EQ(m_Log.Count("DEBUG", "UpdateProgSettings progSettings is changed"), i + 1);
         stbsim::ClearJournal();
-        ASSERT_TRUE(cases[i].set(m_Demux));
-        EXPECT_EQ(PlayerCalls(), std::vector<std::string>{"av_get_config"});
+        ASSERT_TRUE(kSetters[i].set(m_Demux));
+        EXPECT_EQ(Calls(), std::vector<std::string>{"av_get_config"});
         EXPECT_EQ(m_Log.Count("DEBUG", "UpdateProgSettings progSettings is not changed"), i + 1);
     }
     EXPECT_EQ(m_Log.Count("DEBUG", "Send STOP_REQUIRED"), 3u);  // once per changed PID, never for a repeat
@@ -80,7 +79,7 @@ TEST_F(DemuxTest, SettingsChangedOnThePlayerRestartEvenForARememberedPid) {
     ASSERT_EQ(av_set_config(m_Handles.av, &s), 0);
     stbsim::ClearJournal();
     ASSERT_TRUE(m_Demux.SetPid(0x101, ES_TYPE_AUDIO));
-    EXPECT_EQ(PlayerCalls(), kReadThenRestart);
+    EXPECT_EQ(Calls(), kReadThenRestart);
 }
 
 TEST_F(DemuxTest, ExtraStreamsTypeTwoAndBadIndexesNeverRestartThePlayer) {
@@ -88,7 +87,7 @@ TEST_F(DemuxTest, ExtraStreamsTypeTwoAndBadIndexesNeverRestartThePlayer) {
         SCOPED_TRACE(type);
         stbsim::ClearJournal();
         EXPECT_TRUE(m_Demux.SetPid(0x300, type, 2));
-        EXPECT_EQ(PlayerCalls(), std::vector<std::string>{"av_get_config"});
+        EXPECT_EQ(Calls(), std::vector<std::string>{"av_get_config"});
     }
     EXPECT_EQ(m_Demux.GetPid(ES_TYPE_EXTRA), 0x300);
     EXPECT_EQ(m_Demux.GetPid(ES_TYPE_EXTRA_INDEXED, 2), 0x300);
@@ -99,7 +98,7 @@ TEST_F(DemuxTest, ExtraStreamsTypeTwoAndBadIndexesNeverRestartThePlayer) {
         SCOPED_TRACE(type);
         stbsim::ClearJournal();
         EXPECT_FALSE(m_Demux.SetPid(0x101, type, 4));
-        EXPECT_EQ(PlayerCalls(), std::vector<std::string>{"av_get_config"});
+        EXPECT_EQ(Calls(), std::vector<std::string>{"av_get_config"});
     }
     EXPECT_EQ(m_Demux.GetPid(ES_TYPE_EXTRA_INDEXED, 4), 0);
     EXPECT_TRUE(m_Log.Has("ERROR", "Index 4 is invalid"));
@@ -152,24 +151,13 @@ TEST_F(DemuxTest, ServiceNameOverwritesOnlyItsOwnBytes) {
 }
 
 TEST_F(DemuxTest, FailedSettingsReadFailsTheSetterAndGivesTheGettersDefaults) {
-    struct Case {
-        const char* name;
-        std::function<bool(StbDemux&)> set;
-    };
-    const std::vector<Case> cases = {
-        {"SetPid", [](StbDemux& d) { return d.SetPid(0x100, ES_TYPE_VIDEO); }},
-        {"SetServiceName", [](StbDemux& d) { return d.SetServiceName("x"); }},
-        {"SetServiceId", [](StbDemux& d) { return d.SetServiceId(3); }},
-        {"SetServiceVideoCodecType", [](StbDemux& d) { return d.SetServiceVideoCodecType(VIDEO_TYPE_HEVC); }},
-        {"SetServiceAudioCodecType", [](StbDemux& d) { return d.SetServiceAudioCodecType(AUDIO_TYPE_DRA); }},
-    };
-    for (const Case& c : cases) {
+    for (const auto& c : kSetters) {
         SCOPED_TRACE(c.name);
         stbsim::ClearJournal();
         Fail("av_get_config");
         EXPECT_FALSE(c.set(m_Demux));
         EXPECT_TRUE(m_Log.Has("ERROR", std::string(c.name) + " av_get_config error"));
-        EXPECT_EQ(PlayerCalls(), std::vector<std::string>{"av_get_config"});
+        EXPECT_EQ(Calls(), std::vector<std::string>{"av_get_config"});
     }
     _AV_SETTING_S zero;
     memset(&zero, 0, sizeof zero);
@@ -213,11 +201,11 @@ TEST_F(DemuxTest, RestartFailures) {
         Fail(c.function);
         EXPECT_EQ(m_Demux.SetPid(++pid, ES_TYPE_VIDEO), c.result);
         EXPECT_TRUE(m_Log.Has("ERROR", c.text));
-        EXPECT_EQ(PlayerCalls(), c.calls);
+        EXPECT_EQ(Calls(), c.calls);
         uint16_t onPlayer = stbsim::State().player.settings.video_pid;
         stbsim::ClearJournal();
         EXPECT_TRUE(m_Demux.SetPid(pid, ES_TYPE_VIDEO));
-        EXPECT_EQ(PlayerCalls(), c.nextRestarts ? kReadThenRestart : std::vector<std::string>{"av_get_config"});
+        EXPECT_EQ(Calls(), c.nextRestarts ? kReadThenRestart : std::vector<std::string>{"av_get_config"});
         EXPECT_EQ(stbsim::State().player.settings.video_pid, onPlayer);
     }
 }
@@ -226,7 +214,7 @@ TEST_F(DemuxTest, ClearBufferAlwaysStopsResetsAndRestarts) {
     ASSERT_TRUE(m_Demux.SetPid(0x100, ES_TYPE_VIDEO));
     stbsim::ClearJournal();
     EXPECT_TRUE(m_Demux.ClearBuffer());
-    EXPECT_EQ(PlayerCalls(),
+    EXPECT_EQ(Calls(),
               (std::vector<std::string>{"av_stop", "av_reset", "av_stop", "av_set_config", "av_start_audio",
                                         "av_start_video"}));
     Fail("av_reset");

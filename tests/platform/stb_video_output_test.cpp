@@ -115,19 +115,13 @@ protected:
         BoardTest::SetUp();
         BringUpByHand();
     }
-    std::vector<std::string> CcCalls() {
-        auto all = kCcInit;
-        all.insert(all.end(), kCcDeinit.begin(), kCcDeinit.end());
-        return CallsMatching(all);
-    }
-
     LogCapture m_Log{"stbav.stbclosedcaption"};
     StbClosedCaption m_Captions;
 };
 
 TEST_F(ClosedCaptionTest, InitializeBringsUpTheDigitalOverlayDeinitializeInItsOwnOrder) {
     ASSERT_EQ(m_Captions.Initialize(), 0);
-    EXPECT_EQ(CcCalls(), kCcInit);
+    EXPECT_EQ(Calls(), kCcInit);
     const auto cc = stbsim::State().captions;
     EXPECT_EQ((std::vector<uint32_t>{cc.initMode, cc.createSource, cc.window[2], cc.window[3], cc.attr.source,
                                      cc.attr.data_type, cc.attr.digital_mode}),
@@ -136,7 +130,7 @@ TEST_F(ClosedCaptionTest, InitializeBringsUpTheDigitalOverlayDeinitializeInItsOw
 
     stbsim::ClearJournal();
     EXPECT_EQ(m_Captions.Deinitialize(), 0);
-    EXPECT_EQ(CcCalls(), kCcDeinit);
+    EXPECT_EQ(Calls(), kCcDeinit);
     EXPECT_TRUE(m_Log.Has("DEBUG", "Finish deinitializing ClosedCaption"));
 }
 
@@ -155,7 +149,7 @@ TEST_F(ClosedCaptionTest, BringUpAndTearDownStopAtTheFirstFailure) {
             Fail(step);
             EXPECT_EQ(steps == &kCcInit ? m_Captions.Initialize() : m_Captions.Deinitialize(), stbav_test::kInjected);
             EXPECT_TRUE(m_Log.Has("ERROR", "call " + step + " failed 0x1234"));
-            EXPECT_EQ(CcCalls(), std::vector<std::string>(steps->begin(), steps->begin() + i + 1));
+            EXPECT_EQ(Calls(), std::vector<std::string>(steps->begin(), steps->begin() + i + 1));
         }
     }
 }
@@ -164,7 +158,7 @@ TEST_F(ClosedCaptionTest, OverlaySelectionRecreatesTheEngineForItsSource) {
     ASSERT_EQ(m_Captions.Initialize(), 0);
     stbsim::ClearJournal();
     EXPECT_TRUE(m_Captions.SetOverlayCc(OVERLAY_CC_TYPE_NTSC, OVERLAY_NTSC_CC1));
-    EXPECT_EQ(CcCalls(), kCcRecreate);
+    EXPECT_EQ(Calls(), kCcRecreate);
     auto cc = stbsim::State().captions;
     // CC1 is data type 0 on the analog source
     EXPECT_EQ((std::vector<uint32_t>{cc.createSource, cc.attr.source, cc.attr.analog_mode, cc.attr.data_type}),

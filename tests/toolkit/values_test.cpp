@@ -46,20 +46,16 @@ TEST(CEnvBlock, ReadsNameValueLinesAMissingFileGivesTheDefault) {
     EXPECT_EQ(missing.Get("version", "unknown"), "unknown");
 }
 
+// A refused text leaves the address as it was (127.0.0.1).
 TEST(CIpAddress, DottedTextAndNumber) {
-    KT::CIpAddress ip;
-    ip.SetIpInt(0xC0A8010Au);
-    EXPECT_EQ(ip.ToString(), "192.168.1.10");
-    ip.SetIpInt(0xFFFFFFFFu);
-    EXPECT_EQ(ip.ToString(), "255.255.255.255");
-
     const struct {
         const char* text;
         bool ok;
         uint32_t value;
+        const char* shown = nullptr;  // ToString afterwards, when accepted
     } cases[] = {
-        {"10.0.0.1", true, 0x0A000001u},   {"0.0.0.0", true, 0},          {"255.255.255.255", true, 0xFFFFFFFFu},
-        {"001.002.003.004", true, 0x01020304u},
+        {"10.0.0.1", true, 0x0A000001u, "10.0.0.1"}, {"0.0.0.0", true, 0, "0.0.0.0"},
+        {"255.255.255.255", true, 0xFFFFFFFFu, "255.255.255.255"}, {"001.002.003.004", true, 0x01020304u, "1.2.3.4"},
         {"256.1.1.1", false, 0},          {"1.2.3", false, 0},            {"1.2.3.4.5", false, 0},
         {"1.2.3.4 ", false, 0},           {" 1.2.3.4", false, 0},         {"1..3.4", false, 0},
         {"1.2.3.-4", false, 0},           {"0001.2.3.4", false, 0},       {"", false, 0},
@@ -70,6 +66,7 @@ TEST(CIpAddress, DottedTextAndNumber) {
         addr.SetIpInt(0x7F000001u);
         EXPECT_EQ(addr.Set(c.text), c.ok) << c.text;
         EXPECT_EQ(addr.GetIpInt(), c.ok ? c.value : 0x7F000001u) << c.text;
+        EXPECT_EQ(addr.ToString(), c.ok ? c.shown : "127.0.0.1") << c.text;
     }
 }
 

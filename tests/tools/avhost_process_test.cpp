@@ -20,17 +20,6 @@ ChildProcess Avhost(std::vector<std::string> args) {
     return ChildProcess(args);
 }
 
-// Text lines without their leading time column.
-std::string WithoutTimes(const std::string& text) {
-    std::istringstream in(text);
-    std::string line, out;
-    while (std::getline(in, line)) {
-        size_t dir = line.find_first_of("<>");
-        out += (dir == std::string::npos ? line : line.substr(dir)) + "\n";
-    }
-    return out;
-}
-
 TEST(AvhostProcess, UsageAndRuntimeErrorsHaveTheirStatusAndMessage) {
     const std::string port = std::to_string(e2e::FreeTcpPort());  // nothing listens there
     const e2e::TempDir dir;
@@ -105,7 +94,14 @@ TEST(AvhostProcess, SendAndRawPutExactlyTheirBytesOnTheLine) {
         for (int n; (n = pty.Read(buf, sizeof buf, got.size() * 3 + 1 >= c.bytes.size() ? 200 : 10000)) > 0;)
             got.insert(got.end(), buf, buf + n);
         EXPECT_EQ(avhost::HexString(got), c.bytes);
-        EXPECT_EQ(WithoutTimes(child.Stdout()), c.out);
+        // What it printed, each line without its leading time column.
+        std::istringstream printed(child.Stdout());
+        std::string line, echoed;
+        while (std::getline(printed, line)) {
+            const size_t dir = line.find_first_of("<>");
+            echoed += (dir == std::string::npos ? line : line.substr(dir)) + "\n";
+        }
+        EXPECT_EQ(echoed, c.out);
     }
 }
 
@@ -124,10 +120,7 @@ TEST(AvhostProcess, SessionOnItsOwnPtyExpectsWhatTheDaemonSendsAndFailsOnATimeOu
     EXPECT_EQ(child.Stderr(),
               "avhost: " + script + ":4: expect videoHeight 0.05: nothing matching received within 0.05 s\n");
     EXPECT_NE(child.Stdout().find(" < videoWidth[0] = 1920\n"), std::string::npos) << child.Stdout();
-    std::vector<DaemonSide::Bytes> got = daemon.Received(2);
-    ASSERT_EQ(got.size(), 2u);
-    EXPECT_EQ(avhost::HexString(got[0]), "00 06 01 01 00 01 02");
-    EXPECT_EQ(avhost::HexString(got[1]), "06 00 00 00 00");
+    EXPECT_EQ(daemon.Received(2), (std::vector<std::string>{"00 06 01 01 00 01 02", "06 00 00 00 00"}));
 }
 
 TEST(AvhostProcess, MonitorPrintsJsonAndCapturesUntilTerminated) {
@@ -138,10 +131,7 @@ TEST(AvhostProcess, MonitorPrintsJsonAndCapturesUntilTerminated) {
     ASSERT_FALSE(slave.empty()) << child.Stderr();
     DaemonSide daemon(slave);
     ASSERT_TRUE(daemon.Start());
-    SsOp ready(OP_TYPE_DATA, 3);
-    ready.SetIndexList({0});
-    ready.SetDataU8(std::string("stbav_ready"));
-    ASSERT_TRUE(daemon.Send(ready));
+    ASSERT_TRUE(daemon.Send(FrameOf("00 03 00 01 00 0B 73 74 62 61 76 5F 72 65 61 64 79").op));  // stbav_ready
     ASSERT_TRUE(daemon.Send(OpFrom("videooutputCurrentOutputFormat=0x630D0000")));
     ASSERT_TRUE(child.WaitForOutput("\"text\":\"1920x1080p 16x9 50.00fps\"}\n")) << child.Stdout();
     child.Signal(SIGTERM);

@@ -51,7 +51,6 @@ TEST(CommandLine, UsageErrorsNameTheWord) {
         {{"monitor", "--pty", "--frob=1"}, "monitor: unknown option \"--frob\""},
         {{"monitor", "--pty", "--duration"}, "monitor: --duration needs a value"},
         {{"monitor", "-d"}, "monitor: -d needs a value"},
-        {{"list", "--apply"}, "list does not take --apply"},
         {{"monitor", "--pty", "--json", "--csv"}, "monitor: give --json or --csv, not both"},
         {{"--frob"}, "unknown option \"--frob\""},
         {{"replay", "s.cap", "--pty", "--fast", "--", "--not-an-option"},

@@ -1,11 +1,9 @@
 // DaemonSide: plays the daemon's end of the line with the project's own serial
-// adapter: it records every operation the host sends and, when the host's apply
-// trigger arrives, answers with a status operation given in advance. Handlers
-// run on the adapter's "UART Px" thread; the test thread waits on Received.
-// OpFrom builds the operation for what a person types, on the test thread.
+// adapter: it records every operation the host sends (its image, in hex) and,
+// when the host's apply trigger arrives, answers with a status operation given
+// in advance. Handlers run on the adapter's "UART Px" thread; the test thread
+// waits on Received.
 #pragma once
-
-#include <gtest/gtest.h>
 
 #include <chrono>
 #include <condition_variable>
@@ -13,18 +11,9 @@
 #include <string>
 #include <vector>
 
-#include "tools/value_parser.h"
+#include "tests/tools/op_text.h"
 #include "transport/i_comm_op_handler.h"
 #include "transport/uart_adapter.h"
-
-// NAME=VALUE[@INDEX] as an operation; the text must parse.
-inline SsOp OpFrom(const std::string& assignment) {
-    static const avhost::OpCatalog catalog;
-    SsOp op;
-    std::string error;
-    EXPECT_TRUE(avhost::ParseAssignment(catalog, assignment, op, error)) << error;
-    return op;
-}
 
 class DaemonSide : public iCommOpHandler {
 public:
@@ -48,20 +37,19 @@ public:
     bool HandleCommOp(KT::CSharedPtr<SsOp> op) override {
         {
             std::lock_guard<std::mutex> lock(m_mutex);
-            Bytes image;
+            avhost::Bytes image;
             SsOp copy(*op);
             copy.SerializeOp();
             copy.GetSerializedOp(image);
-            m_images.push_back(image);
+            m_images.push_back(avhost::HexString(image));
         }
         m_signal.notify_all();
         if (op->GetOpType() == OP_TYPE_APPLY_CONFIG && m_hasAnswer) m_adapter.SendOperation(m_answer);
         return true;
     }
 
-    using Bytes = std::vector<unsigned char>;
-    // The op images received, once at least count have come (or after 10 s).
-    std::vector<Bytes> Received(size_t count) {
+    // The op images received, in hex, once at least count have come (or after 10 s).
+    std::vector<std::string> Received(size_t count) {
         std::unique_lock<std::mutex> lock(m_mutex);
         m_signal.wait_for(lock, std::chrono::seconds(10), [&] { return m_images.size() >= count; });
         return m_images;
@@ -74,5 +62,5 @@ private:
     bool m_hasAnswer = false;  // set before Start
     std::mutex m_mutex;
     std::condition_variable m_signal;
-    std::vector<Bytes> m_images;  // guarded by m_mutex
+    std::vector<std::string> m_images;  // guarded by m_mutex
 };

@@ -3,23 +3,10 @@
 
 #include <gtest/gtest.h>
 
-#include "tools/value_parser.h"
+#include "tests/tools/op_text.h"
 
 namespace avhost {
 namespace {
-
-// A frame as the line carries it, decoded as the monitor decodes it.
-LineFrame FrameOf(const std::string& imageHex) {
-    Bytes image;
-    std::string error;
-    EXPECT_TRUE(ParseHexBytes(imageHex, image, error)) << imageHex;
-    Bytes line = FrameEncoder::EncodeToBytes(image);
-    LineDecoder decoder;
-    std::vector<LineFrame> frames;
-    decoder.Push(line.data(), line.size(), frames);
-    EXPECT_EQ(frames.size(), 1u) << imageHex;
-    return frames.empty() ? LineFrame() : frames[0];
-}
 
 class OpFormatterTest : public ::testing::Test {
 protected:
@@ -74,13 +61,7 @@ TEST_F(OpFormatterTest, ShowsEachValueByItsDictionaryType) {
 }
 
 TEST_F(OpFormatterTest, ReportsFramesThatAreNoOperation) {
-    LineDecoder decoder;
-    std::vector<LineFrame> frames;
-    const Bytes line = {0x41, 0x0F, 0x00, 0x01, 0x10, 0x0F, 0x00};
-    decoder.Push(line.data(), line.size(), frames);
-    LineFrame rest;
-    ASSERT_TRUE(decoder.Flush(rest));
-    frames.push_back(rest);
+    const std::vector<LineFrame> frames = FramesOf(Hex("41 0F 00 01 10 0F 00"));
     ASSERT_EQ(frames.size(), 3u);
     EXPECT_EQ(formatter.Text(0, '<', frames[0]), "   0.000 < stray bytes: 41");
     EXPECT_EQ(formatter.Text(0, '<', frames[1]), "   0.000 < decode failed: 0F 00 01 10");
@@ -98,10 +79,8 @@ TEST_F(OpFormatterTest, PlainValueIsWhatOneWouldType) {
 // Names beside codes in all three styles; service names always valid UTF-8 in
 // JSON (UTF-8 kept, Latin-1 converted); absolute UTC stamps with microseconds.
 TEST_F(OpFormatterTest, NamesUtf8AndUtcInEveryStyle) {
-    OpFormatter::Output output;
-    output.utc = true;
-    output.epochAtZero = 1714564800.0;  // 2024-05-01T12:00:00Z
-    const OpFormatter utc(catalog, output);
+    // Text style, UTC stamps, t = 0 at 2024-05-01T12:00:00Z.
+    const OpFormatter utc(catalog, OpFormatter::Output{OpFormatter::kText, true, 1714564800.0});
     const LineFrame rate = FrameOf("00 12 01 01 00 02 00 03");  // videoFrameRate[0] = 3
     EXPECT_EQ(utc.Text(1.000123, '<', rate), "2024-05-01T12:00:01.000123Z < videoFrameRate[0] = 3 (25 fps)");
     EXPECT_EQ(utc.Json(1.5, '<', rate),

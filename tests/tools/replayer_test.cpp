@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/tools/op_text.h"
 #include "tools/top_view.h"
 
 namespace avhost {
@@ -43,16 +44,11 @@ TEST(Replayer, DifferenceShowsMissingChangedAndExtraLines) {
 TEST(TopModel, KeepsTheLatestValueAndCountsChangesFramesAndErrors) {
     const OpCatalog catalog;
     TopModel model(catalog, 2);
-    LineDecoder decoder;
-    std::vector<LineFrame> frames;
-    const Bytes line = {0x0F, 0x00, 0x12, 0x2F, 0x01, 0x01, 0x00, 0x02, 0x07, 0x80, 0x10,   // videoWidth 1920
-                        0x0F, 0x00, 0x12, 0x2F, 0x01, 0x01, 0x00, 0x02, 0x02, 0xD0, 0x10,   // videoWidth 720
-                        0x0F, 0x00, 0x01, 0x10};                                             // not an op
-    decoder.Push(line.data(), line.size(), frames);
+    const std::vector<LineFrame> frames = FramesOf(Hex("0F 00 12 2F 01 01 00 02 07 80 10 "   // videoWidth 1920
+                                                       "0F 00 12 2F 01 01 00 02 02 D0 10 "   // videoWidth 720
+                                                       "0F 00 01 10"));                      // not an op
     ASSERT_EQ(frames.size(), 3u);
-    model.Add(1.0, '<', frames[0]);
-    model.Add(2.0, '<', frames[1]);
-    model.Add(3.0, '<', frames[2]);
+    for (size_t i = 0; i < frames.size(); ++i) model.Add(1.0 + i, '<', frames[i]);
     const TopModel::Snapshot s = model.Take();
     ASSERT_EQ(s.items.size(), 1u);
     const auto& item = s.items[0];

@@ -85,10 +85,8 @@ TEST(ExpectSpec, MatchesByNameIndexAndValue) {
         EXPECT_EQ(Parsed(catalog, c.expect).expect.Matches(OpFrom(c.op), formatter), c.matches)
             << c.expect << " / " << c.op;
     }
-    // A status text sent under a numeric type matches its text.
-    SsOp ready(OP_TYPE_DATA, 3);
-    ready.SetIndexList({0});
-    ready.SetDataU8(std::string("stbav_ready"));
+    // A status text sent under a numeric type (stbsystemReady[0] = "stbav_ready") matches its text.
+    const SsOp ready = FrameOf("00 03 00 01 00 0B 73 74 62 61 76 5F 72 65 61 64 79").op;
     EXPECT_TRUE(Parsed(catalog, "expect stbsystemReady=stbav_ready").expect.Matches(ready, formatter));
 }
 
@@ -127,11 +125,8 @@ TEST(SessionRunner, DrivesTheDaemonsAdapterOverAPtyAndExpectsOnlyWhatCameAfterTh
     EXPECT_EQ(runner.RunInteractive(fresh, "script"), 0) << err.str();
     session.Stop();
 
-    std::vector<DaemonSide::Bytes> got = daemon.Received(3);
-    ASSERT_EQ(got.size(), 3u);
-    EXPECT_EQ(HexString(got[0]), "00 06 01 01 00 01 02");
-    EXPECT_EQ(HexString(got[1]), "00 0A 01 01 01 04 73 09 00 00");
-    EXPECT_EQ(HexString(got[2]), "06 00 00 00 00");
+    EXPECT_EQ(daemon.Received(3),
+              (std::vector<std::string>{"00 06 01 01 00 01 02", "00 0A 01 01 01 04 73 09 00 00", "06 00 00 00 00"}));
     EXPECT_NE(out.str().find(" < videoHeight[0] = 1080\n"), std::string::npos) << out.str();
 
     std::vector<CaptureChunk> chunks;

@@ -65,10 +65,7 @@ TEST(Uploader, SendsTheWholeFileAndEndsItByClosing) {
 TEST(Uploader, ProgressAndSummaryTexts) {
     EXPECT_EQ(Uploader::ProgressBar(512 * 1024, 1024 * 1024, 10), "[#####     ]   50%  512.0 KiB / 1.0 MiB");
     EXPECT_EQ(Uploader::ProgressBar(0, 0, 4), "[####]  100%  0 B / 0 B");
-    UploadResult r;
-    r.bytes = 2 * 1024 * 1024;
-    r.seconds = 0.5;
-    EXPECT_EQ(Uploader::Summary(r), "2097152 bytes in 0.50 s (4.00 MiB/s)");
+    EXPECT_EQ(Uploader::Summary(UploadResult{2 * 1024 * 1024, 0.5}), "2097152 bytes in 0.50 s (4.00 MiB/s)");
 }
 
 }  // namespace
