@@ -30,7 +30,7 @@ TEST(GetValidScalerSettings, MapsInputsOntoScalerOutputsOrFallsBackToStandardDef
         Fmt in, out;
     } const cases[] = {
         {"1080p29.97 passes unchanged", {1920, 1080, 2, 4, 2}, {1920, 1080, 2, 4, 1}},
-        {"1440-wide 1080i: progressive candidate first, interlaced row wins", {1440, 1080, 1, 4, 1}, {1920, 1080, 1, 4, 1}},
+        {"1440-wide 1080i: interlaced row wins over the progressive one", {1440, 1080, 1, 4, 1}, {1920, 1080, 1, 4, 1}},
         {"1088-line input is cropped to 1080", {1920, 1088, 1, 3, 1}, {1920, 1080, 1, 3, 1}},
         {"1100 lines use the 1088 rows", {1920, 1100, 2, 6, 1}, {1920, 1080, 2, 6, 1}},
         {"2160p 3840 at 59.94 goes up to 60", {3840, 2160, 2, 7, 1}, {3840, 2160, 2, 8, 1}},
