@@ -1,6 +1,6 @@
 // Helpers shared by the status and control tests: an adapter that records the
 // operations it is asked to send (its port does not exist) as the host would
-// receive them, a clock the test moves by hand, and (from tests/support) the
+// receive them, and (from tests/support) a clock the test moves by hand and the
 // capture of log4cpp lines.
 #pragma once
 
@@ -12,8 +12,8 @@
 
 #include "protocol/ss_op.h"
 #include "tests/e2e/host_line.h"
+#include "tests/support/fake_clock.h"
 #include "tests/support/log_capture.h"
-#include "toolkit/kt_schedule.h"
 #include "transport/uart_adapter.h"
 
 namespace stbav_test {
@@ -57,16 +57,6 @@ public:
 private:
     mutable std::mutex m_Mutex;
     std::vector<e2e::HostOp> m_Sent;  // guarded by m_Mutex
-};
-
-// Milliseconds that move only when the test says so.
-class FakeClock : public KT::IClock {
-public:
-    uint64_t NowMs() const override { return m_Now.load(); }
-    void Advance(uint64_t ms) { m_Now += ms; }
-
-private:
-    std::atomic<uint64_t> m_Now{100000};
 };
 
 }  // namespace stbav_test

@@ -9,7 +9,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/status/status_test_support.h"
+#include "tests/support/fake_clock.h"
 #include "tests/support/wait_until.h"
 #include "toolkit/kt_schedule.h"
 #include "toolkit/kt_thread.h"
